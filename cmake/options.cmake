@@ -1,0 +1,23 @@
+# What every target of ours is compiled with. Generated code and Qt's headers are spared the warnings.
+
+add_library(daybrix_options INTERFACE)
+target_compile_definitions(daybrix_options INTERFACE DAYBRIX_LAST_YEAR=${DAYBRIX_LAST_YEAR}
+                                                     DAYBRIX_VERSION="${PROJECT_VERSION}")
+target_compile_options(daybrix_options INTERFACE
+  -Wall -Wextra -Wconversion -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wimplicit-fallthrough -Werror
+  -fno-exceptions -fno-rtti)
+target_include_directories(daybrix_options INTERFACE ${PROJECT_SOURCE_DIR}/src)
+
+if(DAYBRIX_SANITIZE)
+  # The vptr check needs run-time type information, which the project does without.
+  add_compile_options(-fsanitize=address,undefined -fno-sanitize=vptr -fno-sanitize-recover=all
+                      -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=address,undefined)
+endif()
+
+# daybrix_library(NAME SOURCES ... USES ...): one library a floor. USES names the floors it may include.
+function(daybrix_library name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;USES" ${ARGN})
+  add_library(${name} STATIC ${ARG_SOURCES})
+  target_link_libraries(${name} PUBLIC daybrix_options ${ARG_USES})
+endfunction()

@@ -1,0 +1,137 @@
+#include "core/calendar_file.h"
+
+#include <array>
+#include <utility>
+
+#include "core/appointment.h"
+#include "core/categories.h"
+#include "core/ini_file.h"
+#include "core/value_compare.h"
+#include "platform/system/program_folder.h"
+#include "resources/strings.h"
+
+namespace core {
+namespace {
+
+constexpr int kWrongPasswordText = 103;
+constexpr int kCannotCreateText = 114;
+
+const char* ReasonText(OpenError error) {
+  switch (error) {
+    case OpenError::kNone:
+      return "";
+    case OpenError::kMissing:
+      return "The file does not exist.";
+    case OpenError::kDenied:
+      return "Access has been denied.";
+    case OpenError::kIsFolder:
+      return "It is a folder.";
+    case OpenError::kInUse:
+      return "Another program is using it.";
+    case OpenError::kCutHeader:
+      return "The file is incomplete.";
+    case OpenError::kWrongSizes:
+    case OpenError::kUnknownKind:
+    case OpenError::kWrongSlotSize:
+      return "It is not a file of this program, or it is damaged.";
+    case OpenError::kFailed:
+      return "Reading or writing it failed.";
+  }
+  return "";
+}
+
+std::string CannotOpen(const std::string& path, const std::string& reason) {
+  return "Can't open \"" + path + "\".\r\n" + reason;
+}
+
+std::string TextOf(int id) {
+  return resources::FindText(id);
+}
+
+bool CreateCalendar(const std::string& path, bool withExamples) {
+  HeaderBlock header;
+  InitHeaderBlock(header, kCalendarKind.kind, kCalendarKind.kindDetail, 1);
+  std::array<Appointment, 3> examples{};
+  std::string_view slots;
+  if (withExamples) {
+    examples = ExampleAppointments(header);
+    slots = {reinterpret_cast<const char*>(examples.data()), sizeof examples};
+    header.changeCounter += examples.size();  // as if each had been added
+  }
+  RecordFile file(path, "");
+  return file.Create(header, DefaultCategories(), kCalendarKind.slotSize, slots);
+}
+
+// Writes the default file into the settings. Nothing is chosen when a file is there that the settings did not
+// know.
+StartupChoice ChooseDefaultFile(const IniFile& settings) {
+  StartupChoice choice;
+  choice.path = DefaultCalendarPath();
+  platform::MakeFolder(choice.path.substr(0, choice.path.rfind('/')));
+  if (platform::FileExists(choice.path)) return {};
+  settings.WriteString("Preference", "DefaulFile", choice.path);
+  settings.WriteString("Preference", "RecordExample", "1");
+  choice.withExamples = true;
+  choice.chosen = true;
+  return choice;
+}
+
+}  // namespace
+
+StartupChoice ChooseStartupFile(const std::string& commandLine, const PasswordPrompt& askPassword) {
+  const IniFile settings;
+  StartupChoice choice;
+  if (!commandLine.empty() && platform::FileExists(commandLine)) {
+    choice.path = commandLine;
+  } else if (!settings.ReadString("Preference", "DefaulFile", choice.path)) {
+    return ChooseDefaultFile(settings);
+  } else if (!platform::FileExists(choice.path)) {
+    return {};
+  }
+  choice.chosen = AskFilePassword(choice.path, askPassword, choice.password, choice.message);
+  return choice;
+}
+
+bool AskFilePassword(const std::string& path, const PasswordPrompt& askPassword, std::string& password,
+                     std::string& message) {
+  password.clear();
+  message.clear();
+  HeaderBlock header;
+  {
+    const RecordFile file(path, "");
+    if (file.OpenFailed() || !file.ReadHeaderBlock(header)) {
+      message = DescribeOpenError(path, file.OpenFailed() ? file.LastOpenError() : OpenError::kFailed);
+      return false;
+    }
+  }
+  if (ReadText(header.ownerPassword).empty()) return true;
+  std::string typed;
+  if (!askPassword || !askPassword(path, typed) || LevelOf(typed, header) == Access::kNone) {
+    message = TextOf(kWrongPasswordText);
+    return false;
+  }
+  password = std::move(typed);
+  return true;
+}
+
+std::string DefaultCalendarPath() {
+  std::string name = platform::ExecutableBaseName();
+  for (char& c : name) c = static_cast<char>(FoldCase(static_cast<unsigned char>(c)));
+  return ModuleFolder() + "/works/" + name + ".cld";
+}
+
+OpenedCalendar OpenCalendarFile(const std::string& path, const std::string& password, bool withExamples) {
+  if (!platform::FileExists(path) && !CreateCalendar(path, withExamples)) {
+    return {nullptr, TextOf(kCannotCreateText) + "\r\n\"" + path + "\""};
+  }
+  auto file = std::make_unique<RecordFile>(path, password);
+  if (file->OpenFailed()) return {nullptr, DescribeOpenError(path, file->LastOpenError())};
+  if (file->SlotSize() != kCalendarKind.slotSize) return {nullptr, CannotOpen(path, "It is not a calendar.")};
+  return {std::move(file), ""};
+}
+
+std::string DescribeOpenError(const std::string& path, OpenError error) {
+  return error == OpenError::kNone ? "" : CannotOpen(path, ReasonText(error));
+}
+
+}  // namespace core

@@ -1,0 +1,138 @@
+// Record lists: the file offsets of the records that satisfy a query, in a chosen order. Nothing keeps
+// records in memory; views, searches and exports hold such a list and read each record when they show it.
+//
+// Use: add conditions, Run, Sort; then OffsetAt and RecordFile::ReadRecord. A list that stays on the screen
+// calls RefreshIfChanged now and then. Between two refreshes it may hold records that others have deleted.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <string_view>
+#include <vector>
+
+#include "core/record_file.h"
+#include "core/value_compare.h"
+
+namespace core {
+
+enum class ConditionOp : std::int32_t {
+  kAll = 0,  // as the first condition: every record matches
+  kEqual = 1,
+  kNotEqual = 2,
+  kAtMost = 3,
+  kAtLeast = 4,
+  kGreater = 5,
+  kLess = 6,
+  kContains = 7,  // 7 to 12 are for texts, without regard to the case of ASCII letters
+  kNotContains = 8,
+  kBeginsWith = 9,
+  kNotBeginsWith = 10,
+  kEndsWith = 11,  // true only when both the field and the value are empty
+  kNotEndsWith = 12,
+  kCallback = 13,
+};
+
+// How a condition goes with its neighbours: of each adjacent pair both must hold when both say kAnd, else one
+// of them. The record matches when every pair passes, so (A or B) and C is A kOr, B kOr, C kAnd, C kAnd.
+enum class Connector : std::int32_t { kAnd = 1, kOr = 2 };
+
+// Tests a record: `field` points at the condition's field in the slot, `value` at the condition's value.
+using ConditionCallback = bool (*)(const void* field, const void* value);
+
+// How records are ordered: by a field of `fieldSize` bytes at `fieldOffset`. `compare` gets two fields and
+// that size and answers negative, 0 or positive. `key`, where there is one, answers a number for a field such
+// that numbers are ordered as `compare` orders the fields, which makes sorting long lists quick.
+struct RecordOrder {
+  std::int32_t fieldOffset;
+  std::int32_t fieldSize;
+  int (*compare)(const void* a, const void* b, std::size_t size);
+  std::uint64_t (*key)(const void* field) = nullptr;
+};
+
+class RecordQuery {
+ public:
+  static constexpr std::size_t kMostConditions = 50;
+  static constexpr std::size_t kMostOffsets = 10000;
+  static constexpr std::size_t kValueSize = 500;
+  static constexpr std::uint64_t kNoStamp = ~std::uint64_t{0};
+
+  // ---- Conditions; each returns false when there are fifty already ----
+
+  bool AddMatchAll();
+  // `text` is cut to 499 bytes.
+  bool AddTextCondition(std::uint32_t fieldOffset, std::uint32_t fieldSize, ConditionOp op,
+                        std::string_view text, Connector connector);
+  bool AddByteCondition(std::uint32_t fieldOffset, ConditionOp op, std::int8_t value, Connector connector);
+  bool AddInt64Condition(std::uint32_t fieldOffset, ConditionOp op, std::uint32_t low, std::uint32_t high,
+                         Connector connector);
+  // Any kind: `value` holds ValueWidth(kind, fieldSize) bytes, fewer than 500.
+  bool AddValueCondition(ValueKind kind, std::uint32_t fieldOffset, std::uint32_t fieldSize, ConditionOp op,
+                         const void* value, std::size_t valueSize, Connector connector);
+  // `value` is copied when it has fewer than 500 bytes, else the callback sees zeros. The callback may read
+  // kLargestSlotSize bytes from the slot's start, whatever the file's slot size.
+  bool AddCallbackCondition(std::uint32_t fieldOffset, const void* value, std::size_t valueSize,
+                            ConditionCallback callback, Connector connector);
+
+  // Forgets conditions, results, the sort and the stamp.
+  void Clear();
+
+  // Forgets conditions and results and keeps the sort and the stamp.
+  void ResetResults();
+
+  // ---- Building the list ----
+
+  // Lists the matching records in file order, the first 10000 of them. Only live records count, and
+  // confidential ones only at the Owner level. False when there is no memory or the file is closed.
+  bool Run(const RecordFile& file);
+
+  // Orders the list; records with equal keys stay in file order. Takes the stamp if there is none. The file
+  // and the order are remembered for Resort. False when a record could not be read (the others are sorted all
+  // the same).
+  bool Sort(const RecordFile& file, const RecordOrder& order);
+
+  // Sorts again by the remembered order. False when there is none.
+  bool Resort();
+
+  // Runs and sorts again when the file's change counter differs from the stamp, and takes the counter as the
+  // new stamp. `beforeRebuild`, if any, is called first; after a true result the caller fills its display
+  // anew and tells whom it likes. False when nothing changed, the counter cannot be read or the list was
+  // never sorted.
+  bool RefreshIfChanged(const RecordFile& file, const std::function<void()>& beforeRebuild = nullptr);
+
+  // ---- The list ----
+
+  const std::vector<std::int32_t>& Offsets() const { return offsets; }
+  std::size_t OffsetCount() const { return offsets.size(); }
+  // -1 beyond the end.
+  std::int32_t OffsetAt(std::size_t index) const { return index < offsets.size() ? offsets[index] : -1; }
+
+  std::size_t ConditionCount() const { return conditions.size(); }
+
+  // The change counter the list stands for; kNoStamp when it was never sorted.
+  std::uint64_t Stamp() const { return stamp; }
+
+ private:
+  struct Condition {
+    ValueKind valueKind = ValueKind::kNone;
+    std::uint32_t fieldOffset = 0;
+    std::uint32_t fieldSize = 0;
+    ConditionOp op = ConditionOp::kAll;
+    Connector connector = Connector::kAnd;
+    ConditionCallback callback = nullptr;
+    char value[kValueSize] = {};
+  };
+
+  bool Add(const Condition& condition);
+  static bool Holds(const Condition& condition, const char* slot, std::size_t slotSize);
+  bool Matches(const char* slot, std::size_t slotSize) const;
+
+  std::vector<Condition> conditions;
+  std::vector<std::int32_t> offsets;
+  const RecordFile* sortFile = nullptr;
+  RecordOrder sortOrder{-1, -1, nullptr, nullptr};
+  std::uint64_t stamp = kNoStamp;
+  std::uint64_t counterAtRun = kNoStamp;
+};
+
+}  // namespace core

@@ -1,0 +1,43 @@
+// Whether an appointment falls on a day or within a range of days. An appointment that repeats is stored
+// once, with the date of its first occurrence and a rule; no occurrence is ever stored.
+//
+// The tests look at a few candidates, never at every day of the rule, whatever interval or date a damaged
+// record holds. With an interval of 0 only the first candidate counts. docs/file-format.md tells the rules
+// with their edges.
+#pragma once
+
+#include "core/appointment.h"
+#include "core/date_time.h"
+
+namespace core {
+
+// Whether the repeating appointment has an occurrence between the two dates, both included. A range that
+// encloses the whole span of a daily, weekly or monthly rule has none: either its first or its last day must
+// lie in the span.
+bool OccursIn(const Appointment& appointment, const Date& from, const Date& to);
+
+// OccursIn for one day.
+bool OccursOn(const Appointment& appointment, const Date& day);
+
+// A condition of RecordQuery on field offset 0: `value` holds a Date. True for an appointment on that day,
+// repeating or not.
+bool OccursOnDate(const void* slot, const void* value);
+
+// The two Dates that OccursInRange takes as its value.
+struct DateRange {
+  Date from;
+  Date to;  // included
+};
+static_assert(sizeof(DateRange) == 24);
+
+// A condition of RecordQuery on field offset 0: `value` holds a DateRange.
+bool OccursInRange(const void* slot, const void* value);
+
+// Makes the appointment one that does not repeat.
+void ClearRepeat(Appointment& appointment);
+
+// The bit of day number 1 (Sunday) .. 7 (Saturday) in a weekly rule's mask; 0 for every other number.
+std::uint32_t WeekdayBit(int dayNumber);
+bool HasWeekday(std::uint32_t mask, int dayNumber);
+
+}  // namespace core

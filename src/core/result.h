@@ -1,0 +1,14 @@
+// What an operation on a data file came to. The numbers are the ones the whole system uses.
+#pragma once
+
+#include <cstdint>
+
+namespace core {
+
+enum class Result : std::int32_t {
+  kFailed = 0,
+  kDone = 1,
+  kRefused = 104,  // the user's access level does not allow it; nothing was changed
+};
+
+}  // namespace core

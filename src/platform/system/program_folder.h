@@ -1,0 +1,25 @@
+// Where the program's own files lie. Paths are absolute, without a trailing slash, in the file system's
+// encoding.
+#pragma once
+
+#include <string>
+
+namespace platform {
+
+// The full path of the running executable.
+std::string ExecutablePath();
+
+// The executable's file name without folder and extension, e.g. "tempoline".
+std::string ExecutableBaseName();
+
+// The folder for what is read and written: settings, contacts, the "works" folder. DAYBRIX_FOLDER if set
+// (made if missing), else the executable's folder, or $XDG_DATA_HOME/daybrix (~/.local/share/daybrix), which
+// is made if missing, where the executable's folder cannot be written. Decided at the first call of the
+// process.
+std::string ProgramFolder();
+
+// The full path of a file that is only read (sounds, skins, help): in ProgramFolder() if it is there, else in
+// the installed share folder (<executable's folder>/../share/daybrix). The file need not exist.
+std::string SharedFilePath(const std::string& name);
+
+}  // namespace platform

@@ -1,0 +1,48 @@
+// How running copies of the program, of one user on one machine, find each other: a runtime folder
+// ($XDG_RUNTIME_DIR/daybrix, else /tmp/daybrix-<user id>, mode 0700) with a lock file that tells whether a
+// copy runs and one datagram socket for each copy.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace platform {
+
+// A message between copies: what happened and which window, in which process, it happened to.
+struct CopyNotice {
+  std::int32_t code;           // the meaning is the sender's and receiver's affair
+  std::uint64_t senderWindow;  // the sender's window handle, 0 for none
+  std::int32_t senderProcess;  // process id
+};
+
+// Holds `name` for this process until it ends. False when another process holds it, or when there is no
+// folder to hold it in. `name` is used as part of a file name and has no slash.
+bool HoldInstance(const std::string& name);
+
+// This copy's place among the others. Open it once, at start.
+class RunningCopies {
+ public:
+  RunningCopies() = default;
+  ~RunningCopies();
+  RunningCopies(const RunningCopies&) = delete;
+  RunningCopies& operator=(const RunningCopies&) = delete;
+
+  // Makes this copy's socket. False when the runtime folder cannot be used; the copy is then alone.
+  bool Open();
+
+  // Readable when a notice is waiting; -1 when not open. Owned by this object.
+  int Descriptor() const { return descriptor; }
+
+  // Sends a notice to every copy, this one included. Never waits: a copy that left its last notices lying
+  // until its socket was full misses this one. Sockets of copies that died are removed.
+  void Broadcast(std::int32_t code, std::uint64_t senderWindow);
+
+  // Takes one waiting notice. False when none waits. A datagram of any other form is thrown away.
+  bool Receive(CopyNotice& notice);
+
+ private:
+  int descriptor = -1;
+  std::string path;  // of this copy's socket
+};
+
+}  // namespace platform

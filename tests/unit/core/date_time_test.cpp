@@ -1,0 +1,194 @@
+#include "core/date_time.h"
+
+#include <climits>
+#include <cstdlib>
+#include <cstring>
+
+#include "gtest/gtest.h"
+#include "resources/strings.h"
+
+namespace core {
+namespace {
+
+bool Same(const Date& a, const Date& b) {
+  return std::memcmp(&a, &b, sizeof a) == 0;
+}
+
+// The length of a month as a schoolbook has it.
+int NaiveLength(int year, int month) {
+  if (month == 2) return year % 400 == 0 || (year % 4 == 0 && year % 100 != 0) ? 29 : 28;
+  return month == 4 || month == 6 || month == 9 || month == 11 ? 30 : 31;
+}
+
+TEST(DateTime, StoredBytes) {
+  const Date date{14, 3, 2004};
+  const TimeOfDay time{1, 30, 12, kAfterNoon};
+  EXPECT_EQ(std::memcmp(&date, "\x0E\0\0\0\x03\0\0\0\xD4\x07\0\0", 12), 0);
+  EXPECT_EQ(std::memcmp(&time, "\x01\0\0\0\x1E\0\0\0\x0C\0\0\0\x02\0\0\0", 16), 0);
+}
+
+// Counts through every day of the calendar by hand and asks every function about it.
+TEST(DateTime, EveryDayOfTheCalendar) {
+  int index = 0;
+  int weekday = 6;  // 1 January 2000 was a Saturday
+  Date walked = kFirstDate;
+  for (int year = kFirstYear; year <= kLastYear; ++year) {
+    for (int month = 1; month <= 12; ++month) {
+      ASSERT_EQ(DaysInMonth(year, month), NaiveLength(year, month));
+      for (int day = 1; day <= NaiveLength(year, month); ++day, ++index, weekday = (weekday + 1) % 7) {
+        const Date date{day, month, year};
+        ASSERT_EQ(DayIndex(date), index);
+        ASSERT_EQ(Weekday(date), weekday);
+        Date found{};
+        ASSERT_TRUE(DateFromIndex(index, found) && Same(found, date));
+        ASSERT_TRUE(Same(walked, date));
+        const bool last = Same(date, kLastDate);
+        ASSERT_EQ(NextDay(walked), !last);
+        Date back = walked;
+        if (!last) {
+          ASSERT_TRUE(PreviousDay(back) && Same(back, date));
+        }
+      }
+      ASSERT_EQ(DayIndex(year, month, NaiveLength(year, month) + 1), -1);
+    }
+  }
+  EXPECT_TRUE(Same(walked, kLastDate));
+  Date untouched{1, 2, 3};
+  EXPECT_FALSE(DateFromIndex(index, untouched));
+  EXPECT_FALSE(DateFromIndex(-1, untouched));
+  EXPECT_TRUE(Same(untouched, {1, 2, 3}));
+}
+
+TEST(DateTime, KnownDayNumbersAndWeekdays) {
+  EXPECT_EQ(DayIndex(2000, 1, 1), 0);
+  EXPECT_EQ(DayIndex(2000, 3, 1), 60);
+  EXPECT_EQ(DayIndex(2020, 12, 31), 7670);
+  EXPECT_EQ(DayIndex(2001, 2, 29), -1);
+  EXPECT_EQ(DayIndex(1999, 12, 31), -1);
+  EXPECT_EQ(DayIndex(kLastYear + 1, 1, 1), -1);
+  EXPECT_EQ(Weekday(1969, 7, 20), 0);
+  EXPECT_EQ(Weekday(2100, 3, 1), 1);
+  EXPECT_EQ(Weekday(1600, 2, 29), 2);
+  EXPECT_EQ(Weekday(2001, 2, 29), -1);
+  EXPECT_FALSE(IsValidDate(29, 2, 2100));
+  EXPECT_TRUE(IsValidDate(29, 2, 2000));
+  EXPECT_FALSE(IsValidDate(31, 4, 2004));
+  EXPECT_EQ(DaysInMonth(2004, 13), -1);
+}
+
+TEST(DateTime, StepsAtTheEdges) {
+  Date date = kLastDate;
+  EXPECT_FALSE(NextDay(date) || NextMonth(date));
+  EXPECT_TRUE(Same(date, kLastDate));
+  date = {5, 12, kLastYear};
+  EXPECT_FALSE(NextMonth(date));
+  date = kFirstDate;
+  EXPECT_FALSE(PreviousDay(date) || PreviousMonth(date));
+  EXPECT_TRUE(Same(date, kFirstDate));
+
+  date = {3, 1, kFirstYear};
+  EXPECT_TRUE(PreviousWeek(date) && Same(date, kFirstDate));
+  date = {28, 12, kLastYear};
+  EXPECT_TRUE(NextWeek(date) && Same(date, kLastDate));
+  date = {28, 2, 2004};
+  EXPECT_TRUE(NextWeek(date) && Same(date, {6, 3, 2004}));
+
+  date = {31, 1, 2004};
+  EXPECT_TRUE(NextMonth(date) && Same(date, {29, 2, 2004}));
+  date = {31, 1, 2005};
+  EXPECT_TRUE(NextMonth(date) && Same(date, {28, 2, 2005}));
+  date = {31, 3, 2005};
+  EXPECT_TRUE(PreviousMonth(date) && Same(date, {28, 2, 2005}));
+  date = {15, 12, 2004};
+  EXPECT_TRUE(NextMonth(date) && Same(date, {15, 1, 2005}));
+  date = {15, 1, 2005};
+  EXPECT_TRUE(PreviousMonth(date) && Same(date, {15, 12, 2004}));
+}
+
+// Whatever a damaged record holds: no overflow (the sanitizer tells), and a refused step changes nothing.
+TEST(DateTime, GarbageIsRefused) {
+  for (const int day : {INT_MIN, -1, 40, INT_MAX}) {
+    for (const int month : {INT_MIN, -5, 13, INT_MAX}) {
+      for (const int year : {INT_MIN, 0, 2004, INT_MAX}) {
+        Date date{day, month, year};
+        const Date before = date;
+        EXPECT_EQ(DayIndex(date), -1);
+        EXPECT_EQ(Weekday(date), -1);
+        EXPECT_FALSE(NextDay(date) || NextWeek(date));
+        EXPECT_FALSE(month <= 12 && NextMonth(date));
+        EXPECT_TRUE(Same(date, before));
+        PreviousDay(date);
+        PreviousMonth(date);
+      }
+    }
+  }
+  EXPECT_EQ(TimeSlot({INT_MIN, INT_MAX, 0, 7}), -1);
+  FormatTime(INT_MAX, INT_MIN, kAfterNoon);
+}
+
+TEST(DateTime, TimeSlots) {
+  EXPECT_EQ(TimeSlot(0, 0, 1), 0);
+  EXPECT_EQ(TimeSlot(0, 0, 2), 144);
+  EXPECT_EQ(TimeSlot(11, 55, 2), 287);
+  EXPECT_EQ(TimeSlot(12, 0, 1), 144);
+  EXPECT_EQ(TimeSlot(3, 57, 1), -1);
+  EXPECT_EQ(TimeSlot(13, 0, 1), -1);
+  EXPECT_EQ(TimeSlot(-1, 0, 1), -1);
+  EXPECT_EQ(TimeSlot(1, 0, 0), 156);
+  for (int slot = 0; slot < kDaySlots; ++slot) {
+    TimeOfDay time{9, 9, 77, 9};
+    ASSERT_TRUE(TimeFromSlot(slot, time));
+    ASSERT_EQ(TimeSlot(time), slot);
+    ASSERT_EQ(time.second, 77);
+  }
+  TimeOfDay time{9, 9, 9, 9};
+  EXPECT_FALSE(TimeFromSlot(288, time) || TimeFromSlot(-1, time));
+  EXPECT_EQ(time.hour, 9);
+}
+
+TEST(DateTime, Texts) {
+  SetClockMode(ClockMode::k12Hours);
+  EXPECT_EQ(FormatTime(0, 5, 1), "00:05 am");
+  EXPECT_EQ(FormatTime(0, 5, 2), "12:05 pm");
+  EXPECT_EQ(FormatTime(9, 30, 1), "09:30 am");
+  EXPECT_EQ(FormatTime(11, 0, 2), "11:00 pm");
+  EXPECT_EQ(FormatTime(0, 0, 3), "0:00 pm");
+  EXPECT_EQ(FormatTimeCompact(9, 30, 1), "09:30a");
+  EXPECT_EQ(FormatTimeCompact(0, 5, 2), "12:05p");
+  EXPECT_EQ(FormatDate(14, 3, 2004), "3/14/2004");
+  SetClockMode(ClockMode::k24Hours);
+  EXPECT_EQ(FormatTime(0, 5, 1), "00:05");
+  EXPECT_EQ(FormatTime(0, 5, 2), "12:05");
+  EXPECT_EQ(FormatTime(11, 0, 2), "23:00");
+  EXPECT_EQ(FormatTimeCompact(9, 30, 1), "09:30");
+  EXPECT_EQ(FormatDate(14, 3, 2004), "14/3/2004");
+  EXPECT_EQ(MonthName(9), "September");
+  EXPECT_EQ(WeekdayName({14, 3, 2004}), "Sunday");
+  EXPECT_EQ(WeekdayName({29, 2, 2001}), "December");
+}
+
+// The clock is set at the first call in a process, so each moment is looked at in a process of its own.
+void ExpectNow(const char* clock, const Date& date, const TimeOfDay& time) {
+  EXPECT_EXIT(
+      {
+        setenv("DAYBRIX_CLOCK", clock, 1);
+        const TimeOfDay now = NowRounded(5);
+        const bool right = Same(Today(), date) && now.hour == time.hour && now.minute == time.minute &&
+                           now.half == time.half && NowRounded(0).minute >= time.minute;
+        std::exit(right ? 0 : 1);
+      },
+      testing::ExitedWithCode(0), "")
+      << clock;
+}
+
+TEST(DateTime, Clock) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  ExpectNow("2004-03-14T10:43:12", {14, 3, 2004}, {10, 40, 12, kBeforeNoon});
+  ExpectNow("2004-03-14T22:04:00", {14, 3, 2004}, {10, 0, 0, kAfterNoon});
+  ExpectNow("2004-03-14T12:00:00", {14, 3, 2004}, {0, 0, 0, kAfterNoon});
+  ExpectNow("1999-12-31T00:00:00", kFirstDate, {0, 0, 0, kBeforeNoon});
+  ExpectNow("2101-06-01T00:00:00", kLastDate, {0, 0, 0, kBeforeNoon});
+}
+
+}  // namespace
+}  // namespace core

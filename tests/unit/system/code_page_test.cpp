@@ -1,0 +1,59 @@
+#include "platform/system/code_page.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace {
+
+using platform::CodePageFromUtf8;
+using platform::InCodePage;
+using platform::Utf8FromCodePage;
+
+TEST(CodePageTest, EveryByteComesBack) {
+  std::string all;
+  for (int byte = 0; byte < 256; ++byte) all += static_cast<char>(byte);
+  const std::string text = Utf8FromCodePage(all);
+  std::string back;
+  ASSERT_TRUE(CodePageFromUtf8(text, back));
+  EXPECT_EQ(back, all);
+  EXPECT_EQ(text.substr(0, 128), all.substr(0, 128));
+}
+
+TEST(CodePageTest, KnowsItsOwnCharacters) {
+  EXPECT_EQ(Utf8FromCodePage("\x80\x8A\x97\x9F\xA0\xE9\xFF"),
+            "\xE2\x82\xAC\xC5\xA0\xE2\x80\x94\xC5\xB8\xC2\xA0\xC3\xA9\xC3\xBF");
+  EXPECT_EQ(Utf8FromCodePage("\x81\x8D\x8F\x90\x9D"), "\xC2\x81\xC2\x8D\xC2\x8F\xC2\x90\xC2\x9D");
+  EXPECT_TRUE(InCodePage(U'A'));
+  EXPECT_TRUE(InCodePage(0x20AC));
+  EXPECT_TRUE(InCodePage(0x0081));
+  EXPECT_TRUE(InCodePage(0x00FF));
+  EXPECT_FALSE(InCodePage(0x0080)) << "its byte is the euro's";
+  EXPECT_FALSE(InCodePage(0x0100));
+  EXPECT_FALSE(InCodePage(0x10FFFF));
+}
+
+TEST(CodePageTest, RefusesTheWholeTextForOneStranger) {
+  const std::string_view bad[] = {
+      "a\xC4\x80",          // not in the code page
+      "a\xF0\x9F\x98\x80",  // nor is this, of four bytes
+      "a\xE9",              // cut off
+      "a\xE2\x82",          // cut off later
+      "a\xC3z",             // no second byte
+      "a\x80",              // no first byte
+      "a\xC1\xA1",
+      "a\xE0\x83\xA9",  // longer than need be
+      "a\xED\xA0\x80",  // half a pair
+      "a\xFF",
+  };
+  for (const std::string_view text : bad) {
+    std::string bytes = "before";
+    EXPECT_FALSE(CodePageFromUtf8(text, bytes)) << text;
+    EXPECT_EQ(bytes, "");
+  }
+  std::string bytes = "before";
+  EXPECT_TRUE(CodePageFromUtf8("", bytes));
+  EXPECT_EQ(bytes, "");
+}
+
+}  // namespace
