@@ -1,0 +1,28 @@
+// The start and end of the desktop layer, the message loop, and what comes from outside while it runs.
+#pragma once
+
+#include <functional>
+
+#include "platform/desktop/types.h"
+
+// Connects to the desktop. Call it once, first of all; false when there is no display to connect to (said on
+// standard error). The arguments must outlive the program.
+bool StartDesktop(int& argc, char** argv);
+// Destroys every window that is left and disconnects.
+void StopDesktop();
+
+// Looks at each key message before its window gets it; true: the message is used up. It is not asked while a
+// dialog or a menu is open.
+using MessageFilter = std::function<bool(const MessageRecord&)>;
+
+// Runs until PostQuitMessage, and answers its number. Termination signals (SIGTERM, SIGINT, SIGHUP) close
+// `mainWindow` as a user would, after ending the dialogs over it as by Escape.
+int RunMessageLoop(HWND mainWindow, const MessageFilter& filter);
+void PostQuitMessage(int exitCode);
+
+// Calls `ready` from the loop whenever the descriptor can be read. The descriptor stays the caller's and must
+// stay open until StopDesktop.
+void WatchDescriptor(int descriptor, std::function<void()> ready);
+
+// The desktop's short sound.
+void MessageBeep();

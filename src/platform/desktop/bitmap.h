@@ -1,0 +1,29 @@
+// Pictures: built into the program and looked up by name. On dense screens a picture has more pixels than its
+// size says; sizes are always those it is drawn at.
+#pragma once
+
+#include <memory>
+
+#include "platform/desktop/types.h"
+
+class Bitmap {
+ public:
+  // A built-in picture; null when there is none of that name (a mistake in the program).
+  static std::unique_ptr<Bitmap> Load(const char* name);
+  ~Bitmap();
+
+  int Width() const;
+  int Height() const;
+  // Gives every pixel of one colour another one. False, and nothing changed, when there is no such pixel.
+  bool ReplaceColour(COLORREF from, COLORREF to);
+  // Makes every pixel of one colour transparent.
+  void MakeTransparent(COLORREF key);
+  // The colour at a point inside the picture.
+  COLORREF PixelAt(int x, int y) const;
+
+ private:
+  friend struct BitmapAccess;  // the layer's own way to the pixels
+  struct Pixels;
+  explicit Bitmap(std::unique_ptr<Pixels> content);
+  std::unique_ptr<Pixels> pixels;
+};

@@ -1,0 +1,22 @@
+// Mouse cursors.
+#pragma once
+
+#include "platform/desktop/types.h"
+
+// The desktop's own cursors, by the names the program uses for them.
+constexpr const char* IDC_ARROW = "IDC_ARROW";
+constexpr const char* IDC_WAIT = "IDC_WAIT";
+constexpr const char* IDC_SIZENWSE = "IDC_SIZENWSE";
+
+// A cursor of the desktop or one of the program's pictures ("CUR_HAND1", "CUR_DRAG_TRUE",
+// "CUR_DRAG_TRUE_COPY", "CUR_DRAG_STOP"). Owned by the layer, the same for the same name. An unknown name
+// gives the arrow.
+HCURSOR LoadCursor(const char* name);
+
+// Shows a cursor over the window under the mouse (the one with the capture, if any) until the next mouse move
+// decides otherwise. Answers the one shown before.
+HCURSOR SetCursor(HCURSOR cursor);
+
+// The hourglass over the whole program, and back. Calls nest.
+void PushWaitCursor();
+void PopWaitCursor();

@@ -1,0 +1,50 @@
+// Dialogs made from templates. A template is a numbered form whose controls carry numbers; typing, selection,
+// clipboard, input methods, keyboard navigation and screen readers are the desktop's own. The dialog
+// procedure is told what happens (WM_SETFONT first, then WM_INITDIALOG, then WM_COMMAND and so on) and
+// answers 0 for what it leaves to the layer: closing the dialog by its button or by Escape then becomes
+// WM_COMMAND IDCANCEL.
+//
+// Controls are told by number (SendDlgItemMessage) and report by WM_COMMAND: low word their number, high word
+// what happened. All texts are in code page 1252; a character that it lacks cannot be typed or pasted.
+#pragma once
+
+#include "platform/desktop/types.h"
+
+using DialogProcedure = LRESULT (*)(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);
+
+// Opens a dialog over `owner` (may be null) and runs it until EndDialog; answers its result, or -1 when there
+// is no such template. While it runs the owner takes no input, but timers and posted messages go on.
+int DialogBox(int templateId, HWND owner, DialogProcedure procedure);
+// Opens a dialog that stays beside the rest until DestroyWindow; null when there is no such template.
+HWND CreateDialog(int templateId, HWND owner, DialogProcedure procedure);
+// Ends a dialog that DialogBox runs. The dialog is gone when DialogBox returns.
+bool EndDialog(HWND dialog, int result);
+
+// The control with a number; null when there is none.
+HWND GetDlgItem(HWND dialog, int id);
+bool SetDlgItemText(HWND dialog, int id, const char* text);
+// Copies a control's text, cut to size - 1 bytes and always terminated; answers the bytes copied. Line ends
+// in an edit are carriage return and line feed. A text that the user has not touched comes back byte for byte
+// as it was set.
+int GetDlgItemText(HWND dialog, int id, char* buffer, int size);
+void CheckDlgButton(HWND dialog, int id, bool checked);
+bool IsDlgButtonChecked(HWND dialog, int id);
+LRESULT SendDlgItemMessage(HWND dialog, int id, UINT message, WPARAM wParam, LPARAM lParam);
+
+// What can be sent to controls. Indices start at 0; -1 (kControlError) is the answer for none and for a wrong
+// control.
+constexpr LRESULT kControlError = -1;
+constexpr UINT EM_LIMITTEXT = 0x00C5;      // wParam: most bytes the user can type; a text set stays whole
+constexpr UINT WM_GETTEXTLENGTH = 0x000E;  // answers bytes
+constexpr UINT CB_ADDSTRING = 0x0143;      // lParam: text; answers its index
+constexpr UINT CB_RESETCONTENT = 0x014B;   // empties list and edit field
+constexpr UINT CB_GETCOUNT = 0x0146;
+constexpr UINT CB_GETCURSEL = 0x0147;
+constexpr UINT CB_SETCURSEL = 0x014E;        // wParam: index, -1 for none
+constexpr UINT CB_FINDSTRINGEXACT = 0x0158;  // lParam: text; letter case counts
+
+// What controls report in the high word of WM_COMMAND; lParam is the control's handle.
+constexpr unsigned BN_CLICKED = 0;
+constexpr unsigned EN_CHANGE = 0x0300;
+constexpr unsigned CBN_SELCHANGE = 1;
+constexpr unsigned CBN_EDITCHANGE = 5;

@@ -1,0 +1,60 @@
+#include "platform/desktop/menu.h"
+
+#include <QMenu>
+
+#include "platform/desktop/qt/window_table.h"
+#include "platform/desktop/window.h"
+
+struct MenuHandle {
+  QMenu menu;
+  QAction* current = nullptr;  // owned by the menu
+};
+
+namespace {
+
+QAction* FindAction(const QMenu& menu, unsigned command) {
+  for (QAction* action : menu.actions()) {
+    if (!action->isSeparator() && action->data().toUInt() == command) return action;
+  }
+  return nullptr;
+}
+
+}  // namespace
+
+HMENU CreatePopupMenu() {
+  return new MenuHandle;
+}
+void DestroyMenu(HMENU menu) {
+  delete menu;
+}
+
+void AppendMenu(HMENU menu, UINT flags, unsigned command, const char* text) {
+  if (flags & MF_SEPARATOR) {
+    menu->menu.addSeparator();
+    return;
+  }
+  QString label = TextFromCodePage(text);
+  if (flags & MF_LITERAL) label.replace(u'&', QStringLiteral("&&")).replace(u'\t', u' ');
+  QAction* action = menu->menu.addAction(label);
+  action->setData(command);
+  action->setEnabled(!(flags & MF_GRAYED));
+  action->setCheckable(flags & MF_CHECKED);
+  action->setChecked(flags & MF_CHECKED);
+}
+
+void SetMenuCurrent(HMENU menu, unsigned command) {
+  menu->current = FindAction(menu->menu, command);
+  if (menu->current == nullptr) return;
+  menu->current->setCheckable(true);
+  menu->current->setChecked(true);
+}
+
+unsigned TrackPopupMenu(HMENU menu, POINT screenPoint, HWND owner) {
+  if (menu->current != nullptr) menu->menu.setActiveAction(menu->current);
+  // A chosen item must not reach an owner that died while the menu was open: PostMessage sees to that.
+  const QAction* chosen = menu->menu.exec(QPoint(screenPoint.x, screenPoint.y));
+  if (chosen == nullptr) return 0;
+  const unsigned command = chosen->data().toUInt();
+  PostMessage(owner, WM_COMMAND, command, 0);
+  return command;
+}

@@ -1,0 +1,108 @@
+#include "platform/desktop/qt/control_text.h"
+
+#include <QAbstractButton>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QTextCursor>
+#include <QTextDocument>
+#include <algorithm>
+
+#include "platform/desktop/qt/window_table.h"
+#include "platform/system/code_page.h"
+
+namespace {
+
+// What was set, beside the text it was shown as: as long as that still stands the bytes are those that were
+// set. (A text may hold line ends or more characters than an edit field keeps.)
+constexpr const char* kSetBytes = "daybrixSetBytes";
+constexpr const char* kShownText = "daybrixShownText";
+constexpr const char* kLimit = "daybrixLimit";
+
+QString ShownText(const QWidget& control) {
+  if (const auto* line = qobject_cast<const QLineEdit*>(&control)) return line->text();
+  if (const auto* text = qobject_cast<const QPlainTextEdit*>(&control)) return text->toPlainText();
+  if (const auto* box = qobject_cast<const QComboBox*>(&control)) return box->currentText();
+  if (const auto* button = qobject_cast<const QAbstractButton*>(&control)) return button->text();
+  if (const auto* label = qobject_cast<const QLabel*>(&control)) return label->text();
+  return {};
+}
+
+void Show(QWidget& control, const QString& text) {
+  if (auto* line = qobject_cast<QLineEdit*>(&control)) {
+    line->setText(text);
+  } else if (auto* edit = qobject_cast<QPlainTextEdit*>(&control)) {
+    edit->setPlainText(text);
+  } else if (auto* box = qobject_cast<QComboBox*>(&control)) {
+    box->setEditText(text);
+  } else if (auto* button = qobject_cast<QAbstractButton*>(&control)) {
+    button->setText(text);
+  } else if (auto* label = qobject_cast<QLabel*>(&control)) {
+    label->setText(text);
+  }
+}
+
+// Bytes that a part of a text takes in the files, where each line end takes two.
+qsizetype StoredSize(const QString& text) {
+  return text.size() + text.count(u'\n');
+}
+
+}  // namespace
+
+void SetControlText(QWidget& control, const char* text) {
+  // The bytes are remembered before the text is shown: showing it already asks for it.
+  control.setProperty(kSetBytes, QByteArray(text));
+  control.setProperty(kShownText, QVariant());
+  Show(control, TextFromCodePage(text));
+  control.setProperty(kShownText, ShownText(control));
+}
+
+std::string ControlText(const QWidget& control) {
+  QString text = ShownText(control);
+  const QVariant shown = control.property(kShownText);
+  if (shown.isValid() && shown.toString() == text)
+    return control.property(kSetBytes).toByteArray().toStdString();
+  if (qobject_cast<const QPlainTextEdit*>(&control) != nullptr) {
+    text.replace(u'\n', QStringLiteral("\r\n"));
+  }
+  return CodePageFromText(text);
+}
+
+void LimitControlText(QWidget& control, int bytes) {
+  if (auto* line = qobject_cast<QLineEdit*>(&control)) {
+    line->setMaxLength(bytes);
+  } else if (auto* box = qobject_cast<QComboBox*>(&control); box != nullptr && box->isEditable()) {
+    box->lineEdit()->setMaxLength(bytes);
+  } else {
+    control.setProperty(kLimit, bytes);
+  }
+}
+
+void TrimTextEdit(QPlainTextEdit& edit, int position, int added) {
+  const QString whole = edit.toPlainText();
+  const QVariant shown = edit.property(kShownText);
+  const QVariant limit = edit.property(kLimit);
+  // A text set by the program is not trimmed, only what the user adds.
+  if (shown.isValid() && shown.toString() == whole) return;
+  const int end = static_cast<int>(std::min<qsizetype>(position + added, whole.size()));
+  if (position >= end) return;
+  const QString part = whole.mid(position, end - position);
+  qsizetype room =
+      limit.isValid() ? limit.toInt() - (StoredSize(whole) - StoredSize(part)) : StoredSize(part);
+  QString kept;
+  for (const QChar character : part) {
+    const int size = character == u'\n' ? 2 : 1;
+    if (character != u'\n' && !platform::InCodePage(character.unicode())) continue;
+    if (room < size) break;
+    room -= size;
+    kept += character;
+  }
+  if (kept == part) return;
+  QTextCursor cursor(edit.document());
+  cursor.joinPreviousEditBlock();
+  cursor.setPosition(position);
+  cursor.setPosition(end, QTextCursor::KeepAnchor);
+  cursor.insertText(kept);
+  cursor.endEditBlock();
+}

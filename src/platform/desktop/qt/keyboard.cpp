@@ -1,0 +1,52 @@
+#include "platform/desktop/qt/keyboard.h"
+
+#include <QKeyEvent>
+
+#include "platform/desktop/messages.h"
+
+unsigned KeyOf(const QKeyEvent& event) {
+  const int key = event.key();
+  if ((key >= Qt::Key_A && key <= Qt::Key_Z) || (key >= Qt::Key_0 && key <= Qt::Key_9)) {
+    return static_cast<unsigned>(key);
+  }
+  if (key >= Qt::Key_F1 && key <= Qt::Key_F12) return VK_F1 + static_cast<unsigned>(key - Qt::Key_F1);
+  switch (key) {
+    case Qt::Key_Backspace:
+      return VK_BACK;
+    case Qt::Key_Tab:
+      return VK_TAB;
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+      return VK_RETURN;
+    case Qt::Key_Escape:
+      return VK_ESCAPE;
+    case Qt::Key_Space:
+      return VK_SPACE;
+    case Qt::Key_PageUp:
+      return VK_PRIOR;
+    case Qt::Key_PageDown:
+      return VK_NEXT;
+    case Qt::Key_End:
+      return VK_END;
+    case Qt::Key_Home:
+      return VK_HOME;
+    case Qt::Key_Left:
+      return VK_LEFT;
+    case Qt::Key_Up:
+      return VK_UP;
+    case Qt::Key_Right:
+      return VK_RIGHT;
+    case Qt::Key_Down:
+      return VK_DOWN;
+    case Qt::Key_Insert:
+      return VK_INSERT;
+    case Qt::Key_Delete:
+      return VK_DELETE;
+    default:
+      return 0;
+  }
+}
+
+UINT KeyDownMessage(const QKeyEvent& event) {
+  return event.modifiers() & Qt::AltModifier ? WM_SYSKEYDOWN : WM_KEYDOWN;
+}

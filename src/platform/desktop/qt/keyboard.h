@@ -1,0 +1,11 @@
+// Keys of Qt as keys of the program.
+#pragma once
+
+#include "platform/desktop/types.h"
+
+class QKeyEvent;
+
+// The VK_... number of the event's key, 0 for a key the program has no name for.
+unsigned KeyOf(const QKeyEvent& event);
+// WM_KEYDOWN, or WM_SYSKEYDOWN with Alt.
+UINT KeyDownMessage(const QKeyEvent& event);

@@ -1,0 +1,162 @@
+#include "platform/desktop/qt/window_widget.h"
+
+#include <QCloseEvent>
+#include <QKeyEvent>
+#include <QPaintEvent>
+#include <QTimerEvent>
+#include <QWheelEvent>
+
+#include "platform/desktop/qt/keyboard.h"
+#include "platform/desktop/qt/mouse.h"
+#include "platform/desktop/qt/painter_context.h"
+#include "platform/desktop/qt/posted_message.h"
+#include "platform/desktop/qt/window_table.h"
+
+namespace {
+
+Qt::WindowFlags FlagsOf(DWORD style) {
+  if (style & WS_CHILD) return Qt::Widget;
+  return style & WS_POPUP ? Qt::Window | Qt::FramelessWindowHint : Qt::Window;
+}
+
+}  // namespace
+
+WindowWidget::WindowWidget(QWidget* parent, DWORD style) : QWidget(parent, FlagsOf(style)) {
+  setAttribute(Qt::WA_OpaquePaintEvent);
+  setAttribute(Qt::WA_NoSystemBackground);
+  setMouseTracking(true);
+}
+
+LRESULT WindowWidget::Tell(UINT message, WPARAM wParam, LPARAM lParam) {
+  return SendMessage(HandleOf(this), message, wParam, lParam);
+}
+
+void WindowWidget::ReportSize() {
+  if (size() == reportedSize) return;
+  reportedSize = size();
+  Tell(WM_SIZE, 0, MakeLParam(width(), height()));
+}
+
+void WindowWidget::ApplySizeBounds() {
+  MinMaxInfo info;
+  Tell(WM_GETMINMAXINFO, 0, reinterpret_cast<LPARAM>(&info));
+  if (info.minimum.cx > 0 && info.minimum.cy > 0) setMinimumSize(info.minimum.cx, info.minimum.cy);
+  if (info.maximum.cx > 0 && info.maximum.cy > 0) setMaximumSize(info.maximum.cx, info.maximum.cy);
+}
+
+void WindowWidget::Mark(const QRegion& region, bool erase) {
+  marked += region;
+  markedErase = markedErase || erase;
+  update(region);
+}
+
+void WindowWidget::PaintNow(const QRegion& region) {
+  const WindowEntry* entry = FindWindowEntry(HandleOf(this));
+  if (entry == nullptr || entry->paintContext != nullptr) {
+    update(region);  // already painting: Qt cannot paint a window from inside its own paint
+  } else {
+    repaint(region);
+  }
+}
+
+bool WindowWidget::event(QEvent* event) {
+  if (event->type() == PostedMessage::EventType()) {
+    const auto* posted = static_cast<PostedMessage*>(event);
+    Tell(posted->message, posted->wParam, posted->lParam);
+    return true;
+  }
+  return QWidget::event(event);
+}
+
+void WindowWidget::paintEvent(QPaintEvent* event) {
+  // Whatever was uncovered, and not asked for by the program, needs its background as well.
+  const bool erase = markedErase || !event->region().subtracted(marked).isEmpty();
+  marked -= event->region();
+  if (marked.isEmpty()) markedErase = false;
+  SendPaint(*this, event->rect(), erase);
+}
+
+void WindowWidget::resizeEvent(QResizeEvent*) {
+  ReportSize();
+}
+
+void WindowWidget::mousePressEvent(QMouseEvent* event) {
+  RouteMouseEvent(this, event);
+}
+void WindowWidget::mouseReleaseEvent(QMouseEvent* event) {
+  RouteMouseEvent(this, event);
+}
+void WindowWidget::mouseDoubleClickEvent(QMouseEvent* event) {
+  RouteMouseEvent(this, event);
+}
+void WindowWidget::mouseMoveEvent(QMouseEvent* event) {
+  RouteMouseEvent(this, event);
+}
+
+void WindowWidget::wheelEvent(QWheelEvent* event) {
+  event->accept();
+  // Touch pads send fractions of a step; they are gathered, so that every message is a whole number of steps.
+  wheelRest += event->angleDelta().y();
+  const int steps = wheelRest / kWheelStep;
+  wheelRest -= steps * kWheelStep;
+  if (steps == 0) return;
+  const unsigned keys = MouseKeys(event->buttons(), event->modifiers());
+  const QPoint point = event->globalPosition().toPoint();
+  Tell(WM_MOUSEWHEEL, MakeWParam(keys, static_cast<unsigned>(steps * kWheelStep)),
+       MakeLParam(point.x(), point.y()));
+}
+
+bool WindowWidget::InDialog() const {
+  const WindowEntry* top = FindWindowEntry(HandleOf(window()));
+  return top != nullptr && top->kind == WindowKind::kDialog;
+}
+
+bool WindowWidget::focusNextPrevChild(bool next) { return InDialog() && QWidget::focusNextPrevChild(next); }
+
+void WindowWidget::keyPressEvent(QKeyEvent* event) {
+  const unsigned pressed = KeyOf(*event);
+  if (InDialog() && (pressed == VK_RETURN || pressed == VK_ESCAPE)) {
+    event->ignore();  // they end the dialog, whichever of its windows has the focus
+    return;
+  }
+  event->accept();
+  const HWND window = HandleOf(this);
+  if (pressed != 0) SendMessage(window, KeyDownMessage(*event), pressed, 0);
+  if (event->modifiers() & Qt::AltModifier) return;
+  for (const char byte : CodePageFromText(event->text())) {
+    SendMessage(window, WM_CHAR, static_cast<unsigned char>(byte), 0);
+  }
+}
+
+void WindowWidget::keyReleaseEvent(QKeyEvent* event) {
+  event->accept();
+  if (event->isAutoRepeat()) return;
+  if (const unsigned key = KeyOf(*event)) {
+    Tell(event->modifiers() & Qt::AltModifier ? WM_SYSKEYUP : WM_KEYUP, key, 0);
+  }
+}
+
+void WindowWidget::focusInEvent(QFocusEvent*) {
+  Tell(WM_SETFOCUS, 0, 0);
+}
+void WindowWidget::focusOutEvent(QFocusEvent*) {
+  Tell(WM_KILLFOCUS, 0, 0);
+}
+
+void WindowWidget::timerEvent(QTimerEvent* event) {
+  if (const auto number = timers.NumberOf(event->timerId())) Tell(WM_TIMER, *number, 0);
+}
+
+void WindowWidget::closeEvent(QCloseEvent* event) {
+  event->ignore();  // whether the window goes is the program's decision
+  Tell(WM_CLOSE, 0, 0);
+}
+
+void WindowWidget::changeEvent(QEvent* event) {
+  if (event->type() == QEvent::ActivationChange && isWindow() && isActiveWindow() != active) {
+    active = isActiveWindow();
+    Tell(WM_NCACTIVATE, active, 0);
+    Tell(WM_ACTIVATE, active, 0);
+  }
+  QWidget::changeEvent(event);
+}

@@ -1,0 +1,375 @@
+#include "support/desktop_driver.h"
+
+#include <gtest/gtest.h>
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QComboBox>
+#include <QDialog>
+#include <QElapsedTimer>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMessageBox>
+#include <QPlainTextEdit>
+#include <QPointer>
+#include <QPushButton>
+#include <QTest>
+#include <QTimer>
+#include <QWheelEvent>
+#include <QWindow>
+
+#include "platform/desktop/application.h"
+#include "platform/desktop/dialog.h"
+#include "platform/desktop/message_box.h"
+#include "platform/desktop/qt/window_table.h"
+
+namespace {
+
+constexpr int kUnansweredMs = 8000;
+
+// Ends the desktop layer before the process's static objects go: it leans on some of them.
+class StopAtEnd : public testing::Environment {
+ public:
+  void TearDown() override {
+    if (started) StopDesktop();
+  }
+  bool started = false;
+};
+auto* const stopAtEnd = static_cast<StopAtEnd*>(testing::AddGlobalTestEnvironment(new StopAtEnd));
+
+void StartOnce() {
+  if (stopAtEnd->started) return;
+  stopAtEnd->started = true;
+  qputenv("QT_QPA_PLATFORM", "offscreen");
+  static int argc = 1;
+  static char name[] = "test";
+  static char* argv[] = {name, nullptr};
+  ASSERT_TRUE(StartDesktop(argc, argv));
+}
+
+QWidget* WidgetFor(HWND window) {
+  const WindowEntry* entry = FindWindowEntry(window);
+  return entry != nullptr ? entry->widget : nullptr;
+}
+
+struct Spot {
+  QWindow* window = nullptr;
+  QPoint point;
+};
+
+Spot SpotOf(HWND window, POINT point) {
+  QWidget* widget = WidgetFor(window);
+  if (widget == nullptr || widget->window()->windowHandle() == nullptr) {
+    ADD_FAILURE() << "no window to point at";
+    return {};
+  }
+  return {widget->window()->windowHandle(), widget->mapTo(widget->window(), QPoint(point.x, point.y))};
+}
+
+Qt::KeyboardModifiers ModifiersOf(unsigned keys) {
+  Qt::KeyboardModifiers modifiers;
+  if (keys & MK_SHIFT) modifiers |= Qt::ShiftModifier;
+  if (keys & MK_CONTROL) modifiers |= Qt::ControlModifier;
+  return modifiers;
+}
+
+Qt::Key KeyFor(unsigned key) {
+  switch (key) {
+    case VK_BACK:
+      return Qt::Key_Backspace;
+    case VK_TAB:
+      return Qt::Key_Tab;
+    case VK_RETURN:
+      return Qt::Key_Return;
+    case VK_ESCAPE:
+      return Qt::Key_Escape;
+    case VK_END:
+      return Qt::Key_End;
+    case VK_HOME:
+      return Qt::Key_Home;
+    case VK_LEFT:
+      return Qt::Key_Left;
+    case VK_UP:
+      return Qt::Key_Up;
+    case VK_RIGHT:
+      return Qt::Key_Right;
+    case VK_DOWN:
+      return Qt::Key_Down;
+    case VK_INSERT:
+      return Qt::Key_Insert;
+    case VK_DELETE:
+      return Qt::Key_Delete;
+    default:
+      break;
+  }
+  if (key >= VK_F1 && key < VK_F1 + 12) return static_cast<Qt::Key>(Qt::Key_F1 + (key - VK_F1));
+  return static_cast<Qt::Key>(key);
+}
+
+// Only an active window gets keys.
+void Activate(QWidget* top) {
+  top->activateWindow();
+  EXPECT_TRUE(QTest::qWaitForWindowActive(top, 3000));
+}
+
+QString PlainText(QString text) {
+  text = text.section(u'\t', 0, 0);
+  text.replace(QStringLiteral("&&"), QStringLiteral("\x01")).remove(u'&').replace(u'\x01', u'&');
+  return text;
+}
+
+}  // namespace
+
+struct DesktopDriver::Answer {
+  enum Kind { kMessageBox, kDialog, kMenu } kind;
+  std::string text;
+  int answer = 0;
+  std::function<void(HWND)> callback;
+};
+
+struct DesktopDriver::Watch {
+  QTimer timer;
+  QList<QPointer<QWidget>> handled;  // what was answered and has yet to close
+  QWidget* current = nullptr;        // the one in front
+  QElapsedTimer since;               // how long it has been in front
+};
+
+DesktopDriver::DesktopDriver() : watch(nullptr) {
+  StartOnce();
+  watch = new Watch;
+  QObject::connect(&watch->timer, &QTimer::timeout, [this] { Poll(); });
+  watch->timer.start(5);
+}
+
+DesktopDriver::~DesktopDriver() {
+  delete watch;
+  for (const Answer& answer : answers) ADD_FAILURE() << "never asked for: " << answer.text;
+}
+
+void DesktopDriver::Poll() {
+  watch->handled.removeIf(
+      [](const QPointer<QWidget>& widget) { return widget == nullptr || !widget->isVisible(); });
+  QWidget* open = QApplication::activePopupWidget();
+  if (open == nullptr) open = QApplication::activeModalWidget();
+  if (open == nullptr || !open->isVisible()) return;
+  if (watch->handled.contains(open)) {
+    if (watch->current != open) {
+      watch->current = open;
+      watch->since.start();
+    }
+    if (watch->since.elapsed() < kUnansweredMs) return;
+    ADD_FAILURE() << "left open: " << open->windowTitle().toStdString();
+    open->close();
+    return;
+  }
+  watch->handled.append(open);
+  watch->current = open;
+  watch->since.start();
+  const Answer::Kind kind = qobject_cast<QMenu*>(open) != nullptr         ? Answer::kMenu
+                            : qobject_cast<QMessageBox*>(open) != nullptr ? Answer::kMessageBox
+                                                                          : Answer::kDialog;
+  if (answers.empty() || answers.front().kind != kind) {
+    auto* box = qobject_cast<QMessageBox*>(open);
+    ADD_FAILURE() << "nobody expected: "
+                  << (box != nullptr ? box->text() : open->windowTitle()).toStdString();
+    open->close();
+    return;
+  }
+  const Answer answer = answers.front();
+  answers.erase(answers.begin());
+  // Not from inside the timer: it does not tick while its own tick is handled, and an answer may open the
+  // next dialog.
+  QTimer::singleShot(0, open, [this, answer, open] { Give(answer, open); });
+}
+
+void DesktopDriver::Give(const Answer& answer, QWidget* open) {
+  if (qobject_cast<QMenu*>(open) != nullptr) {
+    watch->handled.removeAll(open);  // the same menu may be opened again before the next look
+    AnswerMenu(answer);
+    return;
+  }
+  auto* box = qobject_cast<QMessageBox*>(open);
+  if (box == nullptr) {
+    answer.callback(HandleOf(open));
+    return;
+  }
+  EXPECT_NE(CodePageFromText(box->text()).find(answer.text), std::string::npos) << box->text().toStdString();
+  const auto button = answer.answer == IDYES  ? QMessageBox::Yes
+                      : answer.answer == IDNO ? QMessageBox::No
+                                              : QMessageBox::Ok;
+  if (QAbstractButton* choice = box->button(button)) {
+    choice->click();
+  } else {
+    ADD_FAILURE() << "the box has no such answer";
+    box->close();
+  }
+}
+
+void DesktopDriver::AnswerMenu(const Answer& answer) {
+  auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+  lastMenu.clear();
+  QAction* chosen = nullptr;
+  for (QAction* action : menu->actions()) {
+    const std::string text = CodePageFromText(PlainText(action->text()));
+    lastMenu.push_back(action->isSeparator() ? "-" : action->isEnabled() ? text : "(" + text + ")");
+    if (!action->isSeparator() && text == answer.text) chosen = action;
+  }
+  if (chosen == nullptr) {
+    EXPECT_TRUE(answer.text.empty()) << "no item " << answer.text;
+    QTest::keyClick(menu, Qt::Key_Escape);
+    return;
+  }
+  menu->setActiveAction(chosen);
+  QTest::keyClick(menu, Qt::Key_Return);
+}
+
+void DesktopDriver::Click(HWND window, POINT point, unsigned keys) {
+  const Spot spot = SpotOf(window, point);
+  if (spot.window == nullptr) return;
+  QTest::mouseClick(spot.window, Qt::LeftButton, ModifiersOf(keys), spot.point);
+  ProcessEvents();
+}
+
+void DesktopDriver::DoubleClick(HWND window, POINT point) {
+  const Spot spot = SpotOf(window, point);
+  if (spot.window == nullptr) return;
+  // A pause, so that clicks made before do not count.
+  QTest::qWait(QApplication::doubleClickInterval() + 10);
+  QTest::mouseDClick(spot.window, Qt::LeftButton, {}, spot.point);
+  ProcessEvents();
+}
+
+void DesktopDriver::RightClick(HWND window, POINT point) {
+  const Spot spot = SpotOf(window, point);
+  if (spot.window == nullptr) return;
+  QTest::mouseClick(spot.window, Qt::RightButton, {}, spot.point);
+  ProcessEvents();
+}
+
+void DesktopDriver::MouseDown(HWND window, POINT point) {
+  const Spot spot = SpotOf(window, point);
+  if (spot.window != nullptr) QTest::mousePress(spot.window, Qt::LeftButton, {}, spot.point);
+  ProcessEvents();
+}
+
+void DesktopDriver::MouseUp(HWND window, POINT point) {
+  const Spot spot = SpotOf(window, point);
+  if (spot.window != nullptr) QTest::mouseRelease(spot.window, Qt::LeftButton, {}, spot.point);
+  ProcessEvents();
+}
+
+void DesktopDriver::MoveMouse(HWND window, POINT point, unsigned keys) {
+  const Spot spot = SpotOf(window, point);
+  if (spot.window == nullptr) return;
+  QTest::mouseEvent(QTest::MouseMove, spot.window, Qt::NoButton, ModifiersOf(keys), spot.point);
+  ProcessEvents();
+}
+
+void DesktopDriver::Drag(HWND from, POINT start, HWND to, POINT end, unsigned keys) {
+  const Spot first = SpotOf(from, start);
+  const Spot last = SpotOf(to, end);
+  if (first.window == nullptr || last.window != first.window) return;
+  const Qt::KeyboardModifiers modifiers = ModifiersOf(keys);
+  QTest::mousePress(first.window, Qt::LeftButton, modifiers, first.point);
+  for (int step = 1; step <= 4; ++step) {
+    QTest::mouseEvent(QTest::MouseMove, first.window, Qt::NoButton, modifiers,
+                      first.point + (last.point - first.point) * step / 4);
+    ProcessEvents();
+  }
+  QTest::mouseRelease(first.window, Qt::LeftButton, modifiers, last.point);
+  ProcessEvents();
+}
+
+void DesktopDriver::Wheel(HWND window, POINT point, int steps) {
+  const Spot spot = SpotOf(window, point);
+  if (spot.window == nullptr) return;
+  QWheelEvent event(spot.point, spot.window->mapToGlobal(spot.point), {}, QPoint(0, steps * kWheelStep),
+                    Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+  QApplication::sendEvent(spot.window, &event);
+  ProcessEvents();
+}
+
+void DesktopDriver::Press(HWND window, unsigned key, unsigned keys, bool alt) {
+  QWidget* widget = WidgetFor(window);
+  if (widget == nullptr) return;
+  Activate(widget->window());
+  QTest::keyClick(widget->window()->windowHandle(), KeyFor(key),
+                  ModifiersOf(keys) | (alt ? Qt::AltModifier : Qt::NoModifier));
+  ProcessEvents();
+}
+
+void DesktopDriver::Type(HWND window, const std::string& text) {
+  QWidget* widget = WidgetFor(window);
+  if (widget == nullptr) return;
+  Activate(widget->window());
+  for (const QChar character : TextFromCodePage(text.c_str())) {
+    QTest::sendKeyEvent(QTest::Click, widget->window()->windowHandle(), Qt::Key_unknown, QString(character),
+                        {});
+  }
+  ProcessEvents();
+}
+
+void DesktopDriver::ClickControl(HWND dialog, int id) {
+  QWidget* control = WidgetFor(GetDlgItem(dialog, id));
+  if (control == nullptr) {
+    ADD_FAILURE() << "no control " << id;
+    return;
+  }
+  const int x = qobject_cast<QPushButton*>(control) != nullptr ? control->width() / 2 : 8;
+  const QPoint point = control->mapTo(control->window(), QPoint(x, control->height() / 2));
+  QTest::mouseClick(control->window()->windowHandle(), Qt::LeftButton, {}, point);
+  ProcessEvents();
+}
+
+void DesktopDriver::TypeInto(HWND dialog, int id, const std::string& text) {
+  QWidget* control = WidgetFor(GetDlgItem(dialog, id));
+  if (control == nullptr) {
+    ADD_FAILURE() << "no control " << id;
+    return;
+  }
+  control->setFocus();
+  if (auto* line = qobject_cast<QLineEdit*>(control)) line->selectAll();
+  if (auto* edit = qobject_cast<QPlainTextEdit*>(control)) edit->selectAll();
+  if (auto* combo = qobject_cast<QComboBox*>(control); combo != nullptr && combo->lineEdit() != nullptr) {
+    combo->lineEdit()->selectAll();
+  }
+  Type(dialog, text);
+}
+
+void DesktopDriver::AnswerMessageBox(const std::string& textPart, int answer) {
+  answers.push_back({Answer::kMessageBox, textPart, answer, {}});
+}
+
+void DesktopDriver::WhenDialogOpens(std::function<void(HWND dialog)> callback) {
+  answers.push_back({Answer::kDialog, "a dialog", 0, std::move(callback)});
+}
+
+void DesktopDriver::ChooseMenuItem(const std::string& text) {
+  answers.push_back({Answer::kMenu, text, 0, {}});
+}
+
+void DesktopDriver::Wait(int ms) {
+  QTest::qWait(ms);
+}
+
+bool DesktopDriver::WaitUntil(const std::function<bool()>& predicate, int timeoutMs) {
+  const bool held = QTest::qWaitFor(predicate, timeoutMs);
+  EXPECT_TRUE(held) << "waited in vain";
+  return held;
+}
+
+void DesktopDriver::ProcessEvents() {
+  QApplication::processEvents();
+  QApplication::sendPostedEvents();
+}
+
+COLORREF DesktopDriver::PixelAt(HWND window, POINT point) {
+  QWidget* widget = WidgetFor(window);
+  if (widget == nullptr) return kNoColour;
+  const QColor colour = widget->grab().toImage().pixelColor(point.x, point.y);
+  return RGB(colour.red(), colour.green(), colour.blue());
+}
+
+void DesktopDriver::SavePicture(HWND window, const std::string& path) {
+  if (QWidget* widget = WidgetFor(window)) widget->window()->grab().save(QString::fromStdString(path));
+}
