@@ -1,0 +1,128 @@
+#include "controls/slide_bar.h"
+
+#include "controls/slide_geometry.h"
+#include "framework/drawing.h"
+#include "platform/desktop/cursor.h"
+
+namespace {
+
+constexpr int kShade = 40;
+constexpr COLORREF kBlack = RGB(0, 0, 0);
+
+// Three lines across the middle of the thumb.
+void PaintGrip(HDC hdc, const RECT& thumb) {
+  const int middle = (thumb.top + thumb.bottom) / 2;
+  const int inset = Width(thumb) / 4;
+  for (int y = middle - 2; y <= middle + 2; y += 2) Line(hdc, thumb.left + inset, y, thumb.right - inset, y);
+}
+
+}  // namespace
+
+ZarfSlideBar::ZarfSlideBar(int id, COLORREF baseColour, double positions)
+    : commandId(id), base(baseColour), count(UsableCount(positions)) {}
+
+bool ZarfSlideBar::SetPosition(int newPosition) {
+  if (newPosition < 0 || newPosition >= count) return false;
+  if (newPosition == position) return true;
+  position = newPosition;
+  Invalidate(nullptr, 0);
+  return true;
+}
+
+bool ZarfSlideBar::SetCount(double newCount) {
+  newCount = UsableCount(newCount);
+  if (newCount == count) return false;
+  count = newCount;
+  if (position >= count) position = static_cast<int>(count - 1);
+  if (position < 0) position = 0;
+  Invalidate(nullptr, 0);
+  return true;
+}
+
+void ZarfSlideBar::SetColours(COLORREF face, COLORREF track, COLORREF frame, COLORREF thumbEdge) {
+  faceColour = face;
+  trackColour = track;
+  frameColour = frame;
+  edgeColour = thumbEdge;
+  Invalidate(nullptr, 0);
+}
+
+int ZarfSlideBar::PrepareClass(WNDCLASS* windowClass) {
+  windowClass->className = "ZarfSlideBar";
+  windowClass->background = RGB(255, 255, 255);
+  return 0;
+}
+
+void ZarfSlideBar::Paint(HDC hdc, const RECT& client) const {
+  const bool own = trackColour != kNoColour;
+  hdc->FillRect(client, own ? faceColour : Lighten(base, kShade));
+  hdc->SetPenColor(own ? edgeColour : kBlack);
+  Line(hdc, client.left, client.top, client.left, client.bottom);
+  Line(hdc, client.right - 1, client.top, client.right - 1, client.bottom);
+  if (count < 1) return;
+
+  RECT thumb = SlideThumb(client, count, position, mouseY);
+  const COLORREF fill = own ? trackColour : base;
+  thumb.bottom += 1;
+  hdc->FillRect(thumb, dragging ? Darken(fill, kShade) : fill);
+  PaintGrip(hdc, thumb);
+  if (own) hdc->SetPenColor(frameColour);
+  OutlineRect(hdc, thumb);
+}
+
+void ZarfSlideBar::OnPaint(HDC hdc, PAINTSTRUCT) {
+  RECT client;
+  GetClientRect(&client);
+  Paint(hdc, client);
+}
+
+LRESULT ZarfSlideBar::WindowProc(const MessageRecord& record) {
+  if (record.message == WM_CAPTURECHANGED) StopDragging();
+  return ZarfWnd::WindowProc(record);
+}
+
+LRESULT ZarfSlideBar::OnLButtonDown(const MessageRecord& record) {
+  if (count < 1) return 0;
+  RECT client;
+  GetClientRect(&client);
+  RECT thumb = SlideThumb(client, count, position, std::nullopt);
+  thumb.bottom += 1;
+  dragging = true;
+  SetCapture(hwnd);
+  Invalidate(nullptr, 0);
+  const POINT point = PointFromLParam(record.lParam);
+  if (!Contains(thumb, point)) Follow(point.y);
+  return 0;
+}
+
+LRESULT ZarfSlideBar::OnMouseMove(const MessageRecord& record) {
+  if (dragging) Follow(PointFromLParam(record.lParam).y);
+  return 0;
+}
+
+LRESULT ZarfSlideBar::OnLButtonUp(const MessageRecord& record) {
+  if (!dragging) return 0;
+  Follow(PointFromLParam(record.lParam).y);
+  StopDragging();
+  return 0;
+}
+
+void ZarfSlideBar::Follow(int y) {
+  RECT client;
+  GetClientRect(&client);
+  mouseY = SlideMouseY(y, Height(client));
+  const int wanted = SlidePosition(y, Height(client), count, position);
+  if (wanted != position) {
+    position = wanted;
+    PostMessage(Parent(), WM_COMMAND, MakeWParam(static_cast<unsigned>(commandId), 0), position);
+  }
+  Invalidate(nullptr, 0);
+}
+
+void ZarfSlideBar::StopDragging() {
+  if (!dragging) return;
+  dragging = false;
+  mouseY.reset();
+  Invalidate(nullptr, 0);
+  if (GetCapture() == hwnd) ReleaseCapture();
+}

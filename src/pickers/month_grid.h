@@ -1,0 +1,49 @@
+// The days of one month, of which the user picks one. It also takes appointments dropped on a day. It tells
+// its parent by WM_COMMAND, sent, with id 100 in the low word: of a day picked with 0 in the high word, of a
+// drop with 1021 (move) or 1022 (copy); lParam points to the date (const core::Date*), valid during the
+// message only.
+#pragma once
+
+#include "core/date_time.h"
+#include "framework/zarf_wnd.h"
+#include "pickers/month_grid_geometry.h"
+
+constexpr unsigned kMonthGridId = 100;
+
+// The colours of a month grid and of a mini calendar.
+struct CalendarColours {
+  COLORREF background = RGB(255, 255, 255);
+  COLORREF selection = RGB(212, 208, 200);
+  COLORREF today = RGB(255, 0, 0);
+};
+
+class MonthGrid : public ZarfWnd {
+ public:
+  explicit MonthGrid(const CalendarColours& colours);
+
+  // The selected day, whose month is shown.
+  const core::Date& Date() const { return date; }
+  // Shows a date; a day beyond the month's end becomes its last. False, and nothing changes, when the date is
+  // the same or its year, month or day is none of the calendar's.
+  bool SetDate(int year, int month, int day);
+
+  // Draws the month into an area of the layout's size at (0, 0).
+  void Paint(HDC hdc, const MonthGridLayout& layout, const core::Date& today) const;
+
+  int PrepareClass(WNDCLASS* windowClass) override;
+  void OnPaint(HDC hdc, PAINTSTRUCT paint) override;
+  LRESULT OnEraseBkgnd(const MessageRecord& record) override;
+  LRESULT OnSetCursor(const MessageRecord& record) override;
+  LRESULT OnMouseMove(const MessageRecord& record) override;
+  LRESULT OnLButtonDown(const MessageRecord& record) override;
+  LRESULT OnCommand(const MessageRecord& record) override;
+
+ private:
+  MonthGridLayout Layout() const;
+  LRESULT TakeDrop(unsigned command, POINT screenPoint);
+  void Report(unsigned code, const core::Date& reported);
+
+  const CalendarColours colours;
+  core::Date date;
+  HCURSOR cursor = nullptr;
+};
