@@ -1,0 +1,41 @@
+// The calendar program: its main frame with the calendar panel in it. It owns the open calendar file, which
+// the panel borrows.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "calendar/calendar_panel.h"
+#include "core/record_file.h"
+#include "shell/main_frame.h"
+
+class CalendarPane : public ZarfWndApp {
+ public:
+  CalendarPane();
+  ~CalendarPane() override;
+
+  // Opens a calendar in place of the open one. On failure the open one stays and `message` (UTF-8) names the
+  // file and what is wrong.
+  bool OpenCalendar(const std::string& path, const std::string& password, bool withExamples,
+                    std::string& message);
+
+  CalendarPanel& Panel() { return panel; }
+  // The open calendar; null when there is none.
+  core::RecordFile* CalendarFile() { return calendarFile.get(); }
+
+  LRESULT OnCreate(const MessageRecord& record) override;
+  // Opens the start-up calendar. The frame is on the screen by now, so that a message has something to stand
+  // over.
+  LRESULT OnAfterCreate(const MessageRecord& record) override;
+  LRESULT OnSize(const MessageRecord& record) override;
+  LRESULT OnActivate(const MessageRecord& record) override;
+  LRESULT OnCommand(const MessageRecord& record) override;
+  LRESULT OnClose(const MessageRecord& record) override;
+  LRESULT OnDestroy(const MessageRecord& record) override;
+
+ private:
+  void TakeFile(std::unique_ptr<core::RecordFile> file);
+
+  std::unique_ptr<core::RecordFile> calendarFile;  // outlives the panel, which borrows it
+  CalendarPanel panel;
+};

@@ -1,0 +1,17 @@
+// The list of one day's appointments.
+#pragma once
+
+#include "calendar/day_row.h"
+#include "controls/list_view.h"
+
+class DayList : public ZarfWndListView {
+ public:
+  explicit DayList(int commandId);
+
+  LRESULT OnCreate(const MessageRecord& record) override;
+  void DrawRecordCell(core::RecordFile& calendar, core::RecordQuery& shown, HDC hdc, COLORREF colour,
+                      int index, int state, const RECT& rect) override;
+
+ private:
+  DayRowPictures pictures;  // from the creation of the window on
+};

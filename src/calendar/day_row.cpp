@@ -1,0 +1,127 @@
+#include "calendar/day_row.h"
+
+#include <algorithm>
+#include <string>
+
+#include "calendar/palette.h"
+#include "framework/drawing.h"
+#include "framework/fonts.h"
+
+namespace {
+
+// Where the marks of a timed row begin, from the row's left edge.
+constexpr int kMarksLeft = 95;
+constexpr int kSubjectIndent = 20;
+constexpr int kAllDayIndent = 7;
+// From the top of an all-day row to its marks and to its category.
+constexpr int kAllDayMarksTop = 7;
+constexpr int kAllDayCategoryTop = 8;
+// Between marks and text that would touch.
+constexpr int kGap = 6;
+
+std::unique_ptr<Bitmap> LoadMark(const char* name) {
+  std::unique_ptr<Bitmap> mark = Bitmap::Load(name);
+  if (mark != nullptr) mark->MakeTransparent(kMagenta);
+  return mark;
+}
+
+// Draws a mark and answers where the next one stands.
+int DrawMark(HDC hdc, const std::unique_ptr<Bitmap>& mark, bool wanted, int x, int y, int advance) {
+  if (!wanted) return x;
+  if (mark != nullptr) hdc->DrawBitmap(*mark, x, y);
+  return x + advance;
+}
+
+int DrawMarks(HDC hdc, const core::Appointment& record, const DayRowPictures& pictures, int x, int y) {
+  x = DrawMark(hdc, pictures.padlock, record.header.confidential != 0, x, y, 12);
+  x = DrawMark(hdc, pictures.bell, record.alarmOn != 0, x, y, 14);
+  x = DrawMark(hdc, pictures.paperClip, core::HasAttachment(record), x, y, 12);
+  return DrawMark(hdc, pictures.squares, core::HasRepeat(record), x, y, 12);
+}
+
+// Draws the category in brackets and answers where it ends. `line` gives the line's top, bottom and right
+// end.
+int DrawCategory(HDC hdc, const core::Appointment& record, int x, const RECT& line) {
+  const std::string_view category = core::ReadText(record.header.category);
+  if (category.empty()) return x;
+  std::string text("[");
+  text.append(category).push_back(']');
+  const HFONT font = GetFont(FontSmall, 400);
+  hdc->SelectFont(font);
+  hdc->SetTextColor(kRowMark);
+  hdc->DrawText(text.c_str(), {x, line.top, line.right, line.bottom}, DT_SINGLELINE | DT_END_ELLIPSIS);
+  return x + MeasureText(font, text.c_str()).cx;
+}
+
+void DrawRowText(HDC hdc, const std::string& text, const RECT& rect, UINT format) {
+  hdc->SelectFont(GetFont(FontSans, 400));
+  hdc->SetTextColor(kRowText);
+  hdc->DrawText(text.c_str(), rect, format | DT_SINGLELINE);
+}
+
+// An all-day row has no times; what marks it stands where they would, the subject after it.
+void DrawAllDay(HDC hdc, const core::Appointment& record, const DayRowPictures& pictures, RECT row) {
+  row.top += 1;
+  row.bottom -= 2;
+  if (pictures.allDay != nullptr) hdc->StretchBitmap(*pictures.allDay, row);
+  if (pictures.allDayLeft != nullptr) {
+    hdc->StretchBitmap(*pictures.allDayLeft,
+                       {row.left, row.top, row.left + pictures.allDayLeft->Width(), row.bottom});
+  }
+  if (pictures.allDayRight != nullptr) {
+    hdc->StretchBitmap(*pictures.allDayRight, {row.right - 4, row.top, row.right, row.bottom});
+  }
+  const int start = row.left + kAllDayIndent;
+  const RECT line = {start, row.top + kAllDayCategoryTop, row.right - kAllDayIndent, row.bottom};
+  int x = DrawMarks(hdc, record, pictures, start, row.top + kAllDayMarksTop);
+  x = DrawCategory(hdc, record, x, line);
+  if (x != start) x += kGap;
+  DrawRowText(hdc, std::string(core::ReadText(record.subject)), {x, row.top, line.right, row.bottom},
+              DT_VCENTER | DT_END_ELLIPSIS);
+}
+
+void DrawTimed(HDC hdc, const core::Appointment& record, const DayRowPictures& pictures, bool selected,
+               const RECT& row) {
+  const int middle = row.top + Height(row) / 2;
+  const RECT firstLine = {row.left, row.top, row.right, middle};
+  const std::string times = core::FormatTime(record.startTime) + "-" + core::FormatTime(record.endTime);
+  DrawRowText(hdc, times, firstLine, DT_LEFT);
+  DrawRowText(hdc, std::string(core::ReadText(record.subject)),
+              {row.left + kSubjectIndent, middle, row.right, row.bottom}, DT_END_ELLIPSIS);
+  // With the 12-hour clock the times can be wider than their usual place.
+  const int timesWidth = MeasureText(GetFont(FontSans, 400), times.c_str()).cx;
+  const int marksLeft = row.left + std::max(kMarksLeft, timesWidth + kGap);
+  DrawCategory(hdc, record, DrawMarks(hdc, record, pictures, marksLeft, row.top + 1), firstLine);
+  if (selected) return;
+  hdc->SetPenColor(kRowLine);
+  Line(hdc, row.left, row.bottom, row.right * 2 / 3, row.bottom);
+}
+
+}  // namespace
+
+DayRowPictures LoadDayRowPictures() {
+  return {LoadMark("all_day"),      LoadMark("all_day_left"), LoadMark("all_day_right"),
+          LoadMark("mark_padlock"), LoadMark("mark_bell"),    LoadMark("mark_paper_clip"),
+          LoadMark("mark_squares")};
+}
+
+int DayRowHeight() {
+  const TextMetrics metrics = GetTextMetrics(GetFont(FontSans, 400));
+  return 2 * (metrics.height + metrics.externalLeading) + 3;
+}
+
+void DrawDayRow(HDC hdc, const core::Appointment* record, const DayRowPictures& pictures,
+                RowSelection selection, const RECT& cell) {
+  const bool selected = selection != RowSelection::kNone;
+  if (selected) hdc->FillRect(cell, selection == RowSelection::kFocused ? kSelection : kIdleSelection);
+  const RECT row = {cell.left + 5, cell.top + 1, cell.right - 5, cell.bottom - 1};
+  if (record == nullptr) {
+    hdc->SelectFont(GetFont(FontSans, 400));
+    hdc->SetTextColor(kRowMark);
+    hdc->DrawText("Record is deleted by another user.", row, DT_SINGLELINE | DT_VCENTER | DT_END_ELLIPSIS);
+  } else if (record->allDay != 0) {
+    DrawAllDay(hdc, *record, pictures, row);
+  } else {
+    DrawTimed(hdc, *record, pictures, selected, row);
+  }
+}

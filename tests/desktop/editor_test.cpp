@@ -1,0 +1,168 @@
+// The appointment editor as a dialog: what it shows, what it takes back into the record, and what it leaves
+// alone.
+#include <gtest/gtest.h>
+
+#include <cstring>
+
+#include "calendar/appointment_editor.h"
+#include "platform/desktop/message_box.h"
+#include "resources/resources.h"
+#include "support/desktop_driver.h"
+#include "support/temporary_calendar.h"
+
+namespace tests {
+namespace {
+
+// A + before a field of a record makes a copy: a reference to it would not be aligned.
+
+constexpr int kDateButton = 100;
+constexpr int kTimeButton = 101;
+constexpr int kSubjectEdit = 103;
+constexpr int kCategoryBox = 104;
+constexpr int kConfidentialBox = 105;
+constexpr int kNotesEdit = 107;
+constexpr int kAllDayBox = 111;
+
+std::string TextOf(HWND dialog, int id) {
+  char text[2048];
+  GetDlgItemText(dialog, id, text, sizeof text);
+  return text;
+}
+
+class EditorTest : public testing::Test {
+ protected:
+  EditorTest() {
+    static const bool registered = (RegisterResources(), true);
+    static_cast<void>(registered);
+  }
+
+  // Runs the editor on the record, over nothing, with the script as its user.
+  int Edit(std::function<void(HWND)> script, AppointmentEditor::Mode mode = AppointmentEditor::Mode::kEdit) {
+    driver.WhenDialogOpens(std::move(script));
+    AppointmentEditor editor(calendar.file, record, {20, 5, 2004}, mode);
+    return editor.Run(nullptr);
+  }
+  void PressOk(HWND dialog) { driver.ClickControl(dialog, IDOK); }
+  bool Enabled(HWND dialog, int id) { return IsWindowEnabled(GetDlgItem(dialog, id)); }
+
+  DesktopDriver driver;
+  TemporaryCalendar calendar;
+  core::Appointment record = Entry("Subject").On(14, 3, 2004).At(13, 30).appointment;
+};
+
+TEST_F(EditorTest, OkUntouchedChangesNothingButTheAlarmThatIsOff) {
+  // Fields that are full and unterminated, and a category that the file does not have.
+  std::memset(record.subject, 'S', sizeof record.subject);
+  std::memset(record.notes, 'n', sizeof record.notes);
+  std::memset(record.header.category, 'C', sizeof record.header.category);
+  record.header.confidential = 1;
+  record.allDay = 1;
+  record.alarmDaysBefore = 7;
+  record.alarmState = 3;
+  core::WriteText(record.alarmTone, "ring.wav");
+  core::Appointment expected = record;
+  core::WriteText(expected.alarmTone, "");
+  expected.alarmStartKind = core::kAlarmStartsDocument;
+  expected.alarmDate = expected.date;
+  expected.alarmTime = expected.startTime;
+  expected.alarmDaysBefore = 0;
+  expected.alarmState = 0;
+  EXPECT_EQ(
+      Edit([&](HWND dialog) {
+        EXPECT_EQ(TextOf(dialog, kDateButton), "14/3/2004");
+        EXPECT_EQ(TextOf(dialog, kTimeButton), "13:30 / 13:30");
+        EXPECT_EQ(TextOf(dialog, kCategoryBox), std::string(30, 'C'));
+        EXPECT_TRUE(IsDlgButtonChecked(dialog, kAllDayBox) && IsDlgButtonChecked(dialog, kConfidentialBox));
+        for (const int absent : {kTimeButton, 106, 110, 112, 113})
+          EXPECT_FALSE(Enabled(dialog, absent)) << absent;
+        PressOk(dialog);
+      }),
+      1);
+  EXPECT_EQ(std::memcmp(&record, &expected, sizeof record), 0);
+}
+
+TEST_F(EditorTest, AnAlarmThatIsOnKeepsItsOwnDate) {
+  record.alarmOn = 1;
+  record.alarmDate = {1, 2, 2004};
+  record.alarmDaysBefore = 2;
+  const core::Appointment before = record;
+  Edit([&](HWND dialog) { PressOk(dialog); });
+  EXPECT_EQ(std::memcmp(&record.alarmOn, &before.alarmOn, offsetof(core::Appointment, date) - 549), 0);
+}
+
+TEST_F(EditorTest, AnAppointmentNeedsASubject) {
+  record = {};
+  const auto script = [&](HWND dialog) {
+    EXPECT_FALSE(Enabled(dialog, IDOK));
+    driver.Press(dialog, VK_RETURN);
+    driver.Type(dialog, "x");  // the subject has the focus
+    EXPECT_TRUE(Enabled(dialog, IDOK));
+    driver.Press(dialog, VK_BACK);
+    EXPECT_FALSE(Enabled(dialog, IDOK));
+    driver.Type(dialog, std::string(160, 'a'));
+    driver.TypeInto(dialog, kNotesEdit, "one\ntwo");
+    driver.TypeInto(dialog, kCategoryBox, "Made up");
+    driver.ClickControl(dialog, kConfidentialBox);
+    driver.ClickControl(dialog, kAllDayBox);
+    PressOk(dialog);
+  };
+  EXPECT_EQ(Edit(script, AppointmentEditor::Mode::kNew), 1);
+  EXPECT_EQ(core::ReadText(record.subject), std::string(149, 'a'));
+  EXPECT_EQ(core::ReadText(record.header.category), "Made up");
+  EXPECT_EQ(record.header.confidential, 1);
+  EXPECT_EQ(+record.allDay, 1U);
+  EXPECT_EQ(core::DayIndex(record.date), core::DayIndex(2004, 5, 20));
+  EXPECT_EQ(record.startTime.minute % 5, 0);
+  EXPECT_EQ(Edit([&](HWND dialog) { driver.Press(dialog, VK_ESCAPE); }), 0);
+}
+
+TEST_F(EditorTest, OnlyTheOwnerHasAWordOnConfidential) {
+  const TemporaryCalendar guarded({"Owner", "Assistant", "Reader"});
+  const core::RecordFile assistant(guarded.Path(), "Assistant");
+  record.header.confidential = 1;
+  driver.WhenDialogOpens([&](HWND dialog) {
+    EXPECT_FALSE(Enabled(dialog, kConfidentialBox));
+    EXPECT_FALSE(IsDlgButtonChecked(dialog, kConfidentialBox));
+    PressOk(dialog);
+  });
+  AppointmentEditor editor(assistant, record, {}, AppointmentEditor::Mode::kEdit);
+  EXPECT_EQ(editor.Run(nullptr), 1);
+  EXPECT_EQ(record.header.confidential, 0);
+}
+
+TEST_F(EditorTest, TheDateButtonOpensThePicker) {
+  record.repeat = Entry().Every(1, core::kRepeatDaily).Until(17, 3, 2004).appointment.repeat;
+  // The picker's calendar is one month on after a click on its arrow.
+  const auto nextMonth = [&](HWND picker) {
+    RECT client;
+    GetClientRect(picker, &client);
+    HWND arrow = nullptr;
+    for (int y = Height(client) - 1; y > 0 && arrow == nullptr; --y) {
+      for (int x = Width(client) - 1; x > 0 && arrow == nullptr; --x) {
+        const HWND at = WindowFromPoint(ClientToScreen(picker, {x, y}));
+        if (GetClassName(at) == "ZarfSpinButton") arrow = at;
+      }
+    }
+    driver.Click(arrow, {5, 5});
+    driver.ClickControl(picker, IDOK);
+  };
+  Edit([&](HWND dialog) {
+    driver.WhenDialogOpens(nextMonth);
+    driver.AnswerMessageBox("end date must occur after the start date.", IDOK);
+    driver.ClickControl(dialog, kDateButton);
+    EXPECT_EQ(TextOf(dialog, kDateButton), "14/3/2004");
+    PressOk(dialog);
+  });
+  EXPECT_EQ(core::DayIndex(record.date), core::DayIndex(2004, 3, 14));
+  record.repeat = {};
+  Edit([&](HWND dialog) {
+    driver.WhenDialogOpens(nextMonth);
+    driver.ClickControl(dialog, kDateButton);
+    EXPECT_EQ(TextOf(dialog, kDateButton), "14/4/2004");
+    PressOk(dialog);
+  });
+  EXPECT_EQ(core::DayIndex(record.date), core::DayIndex(2004, 4, 14));
+}
+
+}  // namespace
+}  // namespace tests

@@ -1,0 +1,55 @@
+#include "end_to_end/running_program.h"
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdlib>
+
+#include "support/wait_until.h"
+
+namespace tests {
+
+RunningProgram::RunningProgram(const std::string& display, const std::string& folder, const std::string& file,
+                               const std::string& clock) {
+  process = fork();
+  if (process != 0) return;
+  setenv("DISPLAY", display.c_str(), 1);
+  setenv("QT_QPA_PLATFORM", "xcb", 1);
+  setenv("XDG_RUNTIME_DIR", folder.c_str(), 1);
+  setenv("DAYBRIX_FOLDER", folder.c_str(), 1);
+  clock.empty() ? unsetenv("DAYBRIX_CLOCK") : setenv("DAYBRIX_CLOCK", clock.c_str(), 1);
+  unsetenv("WAYLAND_DISPLAY");
+  execl(TEMPOLINE, TEMPOLINE, file.empty() ? nullptr : file.c_str(), nullptr);
+  _exit(127);
+}
+
+RunningProgram::~RunningProgram() {
+  Kill();
+}
+
+int RunningProgram::Close() {
+  if (process <= 0) return -1;
+  kill(process, SIGTERM);
+  return ExitCode();
+}
+
+void RunningProgram::Kill() {
+  if (process <= 0) return;
+  kill(process, SIGKILL);
+  waitpid(process, nullptr, 0);
+  process = -1;
+}
+
+int RunningProgram::ExitCode() {
+  if (process <= 0) return -1;
+  int status = 0;
+  if (!WaitUntil([&] { return waitpid(process, &status, WNOHANG) == process; }, 10000)) {
+    Kill();
+    return -1;
+  }
+  process = -1;
+  return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+}  // namespace tests

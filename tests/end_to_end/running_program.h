@@ -1,0 +1,33 @@
+// One running copy of the program.
+#pragma once
+
+#include <sys/types.h>
+
+#include <string>
+#include <vector>
+
+namespace tests {
+
+class RunningProgram {
+ public:
+  // Starts the program on a display with its settings in `folder`; `file` may be empty. `clock` as
+  // DAYBRIX_CLOCK takes it, empty for the machine's.
+  RunningProgram(const std::string& display, const std::string& folder, const std::string& file,
+                 const std::string& clock = "2004-03-14T10:43:12");
+  // Kills it if it still runs.
+  ~RunningProgram();
+  RunningProgram(const RunningProgram&) = delete;
+  RunningProgram& operator=(const RunningProgram&) = delete;
+
+  pid_t Process() const { return process; }
+  // Asks it to end as a session does and answers its exit code; -1 when it had to be killed.
+  int Close();
+  void Kill();
+  // Waits for an end of its own; -1 when it did not come within 10 s.
+  int ExitCode();
+
+ private:
+  pid_t process = -1;
+};
+
+}  // namespace tests
