@@ -174,7 +174,6 @@ void Sorting(RecordFile& file, int descriptor) {
   RecordQuery query;
   query.AddMatchAll();
   if (!query.Run(file) || query.OffsetCount() != kCount) Fail("run");
-  const std::vector<std::int32_t> listed = query.Offsets();
   Compare(
       "sort of 10000 by date and day", 101, 1.5, [&] { query.Sort(file, core::kListOrder); }, readAndSort);
 }

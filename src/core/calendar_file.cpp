@@ -7,6 +7,7 @@
 #include "core/categories.h"
 #include "core/ini_file.h"
 #include "core/value_compare.h"
+#include "platform/system/file.h"
 #include "platform/system/program_folder.h"
 #include "resources/strings.h"
 
@@ -48,6 +49,7 @@ std::string TextOf(int id) {
   return resources::FindText(id);
 }
 
+// False when there is no file at the path in the end. One that another copy made meanwhile will do.
 bool CreateCalendar(const std::string& path, bool withExamples) {
   HeaderBlock header;
   InitHeaderBlock(header, kCalendarKind.kind, kCalendarKind.kindDetail, 1);
@@ -59,7 +61,8 @@ bool CreateCalendar(const std::string& path, bool withExamples) {
     header.changeCounter += examples.size();  // as if each had been added
   }
   RecordFile file(path, "");
-  return file.Create(header, DefaultCategories(), kCalendarKind.slotSize, slots);
+  return file.CreateNew(header, DefaultCategories(), kCalendarKind.slotSize, slots) ||
+         platform::FileExists(path);
 }
 
 // Writes the default file into the settings. Nothing is chosen when a file is there that the settings did not

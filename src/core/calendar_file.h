@@ -25,9 +25,8 @@ struct StartupChoice {
 };
 
 // Decides the file for the start of the program: the one named on the command line, else the one in the
-// settings
-// ("DefaulFile"), else the default file, which is entered in the settings and still has to be created. A file
-// that the user knows, or the program finds, but cannot open is not chosen.
+// settings ("DefaulFile"), else the default file, which is entered in the settings and still has to be
+// created. A file that the user knows, or the program finds, but cannot open is not chosen.
 StartupChoice ChooseStartupFile(const std::string& commandLine, const PasswordPrompt& askPassword);
 
 // Finds the password for a file: the empty one, without asking, when the file has no Owner password; else
@@ -46,7 +45,8 @@ struct OpenedCalendar {
 };
 
 // Opens a calendar; one that does not exist is first created, with the three example appointments if asked
-// for. A new file appears at the path whole or not at all.
+// for. A new file appears at the path whole or not at all; of several copies that find it missing at the same
+// instant, one creates it and all open that one.
 OpenedCalendar OpenCalendarFile(const std::string& path, const std::string& password, bool withExamples);
 
 // A sentence for the user on why the file at `path` was not opened; empty for kNone.

@@ -69,17 +69,19 @@ RecordFile::~RecordFile() {
 bool RecordFile::Create(const HeaderBlock& header, const CategoryBlock& categories, std::uint32_t newSlotSize,
                         std::string_view slots) {
   Close();
-  const RecordKind* kind = FindKind(header);
-  if (kind == nullptr || kind->slotSize != newSlotSize || slots.size() % newSlotSize != 0) return false;
-  if (platform::FileExists(path) && platform::FileInUse(path)) return false;
-
-  const FileHeader sizes{sizeof(HeaderBlock), sizeof(CategoryBlock), newSlotSize};
-  std::string image(kFirstSlotOffset, '\0');
-  std::memcpy(image.data(), &sizes, sizeof sizes);
-  std::memcpy(image.data() + kHeaderBlockOffset, &header, sizeof header);
-  std::memcpy(image.data() + kCategoryBlockOffset, &categories, sizeof categories);
-  image += slots;
+  const std::string image = NewFileImage(header, categories, newSlotSize, slots);
+  if (image.empty()) return false;
+  // Held until the new file has the name: who opens the path meanwhile waits, and gets the new one.
+  platform::File old;
+  if (platform::FileExists(path) && old.OpenExclusive(path) != platform::FileResult::kDone) return false;
   return platform::ReplaceFile(path, image.data(), image.size()) && Open();
+}
+
+bool RecordFile::CreateNew(const HeaderBlock& header, const CategoryBlock& categories,
+                           std::uint32_t newSlotSize, std::string_view slots) {
+  Close();
+  const std::string image = NewFileImage(header, categories, newSlotSize, slots);
+  return !image.empty() && platform::WriteNewFile(path, image.data(), image.size()) && Open();
 }
 
 bool RecordFile::Open() {

@@ -75,6 +75,11 @@ class RecordFile {
   bool Create(const HeaderBlock& header, const CategoryBlock& categories, std::uint32_t slotSize,
               std::string_view slots = {});
 
+  // The same where nothing may be replaced: false also when something is at the path, be it that another copy
+  // made its file there at the same instant.
+  bool CreateNew(const HeaderBlock& header, const CategoryBlock& categories, std::uint32_t slotSize,
+                 std::string_view slots = {});
+
   // Opens the file and counts this object in the header block. True when it is open already.
   bool Open();
 

@@ -48,9 +48,27 @@ void InitHeaderBlock(HeaderBlock& block, std::string_view kind, std::string_view
 
   const IniFile settings("Daybrix.ini");
   std::string value;
-  if (settings.ReadString("eServer", "server", value)) WriteText(block.serverAddress, value);
-  if (settings.ReadString("eServer", "port", value)) WriteText(block.serverPort, value);
+  // A byte less than the fields hold: a new file's texts have their terminators.
+  if (settings.ReadString("eServer", "server", value)) {
+    WriteText(block.serverAddress, value.substr(0, sizeof block.serverAddress - 1));
+  }
+  if (settings.ReadString("eServer", "port", value)) {
+    WriteText(block.serverPort, value.substr(0, sizeof block.serverPort - 1));
+  }
   block.changeCounter = kFirstChangeCounter;
+}
+
+std::string NewFileImage(const HeaderBlock& header, const CategoryBlock& categories, std::uint32_t slotSize,
+                         std::string_view slots) {
+  const RecordKind* kind = FindKind(header);
+  if (kind == nullptr || kind->slotSize != slotSize || slots.size() % slotSize != 0) return {};
+  const FileHeader sizes{sizeof(HeaderBlock), sizeof(CategoryBlock), slotSize};
+  std::string image(kFirstSlotOffset, '\0');
+  std::memcpy(image.data(), &sizes, sizeof sizes);
+  std::memcpy(image.data() + kHeaderBlockOffset, &header, sizeof header);
+  std::memcpy(image.data() + kCategoryBlockOffset, &categories, sizeof categories);
+  image += slots;
+  return image;
 }
 
 void InitRecordHeader(RecordHeader& record, std::uint32_t slotSize, const HeaderBlock& file) {

@@ -8,6 +8,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 #include "core/date_time.h"
@@ -164,6 +165,11 @@ const RecordKind* FindKind(const HeaderBlock& header);
 // Daybrix.ini.
 void InitHeaderBlock(HeaderBlock& block, std::string_view kind, std::string_view kindDetail,
                      std::uint32_t formatWord);
+
+// The bytes of a whole new file whose first records are `slots`. Empty when the slot size is not the kind's
+// or the slots are not whole.
+std::string NewFileImage(const HeaderBlock& header, const CategoryBlock& categories, std::uint32_t slotSize,
+                         std::string_view slots);
 
 // Fills the header of a new record in a slot that the caller has zeroed: live, unlocked, with a new id, made
 // now, by the owner of the file whose header block is given. The flag byte of both identities is left alone.

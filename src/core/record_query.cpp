@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <limits>
 #include <memory>
 #include <new>
 
@@ -11,8 +12,11 @@
 namespace core {
 namespace {
 
-constexpr std::size_t kSortWholeFile =
-    100;  // entries from which the file is read once instead of field by field
+// Entries from which the file is read in runs of slots instead of field by field.
+constexpr std::size_t kSortWholeFile = 100;
+
+// Where the offsets end that records can have.
+constexpr std::int64_t kOffsetsEnd = std::int64_t{std::numeric_limits<std::int32_t>::max()} + 1;
 
 bool SameFolded(const char* a, const char* b, std::size_t length) {
   for (std::size_t i = 0; i < length; ++i) {
@@ -175,7 +179,6 @@ bool RecordQuery::Run(const RecordFile& file) {
   };
   for (std::int64_t offset = file.FirstSlotOffset();; offset += static_cast<std::int64_t>(bytes)) {
     const int count = file.ReadSlots(slots.get(), offset);
-    if (count < 0 && offset >= file.SlotsEnd()) return true;
     if (count >= 0)
       std::memset(slots.get() + static_cast<std::size_t>(count) * slotSize, 0, kLargestSlotSize);
     for (int i = 0; i < count; ++i) {
@@ -186,7 +189,10 @@ bool RecordQuery::Run(const RecordFile& file) {
         offsets.push_back(static_cast<std::int32_t>(offset + (slot - slots.get())));
       }
     }
-    if (count >= 0 && count < static_cast<int>(kSlotsPerRead)) return true;
+    // A read that falls short before the end came to a place that cannot be read: the slots behind it count.
+    const std::int64_t next = offset + static_cast<std::int64_t>(bytes);
+    if (count < static_cast<int>(kSlotsPerRead) && next >= std::min(file.SlotsEnd(), kOffsetsEnd))
+      return true;
   }
 }
 
@@ -209,7 +215,8 @@ bool RecordQuery::RefreshIfChanged(const RecordFile& file, const std::function<v
   std::uint64_t counter = 0;
   if (sortFile == nullptr || !file.ReadChangeCounter(counter) || counter == stamp) return false;
   if (beforeRebuild) beforeRebuild();
-  Run(file);
+  if (!Run(file)) return false;  // without the new stamp, so that the next look tries again
+  sortFile = &file;
   Resort();
   stamp = counter;
   return true;

@@ -96,8 +96,8 @@ class RecordQuery {
 
   // Runs and sorts again when the file's change counter differs from the stamp, and takes the counter as the
   // new stamp. `beforeRebuild`, if any, is called first; after a true result the caller fills its display
-  // anew and tells whom it likes. False when nothing changed, the counter cannot be read or the list was
-  // never sorted.
+  // anew and tells whom it likes. False when nothing changed, the counter cannot be read, the list was never
+  // sorted or Run failed.
   bool RefreshIfChanged(const RecordFile& file, const std::function<void()>& beforeRebuild = nullptr);
 
   // ---- The list ----

@@ -29,7 +29,8 @@ bool VisitRuns(const RecordFile& file, const RecordOrder& order, const std::vect
   for (std::size_t first = 0; first < offsets.size();) {
     const std::int64_t start = offsets[first];
     std::size_t last = first + 1;
-    while (last < offsets.size() && offsets[last] - start < static_cast<std::int64_t>(runSize)) ++last;
+    const std::int64_t lastStart = start + static_cast<std::int64_t>(runSize - file.SlotSize());
+    while (last < offsets.size() && offsets[last] <= lastStart) ++last;
     const auto size = static_cast<std::size_t>(offsets[last - 1] - start) + file.SlotSize();
     if (!file.ReadBytes(run.get(), size, start)) return false;
     for (; first < last; ++first) visit(first, run.get() + (offsets[first] - start) + order.fieldOffset);

@@ -34,6 +34,12 @@ struct FaultyEntries {
   static int Rename(const char* from, const char* to) {
     return current->Enter(FaultyCalls::kRename, nullptr) ? current->original.rename(from, to) : -1;
   }
+  static int RenameNew(const char* from, const char* to) {
+    return current->Enter(FaultyCalls::kRenameNew, nullptr) ? current->original.renameNew(from, to) : -1;
+  }
+  static int Link(const char* from, const char* to) {
+    return current->Enter(FaultyCalls::kLink, nullptr) ? current->original.link(from, to) : -1;
+  }
 };
 
 FaultyCalls::FaultyCalls() : original(platform::SystemFileCalls()) {
@@ -42,8 +48,9 @@ FaultyCalls::FaultyCalls() : original(platform::SystemFileCalls()) {
     std::abort();
   }
   current = this;
-  platform::SystemFileCalls() = {FaultyEntries::Read, FaultyEntries::Write, FaultyEntries::Flush,
-                                 FaultyEntries::Lock, FaultyEntries::Rename};
+  platform::SystemFileCalls() = {FaultyEntries::Read, FaultyEntries::Write,  FaultyEntries::Flush,
+                                 FaultyEntries::Lock, FaultyEntries::Rename, FaultyEntries::RenameNew,
+                                 FaultyEntries::Link};
 }
 
 FaultyCalls::~FaultyCalls() {

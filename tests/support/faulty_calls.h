@@ -18,7 +18,7 @@ namespace tests {
 
 class FaultyCalls {
  public:
-  enum Call { kRead, kWrite, kFlush, kLock, kRename };
+  enum Call { kRead, kWrite, kFlush, kLock, kRename, kRenameNew, kLink };
   static constexpr int kForEver = -1;
 
   FaultyCalls();
@@ -54,7 +54,7 @@ class FaultyCalls {
   bool Enter(Call call, std::size_t* size);
 
   platform::FileCalls original;
-  std::array<int, 5> counts = {};
+  std::array<int, 7> counts = {};
   std::vector<Fault> faults;
 };
 

@@ -43,6 +43,10 @@ int SystemRename(const char* from, const char* to) {
   return std::rename(from, to);
 }
 
+int SystemRenameNew(const char* from, const char* to) {
+  return renameat2(AT_FDCWD, from, AT_FDCWD, to, RENAME_NOREPLACE);
+}
+
 bool HasNoLocks(int error) {
   return error == EINVAL || error == ENOLCK || error == EOPNOTSUPP || error == ENOSYS;
 }
@@ -100,7 +104,8 @@ FileResult TryOpenLocked(const std::string& path, int flags, unsigned mode, cons
 }  // namespace
 
 FileCalls& SystemFileCalls() {
-  static FileCalls calls = {SystemRead, SystemWrite, SystemFlush, SystemLock, SystemRename};
+  static FileCalls calls = {SystemRead,   SystemWrite,     SystemFlush, SystemLock,
+                            SystemRename, SystemRenameNew, link};
   return calls;
 }
 

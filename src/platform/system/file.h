@@ -2,10 +2,9 @@
 // in place, replaced whole by a rename. Nothing is cached here.
 //
 // Two byte-range locks far beyond any data ask the operating system what the file's own bytes cannot say:
-//   in use - every open file holds a shared lock on one byte, so that FileInUse can tell, and a copy that
-//   died
-//            counts as gone at once;
-//   guard  - a short exclusive lock on another byte around each read-modify-write of the file's bytes.
+// - in use: every open file holds a shared lock on one byte, so that FileInUse can tell, and a copy that died
+//   counts as gone at once;
+// - guard: a short exclusive lock on another byte around each read-modify-write of the file's bytes.
 // On a file system without such locks everything works, only without their protection.
 //
 // Every call that moves bytes goes on after a signal (EINTR) and after a partial transfer; a transfer that
@@ -16,6 +15,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <vector>
 
 namespace platform {
 
@@ -32,6 +32,8 @@ struct FileCalls {
   int (*flush)(int descriptor);                                                                      // fsync
   int (*lock)(int descriptor, short type, std::int64_t offset);  // F_OFD_SETLK on one byte; type F_RDLCK ...
   int (*rename)(const char* from, const char* to);
+  int (*renameNew)(const char* from, const char* to);  // renameat2 with RENAME_NOREPLACE
+  int (*link)(const char* from, const char* to);
 };
 
 // The table in force. Tests assign to it and restore it.
@@ -111,13 +113,20 @@ bool FileInUse(const std::string& path);
 
 // Puts `size` bytes at `path` so that the path always names one whole file: writes a new file beside it,
 // flushes it, renames it over the old one and flushes the folder. On failure the old file is untouched and
-// the new one is gone. The new file has the old one's permissions; a file that may not be written is not
-// replaced. Where the path is a symbolic link, the file it leads to is replaced and the link stays.
+// the new one is gone. The new file has the old one's permissions and, as far as the system lets it, its
+// owner and group; a file that may not be written is not replaced. Where the path is a symbolic link, the
+// file it leads to is replaced and the link stays.
 bool ReplaceFile(const std::string& path, const void* data, std::size_t size);
 
+// The same, but only where nothing is at `path`: of several processes that do this at the same instant, one
+// makes the file and the others get false, so that nobody's file is lost. On a file system that can neither
+// rename without replacing nor link, the test and the rename are two steps.
+bool WriteNewFile(const std::string& path, const void* data, std::size_t size);
+
 // Gives the file `from`, which its writer has flushed, the name `to` in one step: a file that had the name is
-// gone, its permissions pass to the new one, and the folder is flushed. Both must lie in one file system: put
-// `from` beside ResolvedPath(to). On failure both files keep their names.
+// gone, its permissions, owner and group pass to the new one as in ReplaceFile, and the folder is flushed.
+// Both must lie in one file system: put `from` beside ResolvedPath(to). On failure both files keep their
+// names.
 bool RenameFile(const std::string& from, const std::string& to);
 
 // Takes a file away. False when there was none or it may not be.
@@ -130,6 +139,10 @@ std::string ResolvedPath(const std::string& path);
 // Reads a whole file of at most `limit` bytes into `content`. False (content empty) when it cannot be read or
 // is longer.
 bool ReadWholeFile(const std::string& path, std::size_t limit, std::string& content);
+
+// The names of what lies in a folder, in the order in which the system gives them; empty when it cannot be
+// read.
+std::vector<std::string> ListFolder(const std::string& path);
 
 // Creates a folder and those above it. True when it exists afterwards.
 bool MakeFolder(const std::string& path);

@@ -158,7 +158,12 @@ bool ReadProfileString(const std::string& path, std::string_view section, std::s
                        std::string& value) {
   value.clear();
   std::string content;
-  if (!ReadWholeFile(path, kMostBytes, content)) return false;
+  return ReadWholeFile(path, kMostBytes, content) && ReadProfileText(content, section, key, value);
+}
+
+bool ReadProfileText(std::string_view content, std::string_view section, std::string_view key,
+                     std::string& value) {
+  value.clear();
   const Place place = FindKey(content, Trim(section), Trim(key));
   if (!place.keyFound) return false;
   value = WithoutQuotes(ValueOf(content, place.key));

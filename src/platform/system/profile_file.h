@@ -14,6 +14,10 @@ namespace platform {
 bool ReadProfileString(const std::string& path, std::string_view section, std::string_view key,
                        std::string& value);
 
+// The same of a file's bytes.
+bool ReadProfileText(std::string_view content, std::string_view section, std::string_view key,
+                     std::string& value);
+
 // Sets one key in place, or adds it at the end of its section, or adds the section; every other line, comment
 // and their order stay. A value with blanks or quotes at its ends is written in quotes so that it reads back
 // the same; line breaks in it are written as blanks. The file is replaced whole by a rename, and copies that

@@ -55,9 +55,7 @@ std::string HomeFolder() {
 }
 
 std::string UserFolder() {
-  std::string data = Variable("XDG_DATA_HOME");
-  if (!data.starts_with('/')) data = HomeFolder() + "/.local/share";  // a relative one is to be ignored
-  return Tidy(Tidy(data) + '/' + std::string(kProduct));
+  return Tidy(UserDataFolder() + '/' + std::string(kProduct));
 }
 
 std::string ChooseProgramFolder() {
@@ -91,6 +89,12 @@ std::string ExecutableBaseName() {
 std::string ProgramFolder() {
   static const std::string kFolder = ChooseProgramFolder();
   return kFolder;
+}
+
+std::string UserDataFolder() {
+  std::string data = Variable("XDG_DATA_HOME");
+  if (!data.starts_with('/')) data = HomeFolder() + "/.local/share";  // a relative one is to be ignored
+  return Tidy(data);
 }
 
 std::string SharedFilePath(const std::string& name) {

@@ -18,6 +18,10 @@ std::string ExecutableBaseName();
 // process.
 std::string ProgramFolder();
 
+// The user's folder for what programs keep and tell the desktop: $XDG_DATA_HOME, ~/.local/share without it.
+// Need not exist.
+std::string UserDataFolder();
+
 // The full path of a file that is only read (sounds, skins, help): in ProgramFolder() if it is there, else in
 // the installed share folder (<executable's folder>/../share/daybrix). The file need not exist.
 std::string SharedFilePath(const std::string& name);

@@ -145,6 +145,19 @@ void RunningCopies::Broadcast(std::int32_t code, std::uint64_t senderWindow) {
   }
 }
 
+bool RunningCopies::Others() const {
+  if (descriptor < 0) return false;
+  for (const std::string& other : SocketsIn(path.substr(0, path.rfind('/')))) {
+    if (other == path) continue;
+    // Nobody answers at the socket of a copy that died.
+    const platform::Descriptor probe(socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
+    const sockaddr_un address = AddressOf(other);
+    if (connect(probe.Number(), reinterpret_cast<const sockaddr*>(&address), sizeof(address)) == 0)
+      return true;
+  }
+  return false;
+}
+
 bool RunningCopies::Receive(CopyNotice& notice) {
   if (descriptor < 0) return false;
   for (;;) {

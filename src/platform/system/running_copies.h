@@ -33,6 +33,9 @@ class RunningCopies {
   // Readable when a notice is waiting; -1 when not open. Owned by this object.
   int Descriptor() const { return descriptor; }
 
+  // Whether another copy runs.
+  bool Others() const;
+
   // Sends a notice to every copy, this one included. Never waits: a copy that left its last notices lying
   // until its socket was full misses this one. Sockets of copies that died are removed.
   void Broadcast(std::int32_t code, std::uint64_t senderWindow);

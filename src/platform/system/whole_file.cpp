@@ -1,4 +1,5 @@
 // The part of file.h that deals with paths and whole files.
+#include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -7,6 +8,7 @@
 #include <array>
 #include <cerrno>
 #include <climits>
+#include <string_view>
 
 #include "platform/system/descriptor.h"
 #include "platform/system/file.h"
@@ -31,13 +33,30 @@ void FlushFolderOf(const std::string& path) {
   if (opened.IsOpen()) FlushFully(opened.Number());
 }
 
-bool Rename(const std::string& from, const std::string& to) {
+using NameCall = int (*)(const char* from, const char* to);
+
+// Makes one of the calls that give a file a name, through signals.
+bool GiveName(NameCall call, const std::string& from, const std::string& to) {
   int result = 0;
   do {
-    result = SystemFileCalls().rename(from.c_str(), to.c_str());
+    result = call(from.c_str(), to.c_str());
   } while (result != 0 && errno == EINTR);
   if (result == 0) FlushFolderOf(to);
   return result == 0;
+}
+
+bool Rename(const std::string& from, const std::string& to) {
+  return GiveName(SystemFileCalls().rename, from, to);
+}
+
+// Some file systems know no such rename, and some of those know links.
+bool RenameNew(const std::string& from, const std::string& to) {
+  if (GiveName(SystemFileCalls().renameNew, from, to)) return true;
+  if (GiveName(SystemFileCalls().link, from, to)) {
+    unlink(from.c_str());
+    return true;
+  }
+  return errno != EEXIST && !FileExists(to) && Rename(from, to);
 }
 
 // A new file beside `target`, under a name nobody has. Leftovers of a crash are passed over.
@@ -52,9 +71,30 @@ Descriptor CreateBeside(const std::string& target, mode_t mode, std::string& nam
   return Descriptor();
 }
 
-bool WriteWhole(int descriptor, const void* data, std::size_t size) {
+// Gives a new file the owner, the group and the rights of the one whose place it is to take; others who share
+// the file would be locked out of it if not. The system may refuse owner and group, and a file system may
+// know no rights. The rights come last: the process's mask and a change of owner take some away.
+void TakeAfter(int descriptor, const struct stat& old) {
+  const bool owned = fchown(descriptor, old.st_uid, old.st_gid) == 0;
+  [[maybe_unused]] const bool grouped = owned || fchown(descriptor, static_cast<uid_t>(-1), old.st_gid) == 0;
+  fchmod(descriptor, old.st_mode & 0777);
+}
+
+// Writes a file beside `target` and makes `publish` give it that name. `old` is the file there, if any.
+bool WriteBeside(const std::string& target, const struct stat* old, const void* data, std::size_t size,
+                 bool (*publish)(const std::string& from, const std::string& to)) {
+  // Created with no more rights than the old file, so that a private text is never open to others.
+  std::string name;
+  Descriptor created = CreateBeside(target, old != nullptr ? old->st_mode & 0777 : 0666, name);
+  if (!created.IsOpen()) return false;
+  if (old != nullptr) TakeAfter(created.Number(), *old);
   bool failed = false;
-  return WriteFully(descriptor, data, size, 0, failed) == size && FlushFully(descriptor);
+  const bool written =
+      WriteFully(created.Number(), data, size, 0, failed) == size && FlushFully(created.Number());
+  created.Close();
+  if (written && publish(name, target)) return true;
+  unlink(name.c_str());
+  return false;
 }
 
 }  // namespace
@@ -84,27 +124,20 @@ bool ReplaceFile(const std::string& path, const void* data, std::size_t size) {
   const bool exists = stat(target.c_str(), &old) == 0;
   // A rename asks for no right on the old file, but who may not write a file may not replace it either.
   if (exists && (!S_ISREG(old.st_mode) || access(target.c_str(), W_OK) != 0)) return false;
+  return WriteBeside(target, exists ? &old : nullptr, data, size, Rename);
+}
 
-  // Created with no more rights than the old file, so that a private text is never open to others.
-  const mode_t mode = exists ? old.st_mode & 0777 : 0644;
-  std::string name;
-  Descriptor created = CreateBeside(target, mode, name);
-  if (!created.IsOpen()) return false;
-  // Gives back what the process's mask took away. A file system that knows no rights may refuse.
-  if (exists) fchmod(created.Number(), mode);
-  const bool written = WriteWhole(created.Number(), data, size);
-  created.Close();
-  if (written && Rename(name, target)) return true;
-  unlink(name.c_str());
-  return false;
+bool WriteNewFile(const std::string& path, const void* data, std::size_t size) {
+  return !FileExists(path) && WriteBeside(ResolvedPath(path), nullptr, data, size, RenameNew);
 }
 
 bool RenameFile(const std::string& from, const std::string& to) {
   const std::string target = ResolvedPath(to);
   struct stat old = {};
   if (stat(target.c_str(), &old) == 0) {
-    if (!S_ISREG(old.st_mode)) return false;
-    if (chmod(from.c_str(), old.st_mode & 0777) != 0 && errno == ENOENT) return false;
+    const Descriptor opened(open(from.c_str(), O_RDONLY | O_CLOEXEC));
+    if (!S_ISREG(old.st_mode) || !opened.IsOpen()) return false;
+    TakeAfter(opened.Number(), old);
   }
   return Rename(from, target);
 }
@@ -131,6 +164,18 @@ bool ReadWholeFile(const std::string& path, std::size_t limit, std::string& cont
   if (!failed && content.size() <= limit) return true;
   content.clear();
   return false;
+}
+
+std::vector<std::string> ListFolder(const std::string& path) {
+  std::vector<std::string> names;
+  DIR* const folder = opendir(path.c_str());
+  if (folder == nullptr) return names;
+  while (const dirent* entry = readdir(folder)) {
+    const std::string_view name = entry->d_name;
+    if (name != "." && name != "..") names.emplace_back(name);
+  }
+  closedir(folder);
+  return names;
 }
 
 bool MakeFolder(const std::string& path) {

@@ -7,6 +7,7 @@
 #include "core/ini_file.h"
 #include "gtest/gtest.h"
 #include "platform/system/program_folder.h"
+#include "support/child_process.h"
 #include "support/faulty_calls.h"
 #include "support/temporary_calendar.h"
 #include "unit/core/program_folder.h"
@@ -128,9 +129,11 @@ TEST_F(CalendarFile, DamagedFileIsNamedAndNotChosen) {
 
 TEST_F(CalendarFile, NewFileIsWholeOrNotThere) {
   const std::string path = ProgramFolder().Join("new.cld");
-  for (const FaultyCalls::Call call : {FaultyCalls::kWrite, FaultyCalls::kFlush, FaultyCalls::kRename}) {
+  for (const FaultyCalls::Call call : {FaultyCalls::kWrite, FaultyCalls::kFlush, FaultyCalls::kRenameNew}) {
     FaultyCalls faults;
     faults.Fail(call, 1, ENOSPC, FaultyCalls::kForEver);
+    faults.Fail(FaultyCalls::kLink, 1, ENOSPC, FaultyCalls::kForEver);
+    faults.Fail(FaultyCalls::kRename, 1, ENOSPC, FaultyCalls::kForEver);
     const OpenedCalendar opened = OpenCalendarFile(path, "", true);
     EXPECT_EQ(opened.file, nullptr);
     EXPECT_NE(opened.message.find(path), std::string::npos);
@@ -140,6 +143,33 @@ TEST_F(CalendarFile, NewFileIsWholeOrNotThere) {
   const OpenedCalendar opened = OpenCalendarFile(path, "", false);
   ASSERT_NE(opened.file, nullptr);
   EXPECT_EQ(opened.file->SlotsEnd(), 2625);
+}
+
+// Another copy creates the calendar, and adds to it, after this one found it missing.
+TEST_F(CalendarFile, CopiesThatCreateAtOnceShareOneFile) {
+  const std::string path = ProgramFolder().Join("new.cld");
+  const auto openAndAdd = [&](const char* subject) {
+    const OpenedCalendar opened = OpenCalendarFile(path, "", true);
+    const tests::Entry entry(subject);
+    return opened.file != nullptr && opened.file->AddRecord(&entry.appointment) == Result::kDone;
+  };
+  {
+    FaultyCalls faults;
+    faults.Before(FaultyCalls::kRenameNew, 1, [&] {
+      tests::ChildProcess other([&](const auto&) { return openAndAdd("theirs") ? 0 : 1; });
+      EXPECT_EQ(other.ExitCode(), 0);
+    });
+    EXPECT_TRUE(openAndAdd("ours"));
+  }
+  RecordFile file(path, "");
+  RecordQuery query;
+  query.AddMatchAll();
+  query.Run(file);
+  const std::vector<std::string> subjects = tests::Subjects(file, query);
+  ASSERT_EQ(subjects.size(), 5U);  // the examples of one copy, and both additions
+  EXPECT_EQ(subjects[3], "theirs");
+  EXPECT_EQ(subjects[4], "ours");
+  EXPECT_EQ(ProgramFolder().Count(), 1U);
 }
 
 TEST_F(Settings, ValuesAndNumbers) {

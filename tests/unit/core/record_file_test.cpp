@@ -3,11 +3,15 @@
 #include <sys/stat.h>
 
 #include <cerrno>
+#include <chrono>
 #include <climits>
 #include <cstring>
 #include <filesystem>
+#include <optional>
+#include <thread>
 
 #include "gtest/gtest.h"
+#include "support/child_process.h"
 #include "support/faulty_calls.h"
 #include "support/temporary_calendar.h"
 #include "unit/core/program_folder.h"
@@ -51,6 +55,16 @@ TEST(RecordFile, BytesOfANewCalendar) {
   EXPECT_EQ(Field(bytes, 1605, 34), Padded("Calls", 30) + "\xFF\xFF\xFF\xFF");
   EXPECT_EQ(Field(bytes, 2081, 34), Padded("Test", 30) + "\xFF\xFF\xFF\xFF");
   EXPECT_EQ(Field(bytes, 2115, 510), std::string(510, '\0'));
+}
+
+TEST(RecordFile, TextsOfANewHeaderAreTerminated) {
+  const std::string longText(300, 's');
+  tests::ProgramFolder().Write("Daybrix.ini", "[eServer]\nserver=" + longText + "\nport=" + longText + "\n");
+  HeaderBlock header;
+  InitHeaderBlock(header, "Calendar", "Organizer", 1);
+  std::filesystem::remove(tests::ProgramFolder().Join("Daybrix.ini"));
+  EXPECT_EQ(ReadText(header.serverAddress), longText.substr(0, 259));
+  EXPECT_EQ(ReadText(header.serverPort), longText.substr(0, 259));
 }
 
 TEST(RecordFile, BytesOfANewRecordsHeader) {
@@ -252,6 +266,30 @@ TEST(RecordFile, CreateReplacesOnlyWhatNobodyUses) {
   EXPECT_EQ(contacts.LastOpenError(), OpenError::kMissing);
   EXPECT_TRUE(contacts.Create(header, DefaultCategories(), 859));
   EXPECT_EQ(contacts.SlotSize(), 859U);
+}
+
+// Who opens the path while its file is being replaced must not work on in the old one.
+TEST(RecordFile, OpeningWhileTheFileIsReplacedGetsTheNewOne) {
+  TemporaryCalendar calendar;
+  const HeaderBlock header = calendar.Header();
+  calendar.file.Close();
+  std::optional<tests::ChildProcess> opener;
+  FaultyCalls faults;
+  faults.Before(FaultyCalls::kRename, 1, [&] {
+    opener.emplace([&](const tests::ChildProcess::Signal& ready) {
+      ready();
+      RecordFile mine(calendar.Path(), "");
+      const Entry entry("kept");
+      return mine.AddRecord(&entry.appointment) == Result::kDone ? 0 : 1;
+    });
+    EXPECT_TRUE(opener->Ready());
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));  // time enough to open the old one
+  });
+  ASSERT_TRUE(calendar.file.Create(header, DefaultCategories(), 2627));
+  EXPECT_EQ(opener->ExitCode(), 0);
+  Appointment read;
+  ASSERT_TRUE(calendar.file.ReadRecord(&read, kFirst));
+  EXPECT_EQ(ReadText(read.subject), "kept");
 }
 
 TEST(RecordFile, ForEachRecordVisitsTheVisibleInFileOrder) {

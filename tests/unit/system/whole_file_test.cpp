@@ -25,6 +25,10 @@ bool Replace(const std::string& path, const std::string& content) {
   return ReplaceFile(path, content.data(), content.size());
 }
 
+bool WriteNew(const std::string& path, const std::string& content) {
+  return platform::WriteNewFile(path, content.data(), content.size());
+}
+
 unsigned ModeOf(const std::string& path) {
   struct stat about = {};
   return stat(path.c_str(), &about) == 0 ? about.st_mode & 07777 : 0;
@@ -35,6 +39,9 @@ TEST(ReplaceFileTest, KeepsPermissionsAndLeavesNothingBehind) {
   const mode_t old = umask(027);
   EXPECT_TRUE(Replace(folder.Join("new"), "first"));
   EXPECT_EQ(ModeOf(folder.Join("new")), 0640U);
+  umask(002);
+  EXPECT_TRUE(Replace(folder.Join("shared"), "first"));
+  EXPECT_EQ(ModeOf(folder.Join("shared")), 0664U) << "who shares files with a group asks for it by the mask";
   for (const mode_t mode : {0600, 0666}) {
     const std::string path = folder.Write("a", "old");
     ASSERT_EQ(chmod(path.c_str(), mode), 0);
@@ -45,7 +52,25 @@ TEST(ReplaceFileTest, KeepsPermissionsAndLeavesNothingBehind) {
   EXPECT_EQ(folder.Read("a"), "second");
   EXPECT_TRUE(Replace(folder.Join("a"), ""));
   EXPECT_EQ(folder.Read("a"), "");
-  EXPECT_EQ(folder.Count(), 2U);
+  EXPECT_EQ(folder.Count(), 3U);
+}
+
+TEST(ReplaceFileTest, KeepsOwnerAndGroup) {
+  const TemporaryFolder folder;
+  const std::string path = folder.Write("a", "old");
+  const std::string from = folder.Write("b", "new");
+  ASSERT_TRUE(geteuid() != 0 || chown(path.c_str(), 1234, 2345) == 0);
+  ASSERT_EQ(chmod(path.c_str(), 0660), 0);
+  struct stat before = {};
+  ASSERT_EQ(stat(path.c_str(), &before), 0);
+  for (const bool renamed : {false, true}) {
+    ASSERT_TRUE(renamed ? RenameFile(from, path) : Replace(path, "new"));
+    struct stat after = {};
+    ASSERT_EQ(stat(path.c_str(), &after), 0);
+    EXPECT_EQ(after.st_uid, before.st_uid);
+    EXPECT_EQ(after.st_gid, before.st_gid);
+    EXPECT_EQ(after.st_mode, before.st_mode);
+  }
 }
 
 TEST(ReplaceFileTest, FollowsLinks) {
@@ -158,6 +183,73 @@ TEST(ReplaceFileTest, PathAlwaysNamesOneWholeFile) {
   const std::string left = folder.Read("a");
   EXPECT_TRUE(left == one || left == two);
   EXPECT_TRUE(Replace(path, "x")) << "what the dead left behind is in nobody's way";
+}
+
+// The three ways a new file gets its name, from the one that every local file system knows to the last
+// resort.
+class WriteNewFileTest : public testing::TestWithParam<int> {
+ protected:
+  void LeaveOutWays(FaultyCalls& faults) const {
+    if (GetParam() > 0) faults.Fail(FaultyCalls::kRenameNew, 1, EINVAL, FaultyCalls::kForEver);
+    if (GetParam() > 1) faults.Fail(FaultyCalls::kLink, 1, EPERM, FaultyCalls::kForEver);
+  }
+};
+INSTANTIATE_TEST_SUITE_P(Ways, WriteNewFileTest, testing::Values(0, 1, 2));
+
+TEST_P(WriteNewFileTest, ReplacesNothingAndLeavesNothingBehind) {
+  const TemporaryFolder folder;
+  FaultyCalls faults;
+  LeaveOutWays(faults);
+  EXPECT_TRUE(WriteNew(folder.Join("a"), "first"));
+  EXPECT_FALSE(WriteNew(folder.Join("a"), "second"));
+  EXPECT_FALSE(WriteNew(folder.Path(), "second"));
+  EXPECT_FALSE(WriteNew(folder.Join("none/a"), "second"));
+  EXPECT_EQ(folder.Read("a"), "first");
+
+  // Somebody makes the file after it was found missing.
+  const FaultyCalls::Call calls[] = {FaultyCalls::kRenameNew, FaultyCalls::kLink, FaultyCalls::kFlush};
+  const FaultyCalls::Call last = calls[GetParam()];
+  faults.Before(last, faults.Count(last) + 1, [&] { folder.Write("b", "theirs"); });
+  EXPECT_FALSE(WriteNew(folder.Join("b"), "ours"));
+  EXPECT_EQ(folder.Read("b"), "theirs");
+
+  faults.Fail(FaultyCalls::kWrite, faults.Count(FaultyCalls::kWrite) + 1, ENOSPC);
+  EXPECT_FALSE(WriteNew(folder.Join("c"), "full"));
+  EXPECT_EQ(folder.Count(), 2U);
+}
+
+TEST(WriteNewFileLinkTest, FollowsLinksAndKeepsThem) {
+  const TemporaryFolder folder;
+  ASSERT_EQ(symlink("unborn", folder.Join("dangling").c_str()), 0);
+  ASSERT_EQ(symlink("circle", folder.Join("circle").c_str()), 0);
+  EXPECT_TRUE(WriteNew(folder.Join("dangling"), "born"));
+  EXPECT_EQ(folder.Read("unborn"), "born");
+  EXPECT_FALSE(WriteNew(folder.Join("circle"), "lost"));
+  struct stat about = {};
+  EXPECT_TRUE(lstat(folder.Join("circle").c_str(), &about) == 0 && S_ISLNK(about.st_mode));
+  EXPECT_EQ(folder.Count(), 3U);
+}
+
+TEST(WriteNewFileRaceTest, OneOfTwoProcessesWins) {
+  constexpr int kFiles = 200;
+  const TemporaryFolder folder;
+  const auto name = [&](int number) { return folder.Join(std::to_string(number)); };
+  const auto write = [&](char mark) {
+    return [&, mark](const ChildProcess::Signal&) {
+      int won = 0;
+      for (int i = 0; i < kFiles; ++i) won += WriteNew(name(i), std::string(10000, mark)) ? 1 : 0;
+      return won;
+    };
+  };
+  ChildProcess first(write('1'));
+  ChildProcess second(write('2'));
+  const int firstWon = first.ExitCode();
+  EXPECT_EQ(firstWon + second.ExitCode(), kFiles);
+  int firsts = 0;
+  for (int i = 0; i < kFiles; ++i)
+    firsts += folder.Read(std::to_string(i)) == std::string(10000, '1') ? 1 : 0;
+  EXPECT_EQ(firsts, firstWon) << "no file was replaced by the other's";
+  EXPECT_EQ(folder.Count(), static_cast<std::size_t>(kFiles));
 }
 
 TEST(RenameFileTest, PassesPermissionsOnAndFailsWhole) {

@@ -1,0 +1,268 @@
+// How lists of records are built over many slots, sorted, and made anew when the file changed.
+#include <algorithm>
+#include <cerrno>
+#include <cstddef>
+#include <random>
+
+#include "core/record_query.h"
+#include "core/repeat_rule.h"
+#include "gtest/gtest.h"
+#include "support/faulty_calls.h"
+#include "support/temporary_calendar.h"
+
+namespace core {
+namespace {
+
+using tests::Entry;
+using tests::FaultyCalls;
+using tests::Subjects;
+using tests::TemporaryCalendar;
+
+constexpr std::int32_t kSubject = offsetof(Appointment, subject);
+constexpr RecordOrder kBySubject{kSubject, 150, CompareText};
+
+using Names = std::vector<std::string>;
+
+// A calendar of `count` live records, written in one go; record i has the subject "i" and, all in disorder, a
+// date.
+std::string ManyRecords(int count) {
+  std::mt19937 random(7);
+  std::string slots;
+  Entry entry;
+  for (int i = 0; i < count; ++i) {
+    core::WriteText(entry.appointment.subject, std::to_string(i));
+    Date date{};
+    DateFromIndex(static_cast<int>(random() % 3000), date);
+    entry.appointment.date = date;
+    entry.At(static_cast<int>(random() % 24), static_cast<int>(random() % 12) * 5);
+    entry.appointment.allDay = random() % 4 == 0 ? 1 : 0;
+    slots.append(reinterpret_cast<const char*>(&entry.appointment), sizeof entry.appointment);
+  }
+  return slots;
+}
+
+void Fill(TemporaryCalendar& calendar, int count) {
+  const HeaderBlock header = calendar.Header();
+  ASSERT_TRUE(calendar.file.Create(header, DefaultCategories(), 2627, ManyRecords(count)));
+}
+
+TEST(RecordList, TenThousandAtMost) {
+  TemporaryCalendar calendar;
+  Fill(calendar, 10001);
+  RecordQuery query;
+  query.AddMatchAll();
+  ASSERT_TRUE(query.Run(calendar.file));
+  ASSERT_EQ(query.OffsetCount(), 10000U);
+  EXPECT_EQ(query.OffsetAt(9999), 2625 + 9999 * 2627);
+  EXPECT_TRUE(query.Sort(calendar.file, kListOrder));
+  EXPECT_EQ(query.OffsetCount(), 10000U);
+}
+
+// Ninety-nine records are read field by field, a hundred in one go; keys and comparisons must agree in both.
+TEST(RecordList, BothWaysOfSortingWithAndWithoutKeys) {
+  for (const int count : {1, 99, 100, 250}) {
+    TemporaryCalendar calendar;
+    Fill(calendar, count);
+    for (const RecordOrder* order : {&kDayOrder, &kListOrder, &kDateTimeOrder}) {
+      RecordQuery query;
+      query.AddMatchAll();
+      ASSERT_TRUE(query.Run(calendar.file));
+      std::vector<std::int32_t> expected = query.Offsets();
+      auto field = [&, slot = Appointment()](std::int32_t offset) mutable {
+        EXPECT_TRUE(calendar.file.ReadRecord(&slot, offset));
+        return std::string(reinterpret_cast<const char*>(&slot) + order->fieldOffset,
+                           static_cast<std::size_t>(order->fieldSize));
+      };
+      std::stable_sort(expected.begin(), expected.end(), [&](std::int32_t a, std::int32_t b) {
+        const std::string first = field(a);
+        return order->compare(first.data(), field(b).data(), first.size()) < 0;
+      });
+      FaultyCalls calls;
+      EXPECT_TRUE(query.Sort(calendar.file, *order));
+      const int reads = calls.Count(FaultyCalls::kRead);
+      EXPECT_TRUE(count < 100 ? reads >= count : reads <= 2 + count / 100) << count << ' ' << reads;
+      EXPECT_EQ(query.Offsets(), expected) << count;
+      RecordOrder withoutKey = *order;
+      withoutKey.key = nullptr;
+      EXPECT_TRUE(query.Sort(calendar.file, withoutKey));
+      EXPECT_EQ(query.Offsets(), expected) << count;
+    }
+  }
+}
+
+TEST(RecordList, DayOrderPutsAllDayFirst) {
+  TemporaryCalendar calendar;
+  calendar.Add(Entry("ten").At(10, 0));
+  calendar.Add(Entry("nine four").At(9, 4));
+  calendar.Add(Entry("all day").At(23, 0).AllDay());
+  calendar.Add(Entry("nine two").At(9, 2));
+  calendar.Add(Entry("no time").At(9, 59));
+  RecordQuery query;
+  query.AddMatchAll();
+  query.Run(calendar.file);
+  EXPECT_TRUE(query.Sort(calendar.file, kDayOrder));
+  EXPECT_EQ(Subjects(calendar.file, query), (Names{"all day", "no time", "nine four", "nine two", "ten"}));
+}
+
+// A comparison that contradicts itself, as damaged values can make one, costs order and nothing else.
+TEST(RecordList, SenselessComparison) {
+  TemporaryCalendar calendar;
+  Fill(calendar, 300);
+  RecordQuery query;
+  query.AddMatchAll();
+  query.Run(calendar.file);
+  std::vector<std::int32_t> all = query.Offsets();
+  const RecordOrder senseless{kSubject, 150, [](const void*, const void*, std::size_t) { return -1; }};
+  EXPECT_TRUE(query.Sort(calendar.file, senseless));
+  std::vector<std::int32_t> sorted = query.Offsets();
+  std::sort(sorted.begin(), sorted.end());
+  EXPECT_EQ(sorted, all);
+}
+
+TEST(RecordList, UnreadableRecordsFailTheSortButLoseNothing) {
+  for (const int count : {20, 150}) {
+    TemporaryCalendar calendar;
+    Fill(calendar, count);
+    RecordQuery query;
+    query.AddMatchAll();
+    query.Run(calendar.file);
+    FaultyCalls faults;
+    faults.Fail(FaultyCalls::kRead, 1, EIO, 6);  // for the long list: both runs and some fields
+    EXPECT_FALSE(query.Sort(calendar.file, kBySubject));
+    EXPECT_EQ(query.OffsetCount(), static_cast<std::size_t>(count));
+    EXPECT_TRUE(query.Resort());
+    EXPECT_EQ(Subjects(calendar.file, query)[1], "1");
+  }
+  RecordQuery unsorted;
+  EXPECT_FALSE(unsorted.Resort());
+}
+
+TEST(RecordList, FailedReadSkipsAHundredSlots) {
+  TemporaryCalendar calendar;
+  Fill(calendar, 250);
+  RecordQuery query;
+  query.AddMatchAll();
+  FaultyCalls faults;
+  faults.Fail(FaultyCalls::kRead, 3, EIO);  // the counter, the first hundred, the second hundred
+  EXPECT_TRUE(query.Run(calendar.file));
+  ASSERT_EQ(query.OffsetCount(), 150U);
+  EXPECT_EQ(query.OffsetAt(100), 2625 + 200 * 2627);
+  faults.Fail(FaultyCalls::kRead, 1, EIO, FaultyCalls::kForEver);
+  EXPECT_TRUE(query.Run(calendar.file));  // and ends
+  EXPECT_EQ(query.OffsetCount(), 0U);
+}
+
+TEST(RecordList, ReadThatFallsShortHidesNothingBehindItsHundred) {
+  TemporaryCalendar calendar;
+  Fill(calendar, 250);
+  RecordQuery query;
+  query.AddMatchAll();
+  FaultyCalls faults;
+  faults.Shorten(FaultyCalls::kRead, 2, 60L * 2627);  // after the counter: forty slots, then a bad place
+  faults.Fail(FaultyCalls::kRead, 3, EIO);
+  EXPECT_TRUE(query.Run(calendar.file));
+  ASSERT_EQ(query.OffsetCount(), 190U);
+  EXPECT_EQ(query.OffsetAt(40), 2625 + 100 * 2627);
+}
+
+TEST(RecordList, StampAndRefresh) {
+  TemporaryCalendar calendar;
+  calendar.Add(Entry("b"));
+  RecordFile other(calendar.Path(), "");
+  RecordQuery query;
+  query.AddMatchAll();
+  query.Run(calendar.file);
+  EXPECT_EQ(query.Stamp(), RecordQuery::kNoStamp);
+  EXPECT_FALSE(query.RefreshIfChanged(calendar.file));
+  query.Sort(calendar.file, kBySubject);
+  EXPECT_EQ(query.Stamp(), 11U);
+
+  int notices = 0;
+  const auto notice = [&] { ++notices; };
+  EXPECT_FALSE(query.RefreshIfChanged(calendar.file, notice));
+  const Entry entry("a");
+  other.AddRecord(&entry.appointment);
+  query.Run(calendar.file);
+  query.Sort(calendar.file, kBySubject);
+  EXPECT_EQ(query.Stamp(), 11U);  // a later sort keeps the stamp
+  EXPECT_TRUE(query.RefreshIfChanged(calendar.file, notice));
+  EXPECT_EQ(query.Stamp(), 12U);
+  EXPECT_EQ(notices, 1);
+  EXPECT_EQ(Subjects(calendar.file, query), (Names{"a", "b"}));
+  EXPECT_FALSE(query.RefreshIfChanged(calendar.file, notice));
+
+  other.DeleteRecord(query.OffsetAt(0));
+  EXPECT_EQ(Subjects(calendar.file, query), (Names{"(gone)", "b"}));
+  query.Clear();
+  EXPECT_EQ(query.Stamp(), RecordQuery::kNoStamp);
+  EXPECT_EQ(query.ConditionCount() + query.OffsetCount(), 0U);
+  EXPECT_FALSE(query.Resort());
+}
+
+// What somebody adds between the scan and the sort must not count as seen.
+TEST(RecordList, ChangeBetweenScanAndSortIsNoticed) {
+  TemporaryCalendar calendar;
+  RecordQuery query;
+  query.AddMatchAll();
+  query.Run(calendar.file);
+  calendar.Add(Entry("late"));
+  query.Sort(calendar.file, kBySubject);
+  EXPECT_TRUE(query.RefreshIfChanged(calendar.file));
+  EXPECT_EQ(Subjects(calendar.file, query), Names{"late"});
+}
+
+// A calendar that was closed and opened anew is another object.
+TEST(RecordList, RefreshSortsInTheFileItIsGiven) {
+  TemporaryCalendar calendar;
+  calendar.Add(Entry("b"));
+  RecordQuery query;
+  query.AddMatchAll();
+  {
+    const RecordFile first(calendar.Path(), "");
+    query.Run(first);
+    query.Sort(first, kBySubject);
+  }
+  calendar.Add(Entry("a"));
+  EXPECT_TRUE(query.RefreshIfChanged(calendar.file));
+  EXPECT_EQ(Subjects(calendar.file, query), (Names{"a", "b"}));
+}
+
+// Offsets that are none of the file's slots, with a slot that would reach beyond the buffer of a run.
+TEST(RecordList, ListOfAnotherKindOfFileIsSortedWithinTheBuffer) {
+  const tests::TemporaryFolder folder;
+  RecordFile contacts(folder.Join("contacts.adr"), "");
+  HeaderBlock header;
+  InitHeaderBlock(header, "Nameleaf", "Nameleaf", 1);
+  std::string slot(859, '\0');
+  slot[4] = 1;
+  std::string slots;
+  for (int i = 0; i < 400; ++i) slots += slot;
+  ASSERT_TRUE(contacts.Create(header, DefaultCategories(), 859, slots));
+  TemporaryCalendar calendar;
+  Fill(calendar, 150);
+  RecordQuery query;
+  query.AddMatchAll();
+  query.Run(contacts);
+  EXPECT_TRUE(query.Sort(calendar.file, kListOrder));
+  EXPECT_EQ(query.OffsetCount(), 400U);
+}
+
+// A callback made for appointments, on the last slot of a file of smaller records.
+TEST(RecordList, CallbackForALargerKindStaysInTheBuffer) {
+  const tests::TemporaryFolder folder;
+  RecordFile contacts(folder.Join("contacts.adr"), "");
+  HeaderBlock header;
+  InitHeaderBlock(header, "Nameleaf", "Nameleaf", 1);
+  ASSERT_TRUE(contacts.Create(header, DefaultCategories(), 859));
+  std::vector<char> slot(859);
+  ASSERT_TRUE(contacts.InitRecord(slot.data()));
+  for (int i = 0; i < 100; ++i) ASSERT_EQ(contacts.AddRecord(slot.data()), Result::kDone);
+  const Date day{1, 3, 2004};
+  RecordQuery query;
+  query.AddCallbackCondition(0, &day, sizeof day, OccursOnDate, Connector::kAnd);
+  EXPECT_TRUE(query.Run(contacts));
+  EXPECT_FALSE(query.Sort(contacts, kDayOrder));  // the order's field is larger than the slot
+}
+
+}  // namespace
+}  // namespace core
