@@ -58,6 +58,25 @@ constexpr Text kTexts[] = {
     {140, "Undo delete\tCtrl+Z"},
     {142, "Open attachment...\tCtrl+A"},
 
+    // The File menu.
+    {200, "&New...\tCtrl+N"},
+    {201, "&Open...\tCtrl+O"},
+    {202, "&Save As..."},
+    {203, "Co&mpact..."},
+    {204, "&Import..."},
+    {205, "&Export..."},
+    {206, "&Print Report..\tCtrl+P"},
+    {207, "Network P&asswords..."},
+    {208, "General O&ptions..."},
+    {209, "Ski&ns..."},
+    {210, "&Exit"},
+
+    // The Help menu.
+    {211, "&Contents...\tF1"},
+    {212, "&Company Web"},
+    {213, "&Daybrix Web"},
+    {214, "About..."},
+
     // Repeating appointments.
     {500,
      "Repeat event.\r\n\r\nYou have entered an invalid date. The\r\n"
