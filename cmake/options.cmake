@@ -8,6 +8,13 @@ target_compile_options(daybrix_options INTERFACE
   -fno-exceptions -fno-rtti)
 target_include_directories(daybrix_options INTERFACE ${PROJECT_SOURCE_DIR}/src)
 
+if(DAYBRIX_FUZZ)
+  if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+    message(FATAL_ERROR "DAYBRIX_FUZZ needs clang: -DCMAKE_CXX_COMPILER=clang++-14")
+  endif()
+  set(DAYBRIX_SANITIZE ON)
+  add_compile_options(-fsanitize=fuzzer-no-link)
+endif()
 if(DAYBRIX_SANITIZE)
   # The vptr check needs run-time type information, which the project does without.
   add_compile_options(-fsanitize=address,undefined -fno-sanitize=vptr -fno-sanitize-recover=all

@@ -1,17 +1,19 @@
-// The calendar program: its main frame with the calendar panel in it. It owns the open calendar file, which
-// the panel borrows.
+// The calendar program: its main frame with two panes, a title page and the calendar. It owns the open
+// calendar file, which the calendar panel borrows.
 #pragma once
 
 #include <memory>
 #include <string>
 
-#include "calendar/calendar_panel.h"
+#include "calendar/work_pane.h"
 #include "core/record_file.h"
+#include "shell/intro_pane.h"
 #include "shell/main_frame.h"
 
 class CalendarPane : public ZarfWndApp {
  public:
   CalendarPane();
+  // Notes down which pane was shown.
   ~CalendarPane() override;
 
   // Opens a calendar in place of the open one. On failure the open one stays and `message` (UTF-8) names the
@@ -19,23 +21,26 @@ class CalendarPane : public ZarfWndApp {
   bool OpenCalendar(const std::string& path, const std::string& password, bool withExamples,
                     std::string& message);
 
-  CalendarPanel& Panel() { return panel; }
+  CalendarPanel& Panel() { return work.Panel(); }
   // The open calendar; null when there is none.
   core::RecordFile* CalendarFile() { return calendarFile.get(); }
 
   LRESULT OnCreate(const MessageRecord& record) override;
-  // Opens the start-up calendar. The frame is on the screen by now, so that a message has something to stand
-  // over.
+  // Shows the pane that was shown last and opens the start-up calendar. The frame is on the screen by now, so
+  // that a message has something to stand over.
   LRESULT OnAfterCreate(const MessageRecord& record) override;
-  LRESULT OnSize(const MessageRecord& record) override;
   LRESULT OnActivate(const MessageRecord& record) override;
   LRESULT OnCommand(const MessageRecord& record) override;
   LRESULT OnClose(const MessageRecord& record) override;
   LRESULT OnDestroy(const MessageRecord& record) override;
+  void ShowHelp(int topic) override;
 
  private:
+  // Gives the keyboard to what it is for in the current pane.
+  void FocusPane();
   void TakeFile(std::unique_ptr<core::RecordFile> file);
 
   std::unique_ptr<core::RecordFile> calendarFile;  // outlives the panel, which borrows it
-  CalendarPanel panel;
+  ZarfIntroPane intro;
+  WorkPane work;
 };

@@ -8,7 +8,9 @@
 #include "framework/services.h"
 #include "platform/desktop/application.h"
 #include "platform/desktop/menu.h"
+#include "shell/application.h"
 #include "shell/commands.h"
+#include "shell/main_frame.h"
 
 namespace {
 
@@ -154,13 +156,16 @@ void CalendarPanel::OnListNotice(unsigned code, LPARAM value) {
   }
 }
 
-// Another user's change must not take the selection away under the hands of this one.
+// Another user's change must not take the selection away under the hands of this one, nor the rows scrolled
+// to.
 void CalendarPanel::OnListChanged(LPARAM phase) {
   if (calendarFile == nullptr) return;
   if (phase == kBeforeTimedRebuild) {
     hasKeptSelection = calendarFile->ReadBytes(&keptSelection, sizeof keptSelection, SelectedOffset());
   } else if (phase == kAfterTimedRebuild && hasKeptSelection && dayList.SelectedItem() < 0) {
+    const int firstRow = dayList.FirstRow();
     dayList.SelectRecord(&keptSelection);
+    dayList.SetFirstRow(firstRow);
     hasKeptSelection = false;
   }
 }
@@ -198,7 +203,7 @@ bool CalendarPanel::BeginCommand() {
 
 void CalendarPanel::EndCommand() {
   commandRunning = false;
-  if (closeWanted) PostMessage(Parent(), WM_CLOSE, 0, 0);
+  if (closeWanted) TheApp().Post(WM_CLOSE, 0, 0);
   FocusList();
 }
 

@@ -51,6 +51,7 @@ class ZarfWndListView : public ZarfWnd, private ListOwner {
 
   // Scrolls; the row must be below the row count.
   void SetFirstRow(int row);
+  int FirstRow() const { return cellList.FirstRow(); }
   bool SetRowHeight(int rowHeight) { return cellList.SetRowHeight(rowHeight); }
   void FocusList();
   // Whether the selected cell is to be drawn as in the window that has the keyboard.

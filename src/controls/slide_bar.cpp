@@ -1,5 +1,7 @@
 #include "controls/slide_bar.h"
 
+#include <algorithm>
+
 #include "controls/slide_geometry.h"
 #include "framework/drawing.h"
 #include "platform/desktop/cursor.h"
@@ -63,7 +65,8 @@ void ZarfSlideBar::Paint(HDC hdc, const RECT& client) const {
 
   RECT thumb = SlideThumb(client, count, position, mouseY);
   const COLORREF fill = own ? trackColour : base;
-  thumb.bottom += 1;
+  // Its lowest line stays in the bar.
+  thumb.bottom = std::min(thumb.bottom + 1, client.bottom);
   hdc->FillRect(thumb, dragging ? Darken(fill, kShade) : fill);
   PaintGrip(hdc, thumb);
   if (own) hdc->SetPenColor(frameColour);

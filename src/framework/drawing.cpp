@@ -1,6 +1,23 @@
 #include "framework/drawing.h"
 
 #include <algorithm>
+#include <cassert>
+#include <cstdio>
+#include <map>
+#include <string>
+#include <string_view>
+
+namespace {
+
+// The picture that painting by name uses, read at its first use; null when it is missing.
+const Bitmap* KeptPicture(const char* name) {
+  static std::map<std::string, std::unique_ptr<Bitmap>, std::less<>> pictures;
+  const auto found = pictures.find(name);
+  if (found != pictures.end()) return found->second.get();
+  return pictures.emplace(name, LoadBmpResource(name)).first->second.get();
+}
+
+}  // namespace
 
 void Line(HDC hdc, int x1, int y1, int x2, int y2) {
   hdc->DrawLine(x1, y1, x2, y2);
@@ -46,4 +63,35 @@ bool ReplaceColour(Bitmap* bitmap, COLORREF from, COLORREF to) {
   if (bitmap == nullptr) return false;
   if (from != to) bitmap->ReplaceColour(from, to);
   return true;
+}
+
+void StretchBitmap(HDC hdc, const Bitmap* bitmap, const RECT& rect) {
+  if (bitmap != nullptr) hdc->StretchBitmap(*bitmap, rect);
+}
+
+std::unique_ptr<Bitmap> LoadBmpResource(const char* name) {
+  constexpr std::string_view kEnding = ".bmp";
+  std::string picture = name;
+  if (picture.ends_with(kEnding)) picture.resize(picture.size() - kEnding.size());
+  auto bitmap = Bitmap::Load(picture.c_str());
+  if (bitmap == nullptr) std::fprintf(stderr, "Unable to find resource: %s\n", name);
+  assert(bitmap != nullptr);
+  return bitmap;
+}
+
+void DrawBmpResource(HDC hdc, int x, int y, const char* name) {
+  if (const Bitmap* picture = KeptPicture(name)) hdc->DrawBitmap(*picture, x, y);
+}
+
+void StretchBmpResource(HDC hdc, const char* name, const RECT& rect) {
+  StretchBitmap(hdc, KeptPicture(name), rect);
+}
+
+void DrawBitmapId(HDC hdc, int x, int y, int id, COLORREF from, COLORREF to) {
+  const std::string name = std::to_string(id);
+  if (from == kNoColour && to == kNoColour) {
+    DrawBmpResource(hdc, x, y, name.c_str());
+  } else {
+    DrawBitmap(hdc, LoadBmpResource(name.c_str()).get(), x, y, from, to);
+  }
 }

@@ -29,3 +29,17 @@ COLORREF Darken(COLORREF colour, int n);
 void DrawBitmap(HDC hdc, Bitmap* bitmap, int x, int y, COLORREF from, COLORREF to);
 // False for no bitmap.
 bool ReplaceColour(Bitmap* bitmap, COLORREF from, COLORREF to);
+// The whole picture stretched into a rectangle; nothing for no bitmap.
+void StretchBitmap(HDC hdc, const Bitmap* bitmap, const RECT& rect);
+
+// Built-in pictures by their file name, "splash.bmp", or without the ending. Every name that the program
+// draws has to be built in: a missing one is said on standard error, ends a debug build, and a test of the
+// tree finds it; a program that is in use draws nothing then.
+// The picture as the caller's own, to be recoloured or kept; null when it is missing.
+std::unique_ptr<Bitmap> LoadBmpResource(const char* name);
+// Draws it at (x, y) in its own size. The picture is read once and kept, so that painting stays cheap.
+void DrawBmpResource(HDC hdc, int x, int y, const char* name);
+// The same for painting that stretches it.
+void StretchBmpResource(HDC hdc, const char* name, const RECT& rect);
+// A picture with a number for a name, drawn as DrawBitmap does.
+void DrawBitmapId(HDC hdc, int x, int y, int id, COLORREF from = kNoColour, COLORREF to = kNoColour);

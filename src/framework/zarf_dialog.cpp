@@ -1,5 +1,7 @@
 #include "framework/zarf_dialog.h"
 
+#include "framework/animations.h"
+
 namespace {
 
 // The object whose dialog is being opened: the dialog's first message binds the two.
@@ -9,6 +11,13 @@ ZarfDialog* beingOpened = nullptr;
 
 int ZarfDialog::Open(ZarfWnd* owner, int templateId) {
   return DoModal(owner, templateId);
+}
+
+void ZarfDialog::ZoomOpen() {
+  RECT place;
+  if (!GetWindowRect(hwnd, &place)) return;
+  const POINT middle = {place.left + Width(place) / 2, place.top + Height(place) / 2};
+  ZoomRect({middle.x, middle.y, middle.x, middle.y}, place);
 }
 
 int ZarfDialog::DoModal(ZarfWnd* owner, int templateId) {

@@ -10,6 +10,8 @@ class ZarfDialog : public ZarfWnd {
   // Opens the dialog of a template over `owner` (may be null). Modal unless a class replaces it: answers the
   // number the dialog ended with, -1 when the template is missing.
   virtual int Open(ZarfWnd* owner, int templateId);
+  // For OnInitDialog, once the dialog has its place: outlines grow from its middle to its edges.
+  virtual void ZoomOpen();
   virtual LRESULT OnInitDialog(const MessageRecord& record);   // 1
   virtual LRESULT OnMeasureItem(const MessageRecord& record);  // 1
   virtual LRESULT OnDrawItem(const MessageRecord& record);     // 1

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "framework/animations.h"
 #include "framework/drawing.h"
 #include "framework/services.h"
 
@@ -52,7 +53,12 @@ void DatePickerDialog::PlaceCalendar() {
 
 LRESULT DatePickerDialog::OnInitDialog(const MessageRecord&) {
   Place();
-  if (animate) PlaySound("open.wav");
+  if (animate) {
+    RECT window;
+    GetWindowRect(hwnd, &window);
+    PlaySound("open.wav");
+    RollDown(window.left, window.top, window.right, window.bottom);
+  }
   calendar.Create(this);
   return 1;
 }

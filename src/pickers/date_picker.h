@@ -13,7 +13,7 @@ class DatePickerDialog : public ZarfDialog {
 
   // Where the dialog opens: its top left corner, in screen pixels. It is kept on the desktop.
   void SetPosition(POINT topLeft) { position = topLeft; }
-  // Opens with a sound.
+  // Opens with a sound and rolling down.
   void SetAnimate(bool on) { animate = on; }
 
   // True when the user accepted a date.

@@ -12,6 +12,7 @@
 #include "shell/accelerators.h"
 #include "shell/application_object.h"
 #include "shell/main_frame.h"
+#include "shell/splash.h"
 
 namespace {
 
@@ -88,8 +89,17 @@ UINT NotifyMessage() {
   return message;
 }
 
+bool OtherCopiesRun() {
+  return Copies().Others();
+}
+
 void BroadcastNotify(int code, HWND senderWindow) {
-  Copies().Broadcast(code, reinterpret_cast<std::uint64_t>(senderWindow));
+  if (Copies().Descriptor() >= 0) {
+    Copies().Broadcast(code, reinterpret_cast<std::uint64_t>(senderWindow));
+    return;
+  }
+  // Without a place among the copies this one still tells itself.
+  PostToAll(NotifyMessage(), static_cast<WPARAM>(code), reinterpret_cast<LPARAM>(senderWindow));
 }
 
 int RunApplication(ZarfWndApp& application, const std::string& file) {
@@ -97,6 +107,7 @@ int RunApplication(ZarfWndApp& application, const std::string& file) {
   if (file.empty() && !platform::HoldInstance(application.WindowClass())) return 0;
   LoadSettings();
   if (Copies().Descriptor() < 0 && Copies().Open()) WatchDescriptor(Copies().Descriptor(), PassNoticesOn);
+  if (SplashEnabled()) ShowSplash();
 
   if (!application.Create(nullptr)) {
     DeleteFonts();

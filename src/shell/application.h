@@ -34,5 +34,8 @@ constexpr int kNotifySkin = 101;      // another skin was chosen
 // The message in which a notice arrives at every top-level window: wParam is the code, lParam the handle of
 // the window that sent it when that is one of this process, else 0.
 UINT NotifyMessage();
+// Whether another copy of the program runs, of this user on this machine.
+bool OtherCopiesRun();
+
 // Sends a notice to every running copy, this one included. `senderWindow` may be null.
 void BroadcastNotify(int code, HWND senderWindow);

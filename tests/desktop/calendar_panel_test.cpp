@@ -287,6 +287,21 @@ TEST_F(CalendarPanelTest, ChangesOfOthersShowWithoutATouch) {
   });
 }
 
+TEST_F(CalendarPanelTest, ChangesOfOthersLeaveTheRowsScrolledToInPlace) {
+  platform::WriteProfileString(CalendarProgramFolder() + "/Daybrix.ini", "Preference", "NetworkRefresh", "1");
+  for (int row = 0; row < 30; ++row) calendar.Add(Today("Later").At(12, 0));
+  program.Run(calendar.Path(), [&] {
+    ClickRow(1);
+    for (int row = 0; row < 5; ++row) program.driver.Wheel(program.List(), {60, 60}, -1);
+    ASSERT_EQ(program.Panel().List().FirstRow(), 5);
+    calendar.Add(Today("From elsewhere").At(23, 0));
+    program.driver.WaitUntil([&] { return program.Subjects().size() == 34; });
+    program.driver.ProcessEvents();
+    EXPECT_EQ(program.Selected(), "First");
+    EXPECT_EQ(program.Panel().List().FirstRow(), 5);
+  });
+}
+
 TEST(CalendarAccess, AReaderSeesNothingConfidentialAndChangesNothing) {
   CalendarProgram program;
   TemporaryCalendar calendar({"Owner", "Assistant", "Reader"});
@@ -296,7 +311,7 @@ TEST(CalendarAccess, AReaderSeesNothingConfidentialAndChangesNothing) {
   program.Run(calendar.Path(), [&] {
     EXPECT_EQ(program.File(), nullptr);
     std::string message;
-    auto& pane = static_cast<CalendarPane&>(*program.Panel().ParentObject());
+    auto& pane = program.Pane();
     ASSERT_TRUE(pane.OpenCalendar(calendar.Path(), "Reader", false, message));
     const std::string before = calendar.Bytes();
     EXPECT_EQ(program.Subjects(), Texts{"Open"});

@@ -186,6 +186,11 @@ TEST_F(Controls, TheSlideBarPaintsTrackThumbAndItsOwnColours) {
   EXPECT_EQ(own.ColourAt({10, 31}), RGB(2, 2, 2));
   EXPECT_EQ(own.ColourAt({10, 30}), RGB(3, 3, 3));
   EXPECT_EQ(own.ColourAt({0, 5}), RGB(4, 4, 4));
+
+  bar.SetPosition(4);
+  RecordingDc last;
+  bar.Paint(&last, kBar);
+  EXPECT_EQ(last.ColourAt({10, 119}), RGB(3, 3, 3)) << "the thumb is whole at the end of the bar";
 }
 
 TEST_F(Controls, TheScrollBarStepsByArrowsAndWheelAndStopsAtTheEnds) {

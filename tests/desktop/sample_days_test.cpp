@@ -125,7 +125,7 @@ TEST_F(SampleDays, AReaderSeesNoConfidentialRow) {
   program.driver.AnswerMessageBox("Incorrect password", 1);
   program.Run(path, [&] {
     std::string message;
-    auto& pane = static_cast<CalendarPane&>(*program.Panel().ParentObject());
+    auto& pane = program.Pane();
     ASSERT_TRUE(pane.OpenCalendar(path, "read", false, message)) << message;
     ForEachDay([&](const Json& lists) { EXPECT_EQ(IdsOf(program.Shown()), TextsOf(lists["reader_ids"])); });
   });

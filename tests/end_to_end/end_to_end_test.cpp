@@ -123,12 +123,15 @@ TEST_F(EndToEnd, ADragOntoTheMiniCalendarMovesAndWithCtrlCopies) {
   RunningProgram program(display.Name(), folder.Path(), path);
   const std::string frame = display.WaitForWindow(program.Process(), kFrame);
   Insert(program, frame, "Wandering");
-  // The row, and the cell of the 17th: the grid's second column of days below the panel's right edge.
-  constexpr int kRowX = 60;
-  constexpr int kRowY = 48;
+  // The panel lies behind the frame (4, 23) and the bars (17, 66), 373 pixels wide. The row, and a day's cell
+  // in it:
+  constexpr int kPanelX = 21;
+  constexpr int kPanelY = 89;
+  constexpr int kRowX = kPanelX + 60;
+  constexpr int kRowY = kPanelY + 48;
   const auto cell = [](int day) {
     const int index = day - 1 + 1;  // 1 March 2004 is a Monday
-    return std::pair(420 - 110 + index % 7 * 15 + 7, 35 + 29 + index / 7 * 14 + 7);
+    return std::pair(kPanelX + 373 - 110 + index % 7 * 15 + 7, kPanelY + 35 + 29 + index / 7 * 14 + 7);
   };
   display.Drag(frame, kRowX, kRowY, cell(17).first, cell(17).second);
   ASSERT_TRUE(WaitUntil([&] { return Slots()[0].date.day == 17; }, 5000));

@@ -6,12 +6,15 @@
 #include <csignal>
 #include <cstdlib>
 
+#include "platform/system/profile_file.h"
 #include "support/wait_until.h"
 
 namespace tests {
 
 RunningProgram::RunningProgram(const std::string& display, const std::string& folder, const std::string& file,
                                const std::string& clock) {
+  // Nobody waits for the splash screen.
+  platform::WriteProfileString(folder + "/Daybrix.ini", "Preference", "Splash", "0");
   process = fork();
   if (process != 0) return;
   setenv("DISPLAY", display.c_str(), 1);

@@ -37,11 +37,11 @@ VirtualDisplay::VirtualDisplay() {
     _exit(127);
   }
   close(ends[1]);
-  char number[16] = {};
-  const ssize_t got = read(ends[0], number, sizeof number - 1);
+  // The number comes digit by digit and ends with its line.
+  name.assign(1, ':');
+  for (char digit = 0; read(ends[0], &digit, 1) == 1 && digit != '\n';) name.push_back(digit);
   close(ends[0]);
-  if (got > 0) name.append(":").append(number, static_cast<std::size_t>(got) - 1);
-  EXPECT_GT(got, 0) << "Xvfb did not start";
+  EXPECT_GT(name.size(), 1U) << "Xvfb did not start";
 }
 
 VirtualDisplay::~VirtualDisplay() {

@@ -3,6 +3,7 @@
 #include <cstdlib>
 
 #include "calendar/day_row.h"
+#include "core/ini_file.h"
 #include "platform/desktop/application.h"
 #include "resources/resources.h"
 #include "shell/application.h"
@@ -64,6 +65,8 @@ CalendarProgram::CalendarProgram() {
   setenv("DAYBRIX_FOLDER", CalendarProgramFolder().c_str(), 1);
   // A copy that the developer has open is none of the test's.
   setenv("XDG_RUNTIME_DIR", CalendarProgramFolder().c_str(), 1);
+  // Nobody waits for the splash screen.
+  core::IniFile("Daybrix.ini").WriteString("Preference", "Splash", "0");
   static const bool registered = (RegisterResources(), true);
   static_cast<void>(registered);
 }

@@ -27,6 +27,7 @@ class CalendarProgram {
   // Runs the program on a file until the script ends; answers the exit code.
   int Run(const std::string& file, const std::function<void()>& script);
 
+  CalendarPane& Pane() { return *pane; }
   CalendarPanel& Panel() { return pane->Panel(); }
   core::RecordFile* File() { return pane->CalendarFile(); }
   HWND Frame() { return pane->Handle(); }

@@ -7,6 +7,7 @@
 #include <QComboBox>
 #include <QDialog>
 #include <QElapsedTimer>
+#include <QFileDialog>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMessageBox>
@@ -15,6 +16,7 @@
 #include <QPushButton>
 #include <QTest>
 #include <QTimer>
+#include <QToolTip>
 #include <QWheelEvent>
 #include <QWindow>
 
@@ -121,13 +123,19 @@ QString PlainText(QString text) {
 }  // namespace
 
 struct DesktopDriver::Answer {
-  enum Kind { kMessageBox, kDialog, kMenu } kind;
+  enum Kind { kMessageBox, kDialog, kMenu, kFile } kind;
   std::string text;
   int answer = 0;
   std::function<void(HWND)> callback;
 };
 
-struct DesktopDriver::Watch {
+struct DesktopDriver::Watch : QObject {
+  bool eventFilter(QObject* receiver, QEvent* event) override {
+    if (event->type() == QEvent::Paint && receiver->isWidgetType()) ++paints;
+    return false;
+  }
+
+  int paints = 0;
   QTimer timer;
   QList<QPointer<QWidget>> handled;  // what was answered and has yet to close
   QWidget* current = nullptr;        // the one in front
@@ -137,6 +145,7 @@ struct DesktopDriver::Watch {
 DesktopDriver::DesktopDriver() : watch(nullptr) {
   StartOnce();
   watch = new Watch;
+  qApp->installEventFilter(watch);
   QObject::connect(&watch->timer, &QTimer::timeout, [this] { Poll(); });
   watch->timer.start(5);
 }
@@ -167,6 +176,7 @@ void DesktopDriver::Poll() {
   watch->since.start();
   const Answer::Kind kind = qobject_cast<QMenu*>(open) != nullptr         ? Answer::kMenu
                             : qobject_cast<QMessageBox*>(open) != nullptr ? Answer::kMessageBox
+                            : qobject_cast<QFileDialog*>(open) != nullptr ? Answer::kFile
                                                                           : Answer::kDialog;
   if (answers.empty() || answers.front().kind != kind) {
     auto* box = qobject_cast<QMessageBox*>(open);
@@ -186,6 +196,10 @@ void DesktopDriver::Give(const Answer& answer, QWidget* open) {
   if (qobject_cast<QMenu*>(open) != nullptr) {
     watch->handled.removeAll(open);  // the same menu may be opened again before the next look
     AnswerMenu(answer);
+    return;
+  }
+  if (auto* files = qobject_cast<QFileDialog*>(open)) {
+    AnswerFileDialog(answer, *files);
     return;
   }
   auto* box = qobject_cast<QMessageBox*>(open);
@@ -223,6 +237,19 @@ void DesktopDriver::AnswerMenu(const Answer& answer) {
   QTest::keyClick(menu, Qt::Key_Return);
 }
 
+void DesktopDriver::AnswerFileDialog(const Answer& answer, QFileDialog& dialog) {
+  lastFileKinds.clear();
+  for (const QString& kind : dialog.nameFilters()) lastFileKinds.push_back(kind.toStdString());
+  auto* name = dialog.findChild<QLineEdit*>();
+  if (answer.text.empty() || name == nullptr) {
+    EXPECT_TRUE(answer.text.empty()) << "nothing to type a name into";
+    dialog.reject();
+    return;
+  }
+  name->setText(QString::fromStdString(answer.text));
+  QTest::keyClick(name, Qt::Key_Return);
+}
+
 void DesktopDriver::Click(HWND window, POINT point, unsigned keys) {
   const Spot spot = SpotOf(window, point);
   if (spot.window == nullptr) return;
@@ -256,6 +283,21 @@ void DesktopDriver::MouseUp(HWND window, POINT point) {
   const Spot spot = SpotOf(window, point);
   if (spot.window != nullptr) QTest::mouseRelease(spot.window, Qt::LeftButton, {}, spot.point);
   ProcessEvents();
+}
+
+void DesktopDriver::PressAndRelease(HWND window, POINT press, POINT release) {
+  constexpr int kHeldMs = 30;
+  const Spot down = SpotOf(window, press);
+  const Spot up = SpotOf(window, release);
+  if (down.window == nullptr) return;
+  QTimer::singleShot(kHeldMs, down.window, [up] {
+    QCursor::setPos(up.window->mapToGlobal(up.point));
+    QTest::mouseEvent(QTest::MouseMove, up.window, Qt::NoButton, {}, up.point);
+    QTest::mouseRelease(up.window, Qt::LeftButton, {}, up.point);
+  });
+  QCursor::setPos(down.window->mapToGlobal(down.point));
+  QTest::mousePress(down.window, Qt::LeftButton, {}, down.point);
+  QTest::qWait(2 * kHeldMs);
 }
 
 void DesktopDriver::MoveMouse(HWND window, POINT point, unsigned keys) {
@@ -344,6 +386,10 @@ void DesktopDriver::WhenDialogOpens(std::function<void(HWND dialog)> callback) {
   answers.push_back({Answer::kDialog, "a dialog", 0, std::move(callback)});
 }
 
+void DesktopDriver::ChooseFile(const std::string& path) {
+  answers.push_back({Answer::kFile, path, 0, {}});
+}
+
 void DesktopDriver::ChooseMenuItem(const std::string& text) {
   answers.push_back({Answer::kMenu, text, 0, {}});
 }
@@ -361,6 +407,14 @@ bool DesktopDriver::WaitUntil(const std::function<bool()>& predicate, int timeou
 void DesktopDriver::ProcessEvents() {
   QApplication::processEvents();
   QApplication::sendPostedEvents();
+}
+
+int DesktopDriver::Paints() const {
+  return watch->paints;
+}
+
+std::string DesktopDriver::ShownTip() {
+  return QToolTip::isVisible() ? CodePageFromText(QToolTip::text()) : std::string();
 }
 
 COLORREF DesktopDriver::PixelAt(HWND window, POINT point) {

@@ -9,6 +9,7 @@
 
 #include "platform/desktop/window.h"
 
+class QFileDialog;
 class QWidget;
 
 class DesktopDriver {
@@ -26,6 +27,9 @@ class DesktopDriver {
   void RightClick(HWND window, POINT point);
   void MouseDown(HWND window, POINT point);
   void MouseUp(HWND window, POINT point);
+  // Presses at one point and releases at another a moment later, while what the press began may wait for the
+  // release. The screen's cursor goes along.
+  void PressAndRelease(HWND window, POINT press, POINT release);
   void MoveMouse(HWND window, POINT point, unsigned keys = 0);
   // Presses in one window, moves in steps and releases in another of the same top-level window.
   void Drag(HWND from, POINT start, HWND to, POINT end, unsigned keys = 0);
@@ -43,6 +47,10 @@ class DesktopDriver {
   void AnswerMessageBox(const std::string& textPart, int answer);
   // Called with the next dialog that opens; it must end it or register what does.
   void WhenDialogOpens(std::function<void(HWND dialog)> callback);
+  // Answers the next dialog for a file or a folder with a path; empty: cancels it.
+  void ChooseFile(const std::string& path);
+  // The kinds of files that the last one offered.
+  const std::vector<std::string>& LastFileKinds() const { return lastFileKinds; }
   // Chooses an item of the next popup menu by its text (without & and shortcut); empty: leaves the menu by
   // Escape.
   void ChooseMenuItem(const std::string& text);
@@ -54,6 +62,10 @@ class DesktopDriver {
   bool WaitUntil(const std::function<bool()>& predicate, int timeoutMs = 5000);
   void ProcessEvents();
 
+  // How often any window was painted since the driver was made.
+  int Paints() const;
+  // The tip that is shown (code page 1252); empty when there is none.
+  std::string ShownTip();
   // What the window shows at a client point, and the window as a picture file.
   COLORREF PixelAt(HWND window, POINT point);
   void SavePicture(HWND window, const std::string& path);
@@ -63,9 +75,11 @@ class DesktopDriver {
   void Poll();
   void Give(const Answer& answer, QWidget* open);
   void AnswerMenu(const Answer& answer);
+  void AnswerFileDialog(const Answer& answer, QFileDialog& dialog);
 
   std::vector<Answer> answers;
   std::vector<std::string> lastMenu;
+  std::vector<std::string> lastFileKinds;
   struct Watch;
   Watch* watch;
 };

@@ -1,9 +1,12 @@
 #include "platform/desktop/bitmap.h"
 
+#include <QFile>
 #include <QGuiApplication>
 #include <QImageReader>
 
+#include "platform/desktop/bmp_check.h"
 #include "platform/desktop/qt/bitmap_pixels.h"
+#include "platform/system/file.h"
 
 namespace {
 
@@ -13,6 +16,7 @@ QRgb OpaquePixel(COLORREF colour) {
 
 // Without guessing the format: guessing loads every picture plugin there is.
 QImage ReadPng(const QString& path) {
+  if (!QFile::exists(path)) return {};
   QImageReader reader(path, "png");
   reader.setAutoDetectImageFormat(false);
   return reader.read();
@@ -51,6 +55,21 @@ Bitmap::~Bitmap() = default;
 std::unique_ptr<Bitmap> Bitmap::Load(const char* name) {
   QImage image = LoadBuiltInImage(QString::fromLatin1(name));
   if (image.isNull()) return nullptr;
+  return std::unique_ptr<Bitmap>(new Bitmap(std::make_unique<Pixels>(Pixels{std::move(image)})));
+}
+
+std::unique_ptr<Bitmap> Bitmap::LoadFile(const std::string& path) {
+  std::string bytes;
+  return platform::ReadWholeFile(path, kMostBmpBytes, bytes) ? FromBmp(bytes) : nullptr;
+}
+
+std::unique_ptr<Bitmap> Bitmap::FromBmp(std::string_view bytes) {
+  if (!IsSoundBmp(bytes)) return nullptr;
+  QImage image =
+      QImage::fromData(reinterpret_cast<const uchar*>(bytes.data()), static_cast<int>(bytes.size()), "BMP");
+  if (image.isNull()) return nullptr;
+  image.convertTo(QImage::Format_RGB32);
+  image.convertTo(QImage::Format_ARGB32);
   return std::unique_ptr<Bitmap>(new Bitmap(std::make_unique<Pixels>(Pixels{std::move(image)})));
 }
 

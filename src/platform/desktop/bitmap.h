@@ -1,8 +1,10 @@
-// Pictures: built into the program and looked up by name. On dense screens a picture has more pixels than its
-// size says; sizes are always those it is drawn at.
+// Pictures: built into the program and looked up by name, or bitmap files of a skin. On dense screens a
+// picture has more pixels than its size says; sizes are always those it is drawn at.
 #pragma once
 
 #include <memory>
+#include <string>
+#include <string_view>
 
 #include "platform/desktop/types.h"
 
@@ -10,6 +12,11 @@ class Bitmap {
  public:
   // A built-in picture; null when there is none of that name (a mistake in the program).
   static std::unique_ptr<Bitmap> Load(const char* name);
+  // A bitmap file, which may come from anywhere. Null when it cannot be read, has more than 16 MiB or more
+  // than 4096 pixels a side, is cut, contradicts itself, is compressed, or is no bitmap.
+  static std::unique_ptr<Bitmap> LoadFile(const std::string& path);
+  // The same of a bitmap file's bytes. Bit fields must lie apart, and transparency counts for nothing.
+  static std::unique_ptr<Bitmap> FromBmp(std::string_view bytes);
   ~Bitmap();
 
   int Width() const;

@@ -5,9 +5,12 @@
 #include <QFile>
 #include <QPixmap>
 #include <QWidget>
+#include <QWindow>
+#include <algorithm>
 #include <map>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "platform/desktop/qt/bitmap_pixels.h"
 #include "platform/desktop/qt/mouse.h"
@@ -19,6 +22,8 @@ struct CursorHandle {
 namespace {
 
 HCURSOR shownCursor = nullptr;
+// For each wait cursor asked for, whether it is shown.
+std::vector<bool> waitCursorShown;
 
 // Where a picture's cursor points, in pixels from its top left corner: a line "<name> <x> <y>" of the
 // built-in list.
@@ -33,6 +38,7 @@ QPoint HotSpotOf(const std::string& name) {
 }
 
 QCursor MakeCursor(const std::string& name) {
+  if (name == IDC_ARROW) return Qt::ArrowCursor;
   if (name == IDC_WAIT) return Qt::WaitCursor;
   if (name == IDC_SIZENWSE) return Qt::SizeFDiagCursor;
   const QImage image = LoadBuiltInImage(QString::fromStdString(name));
@@ -60,8 +66,16 @@ HCURSOR SetCursor(HCURSOR cursor) {
 }
 
 void PushWaitCursor() {
-  QApplication::setOverrideCursor(Qt::WaitCursor);
+  // The first use of a cursor reads the desktop's cursor theme: not before there is a window to show it over.
+  const QWindowList windows = QGuiApplication::topLevelWindows();
+  const bool seen =
+      std::any_of(windows.begin(), windows.end(), [](const QWindow* window) { return window->isExposed(); });
+  waitCursorShown.push_back(seen);
+  if (seen) QApplication::setOverrideCursor(Qt::WaitCursor);
 }
+
 void PopWaitCursor() {
-  QApplication::restoreOverrideCursor();
+  if (waitCursorShown.empty()) return;
+  if (waitCursorShown.back()) QApplication::restoreOverrideCursor();
+  waitCursorShown.pop_back();
 }

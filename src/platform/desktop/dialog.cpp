@@ -10,6 +10,7 @@
 
 #include "platform/desktop/qt/control_text.h"
 #include "platform/desktop/qt/dialog_controls.h"
+#include "platform/desktop/qt/dialog_owner.h"
 #include "platform/desktop/qt/dialog_templates.h"
 #include "platform/desktop/qt/dialog_widget.h"
 #include "platform/desktop/window.h"
@@ -37,8 +38,7 @@ std::map<int, DialogTemplateSetup>& Templates() {
 HWND MakeDialog(int templateId, HWND owner, DialogProcedure procedure) {
   const DialogTemplateSetup setup = FindDialogTemplate(templateId);
   if (setup == nullptr) return nullptr;
-  const WindowEntry* ownerEntry = FindWindowEntry(owner);
-  auto* widget = new DialogWidget(ownerEntry != nullptr ? ownerEntry->widget->window() : nullptr);
+  auto* widget = new DialogWidget(ReadyOwner(owner));
   WindowEntry& entry = AddWindow(widget, WindowKind::kDialog, "Dialog");
   entry.dialogProcedure = procedure;
   const HWND dialog = entry.handle;
@@ -88,7 +88,7 @@ int DialogBox(int templateId, HWND owner, DialogProcedure procedure) {
     ModalRuns().erase(dialog);
   }
   DestroyWindow(dialog);
-  if (const WindowEntry* living = FindWindowEntry(owner)) living->widget->window()->activateWindow();
+  ReturnToOwner(owner);
   return run.result;
 }
 
@@ -109,6 +109,12 @@ bool EndDialog(HWND dialog, int result) {
   run->second->loop.quit();
   if (run->first == nullptr) run->second = nullptr;
   return true;
+}
+
+void SetDialogFrameless(HWND dialog) {
+  const WindowEntry* entry = FindWindowEntry(dialog);
+  if (entry == nullptr || entry->kind != WindowKind::kDialog) return;
+  entry->widget->setWindowFlags(Qt::Dialog | Qt::FramelessWindowHint);
 }
 
 HWND GetDlgItem(HWND dialog, int id) {

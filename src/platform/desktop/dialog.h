@@ -20,6 +20,9 @@ HWND CreateDialog(int templateId, HWND owner, DialogProcedure procedure);
 // Ends a dialog that DialogBox runs. The dialog is gone when DialogBox returns.
 bool EndDialog(HWND dialog, int result);
 
+// Takes the title bar and the border from a dialog. Only while WM_INITDIALOG is handled.
+void SetDialogFrameless(HWND dialog);
+
 // The control with a number; null when there is none.
 HWND GetDlgItem(HWND dialog, int id);
 bool SetDlgItemText(HWND dialog, int id, const char* text);
@@ -42,9 +45,18 @@ constexpr UINT CB_GETCOUNT = 0x0146;
 constexpr UINT CB_GETCURSEL = 0x0147;
 constexpr UINT CB_SETCURSEL = 0x014E;        // wParam: index, -1 for none
 constexpr UINT CB_FINDSTRINGEXACT = 0x0158;  // lParam: text; letter case counts
+constexpr UINT LB_ADDSTRING = 0x0180;        // lParam: text; answers its index
+constexpr UINT LB_RESETCONTENT = 0x0184;
+constexpr UINT LB_SETCURSEL = 0x0186;  // wParam: index, -1 for none
+constexpr UINT LB_GETCURSEL = 0x0188;
+constexpr UINT LB_GETTEXT = 0x0189;     // wParam: index, lParam: room for LB_GETTEXTLEN + 1 bytes
+constexpr UINT LB_GETTEXTLEN = 0x018A;  // wParam: index; answers bytes
+constexpr UINT LB_GETCOUNT = 0x018B;
 
 // What controls report in the high word of WM_COMMAND; lParam is the control's handle.
 constexpr unsigned BN_CLICKED = 0;
 constexpr unsigned EN_CHANGE = 0x0300;
 constexpr unsigned CBN_SELCHANGE = 1;
 constexpr unsigned CBN_EDITCHANGE = 5;
+constexpr unsigned LBN_SELCHANGE = 1;  // the user selected, be it what was selected
+constexpr unsigned LBN_DBLCLK = 2;     // comes after LBN_SELCHANGE

@@ -4,11 +4,11 @@
 #include <QPushButton>
 
 #include "platform/desktop/messages.h"
-#include "platform/desktop/qt/window_table.h"
+#include "platform/desktop/qt/dialog_owner.h"
 
 int MessageBox(HWND owner, const std::string& text, const std::string& caption, UINT type) {
-  const WindowEntry* entry = FindWindowEntry(owner);
-  QMessageBox box(entry != nullptr ? entry->widget->window() : nullptr);
+  QMessageBox box(ReadyOwner(owner));
+  TrimDialogFrame(box);
   box.setTextFormat(Qt::PlainText);
   box.setText(QString::fromStdString(text));
   box.setWindowTitle(QString::fromStdString(caption));
@@ -20,7 +20,7 @@ int MessageBox(HWND owner, const std::string& text, const std::string& caption, 
     box.setEscapeButton(QMessageBox::No);
   }
   const int answer = box.exec();
-  if (const WindowEntry* living = FindWindowEntry(owner)) living->widget->window()->activateWindow();
+  ReturnToOwner(owner);
   if (!question) return IDOK;
   return answer == QMessageBox::Yes ? IDYES : IDNO;
 }

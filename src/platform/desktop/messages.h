@@ -55,7 +55,7 @@ constexpr UINT WM_LBUTTONDBLCLK =
 constexpr UINT WM_RBUTTONDOWN = 0x0204;
 constexpr UINT WM_RBUTTONUP = 0x0205;
 constexpr UINT WM_MOUSEWHEEL =
-    0x020A;  // wParam high word: signed delta, a multiple of 120, positive away from the user
+    0x020A;  // wParam high word: signed delta, 120 a notch, positive away from the user
 constexpr UINT WM_CAPTURECHANGED = 0x0215;  // the capture was lost
 constexpr UINT WM_QUERYNEWPALETTE = 0x030F;
 constexpr UINT WM_PALETTECHANGED = 0x0311;

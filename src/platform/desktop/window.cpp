@@ -2,14 +2,14 @@
 
 #include <QApplication>
 #include <QScreen>
-#include <QTimer>
 #include <QWindow>
 #include <map>
 
 #include "platform/desktop/cursor.h"
 #include "platform/desktop/device_context.h"
+#include "platform/desktop/frame.h"
 #include "platform/desktop/qt/dialog_widget.h"
-#include "platform/desktop/qt/icon.h"
+#include "platform/desktop/qt/frame_widget.h"
 #include "platform/desktop/qt/mouse.h"
 #include "platform/desktop/qt/window_table.h"
 #include "platform/desktop/qt/window_widget.h"
@@ -33,11 +33,24 @@ QWidget* AnyWidgetOf(HWND window) {
   return entry != nullptr ? entry->widget : nullptr;
 }
 
+QWidget* OuterWidgetOf(HWND window) {
+  const WindowEntry* entry = FindWindowEntry(window);
+  return entry != nullptr ? entry->Outer() : nullptr;
+}
+
 TimerSet* TimersOf(HWND window) {
   const WindowEntry* entry = FindWindowEntry(window);
   if (entry == nullptr || entry->kind == WindowKind::kControl) return nullptr;
   return entry->kind == WindowKind::kWindow ? &static_cast<WindowWidget*>(entry->widget)->Timers()
                                             : &static_cast<DialogWidget*>(entry->widget)->Timers();
+}
+
+// The sizes between which the user may drag a top-level window.
+void ApplySizeBounds(HWND window, QWidget& outer) {
+  MinMaxInfo info;
+  SendMessage(window, WM_GETMINMAXINFO, 0, reinterpret_cast<LPARAM>(&info));
+  if (info.minimum.cx > 0 && info.minimum.cy > 0) outer.setMinimumSize(info.minimum.cx, info.minimum.cy);
+  if (info.maximum.cx > 0 && info.maximum.cy > 0) outer.setMaximumSize(info.maximum.cx, info.maximum.cy);
 }
 
 QRect ToQt(const RECT& rect) {
@@ -79,27 +92,32 @@ HWND CreateWindow(const char* className, const char* title, DWORD style, int x, 
                   HWND parent) {
   const auto found = Classes().find(className);
   if (found == Classes().end()) return nullptr;
-  auto* widget = new WindowWidget(AnyWidgetOf(parent), style);
+  FrameWidget* frame = style & WS_OWNFRAME ? new FrameWidget : nullptr;
+  auto* widget =
+      new WindowWidget(frame != nullptr ? frame : AnyWidgetOf(parent), frame != nullptr ? WS_CHILD : style);
   WindowEntry& entry = AddWindow(widget, WindowKind::kWindow, className);
   entry.windowClass = &found->second;
-  const HWND window = entry.handle;
-  widget->setWindowTitle(TextFromCodePage(title));
-  if (const char* icon = found->second.icon; icon != nullptr) {
-    // The icon can wait until the window is seen.
-    QTimer::singleShot(0, widget, [widget, icon] { widget->setWindowIcon(LoadIcon(icon)); });
+  if (frame != nullptr) {
+    frame->SetClient(widget);
+    AddFrame(entry, frame);
   }
-  if (width > 0 && height > 0) widget->resize(width, height);
+  const HWND window = entry.handle;
+  QWidget* outer = entry.Outer();
+  outer->setWindowTitle(TextFromCodePage(title));
+  widget->ShowIconLater(found->second.icon);
+  if (width > 0 && height > 0) outer->resize(width, height);
   if (style & WS_CHILD) {
     widget->setGeometry(x, y, width, height);
-  } else if (x != 0 || y != 0) {
-    widget->move(x, y);
+  } else if (x != kDefaultPlace) {
+    outer->move(x, y);
   }
   if (SendMessage(window, WM_CREATE, 0, 0) == -1) {
     DestroyWindow(window);
     return nullptr;
   }
   if (!IsWindow(window)) return nullptr;
-  if (!(style & WS_CHILD)) widget->ApplySizeBounds();
+  entry.created = true;
+  if (outer->isWindow()) ApplySizeBounds(window, *outer);
   widget->ReportSize();
   if (style & WS_VISIBLE && IsWindow(window)) ShowWindow(window, SW_SHOW);
   return IsWindow(window) ? window : nullptr;
@@ -110,8 +128,8 @@ bool DestroyWindow(HWND window) {
   if (entry == nullptr || entry->destroying) return false;
   entry->destroying = true;
   if (entry->kind != WindowKind::kControl) SendMessage(window, WM_DESTROY, 0, 0);
-  QWidget* widget = entry->widget;
-  DestroyChildren(widget);
+  QWidget* widget = entry->Outer();
+  DestroyChildren(entry->widget);
   if (TimerSet* timers = TimersOf(window)) timers->StopAll();
   ForgetCapture(window);
   const bool control = entry->kind == WindowKind::kControl;
@@ -144,12 +162,12 @@ void SetWindowWord(HWND window, std::intptr_t word) {
 }
 
 HWND GetParent(HWND window) {
-  const QWidget* widget = AnyWidgetOf(window);
+  const QWidget* widget = OuterWidgetOf(window);
   return widget != nullptr ? HandleAround(widget->parentWidget()) : nullptr;
 }
 
 void ShowWindow(HWND window, int how) {
-  QWidget* widget = AnyWidgetOf(window);
+  QWidget* widget = OuterWidgetOf(window);
   if (widget == nullptr) return;
   widget->setVisible(how != SW_HIDE);
   if (how != SW_HIDE && widget->isWindow()) widget->activateWindow();
@@ -174,12 +192,12 @@ void SetWindowText(HWND window, const char* text) {
 }
 
 std::string GetWindowText(HWND window) {
-  const QWidget* widget = AnyWidgetOf(window);
+  const QWidget* widget = OuterWidgetOf(window);
   return widget != nullptr ? CodePageFromText(widget->windowTitle()) : std::string();
 }
 
 void MoveWindow(HWND window, int x, int y, int width, int height) {
-  QWidget* widget = AnyWidgetOf(window);
+  QWidget* widget = OuterWidgetOf(window);
   if (widget == nullptr) return;
   if (widget->isWindow()) {
     widget->move(x, y);
@@ -197,7 +215,7 @@ bool GetClientRect(HWND window, RECT* rect) {
 }
 
 bool GetWindowRect(HWND window, RECT* rect) {
-  const QWidget* widget = AnyWidgetOf(window);
+  const QWidget* widget = OuterWidgetOf(window);
   *rect = {};
   if (widget == nullptr) return false;
   *rect = FromQt(widget->isWindow() ? widget->frameGeometry()
@@ -278,9 +296,8 @@ bool PostMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
 
 void PostToAll(UINT message, WPARAM wParam, LPARAM lParam) {
   for (const HWND window : AllWindows()) {
-    if (const WindowWidget* widget = WidgetOf(window); widget != nullptr && widget->isWindow()) {
-      PostMessage(window, message, wParam, lParam);
-    }
+    const QWidget* outer = OuterWidgetOf(window);
+    if (WidgetOf(window) != nullptr && outer->isWindow()) PostMessage(window, message, wParam, lParam);
   }
 }
 
@@ -306,12 +323,15 @@ LRESULT DefWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
       if (windowClass.cursor != nullptr) SetCursor(windowClass.cursor);
       return windowClass.cursor != nullptr;
     case WM_SETTEXT:
-      widget->setWindowTitle(TextFromCodePage(reinterpret_cast<const char*>(lParam)));
+      OuterWidgetOf(window)->setWindowTitle(TextFromCodePage(reinterpret_cast<const char*>(lParam)));
       return 1;
+    case WM_SYSCOMMAND:
+      DefaultSysCommand(window, wParam);
+      return 0;
     case WM_MOUSEWHEEL:
       return SendMessage(GetParent(window), message, wParam, lParam);
     case WM_NCHITTEST:
-      return HTCLIENT;
+      return DefaultHitTest(window, PointFromLParam(lParam));
     case WM_NCACTIVATE:
       return 1;
     default:

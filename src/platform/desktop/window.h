@@ -16,6 +16,7 @@
 //   - Everything is called from the thread that called StartDesktop.
 #pragma once
 
+#include <climits>
 #include <string>
 
 #include "platform/desktop/messages.h"
@@ -47,6 +48,9 @@ constexpr DWORD WS_OVERLAPPEDWINDOW = 0x00CF0000;  // a decorated top-level wind
 constexpr DWORD WS_POPUP = 0x80000000;             // an undecorated top-level window
 constexpr DWORD WS_CHILD = 0x40000000;
 constexpr DWORD WS_VISIBLE = 0x10000000;
+
+// As x and y of a top-level window: where the desktop puts it.
+constexpr int kDefaultPlace = INT_MIN;
 
 // Makes a window of a registered class. `title` is a text in code page 1252, x and y are relative to the
 // parent's client area (on the screen for top-level windows). Null when the class is unknown or WM_CREATE

@@ -3,15 +3,19 @@
 #include <QAbstractButton>
 #include <QComboBox>
 #include <QDialog>
+#include <QGuiApplication>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPlainTextEdit>
+#include <QSignalBlocker>
 #include <QTextBlock>
 #include <QTextCursor>
 #include <QValidator>
 #include <algorithm>
+#include <cstring>
 #include <memory>
+#include <utility>
 
 #include "platform/desktop/qt/control_text.h"
 #include "platform/desktop/qt/dialog_widget.h"
@@ -61,6 +65,20 @@ void BindComboBox(QComboBox* box) {
   QObject::connect(box, &QComboBox::activated, box, [box] { Report(box, CBN_SELCHANGE); });
 }
 
+void BindListBox(QListWidget* list) {
+  list->setSelectionMode(QAbstractItemView::SingleSelection);
+  // A press on the selected line changes nothing but is the user's choice all the same.
+  const auto told = std::make_shared<bool>(false);
+  QObject::connect(list, &QListWidget::itemSelectionChanged, list, [list, told] {
+    *told = QGuiApplication::mouseButtons() != Qt::NoButton;
+    Report(list, LBN_SELCHANGE);
+  });
+  QObject::connect(list, &QListWidget::itemPressed, list, [list, told] {
+    if (!std::exchange(*told, false)) Report(list, LBN_SELCHANGE);
+  });
+  QObject::connect(list, &QListWidget::itemDoubleClicked, list, [list] { Report(list, LBN_DBLCLK); });
+}
+
 // Binds one control and answers the name of its class.
 const char* Bind(QWidget* control) {
   if (auto* button = qobject_cast<QAbstractButton*>(control)) {
@@ -79,19 +97,27 @@ const char* Bind(QWidget* control) {
     BindComboBox(box);
     return "ComboBox";
   }
+  if (auto* list = qobject_cast<QListWidget*>(control)) {
+    BindListBox(list);
+    return "ListBox";
+  }
   return "Static";
+}
+
+// The place of a text in a list: its end or, where the template says "sorted", behind what comes before it.
+template <typename List, typename TextAt>
+int PlaceFor(const List& list, const QString& text, TextAt textAt) {
+  if (!list.property("sorted").toBool()) return list.count();
+  int place = 0;
+  while (place < list.count() && QString::compare(textAt(place), text, Qt::CaseInsensitive) <= 0) ++place;
+  return place;
 }
 
 LRESULT SendToComboBox(QComboBox& box, UINT message, WPARAM wParam, LPARAM lParam) {
   switch (message) {
     case CB_ADDSTRING: {
       const QString text = TextFromCodePage(reinterpret_cast<const char*>(lParam));
-      int place = box.count();
-      if (box.property("sorted").toBool()) {
-        place = 0;
-        while (place < box.count() && QString::compare(box.itemText(place), text, Qt::CaseInsensitive) <= 0)
-          ++place;
-      }
+      const int place = PlaceFor(box, text, [&](int index) { return box.itemText(index); });
       const QString shown = box.currentText();
       box.insertItem(place, text);
       if (box.isEditable()) {
@@ -123,6 +149,60 @@ LRESULT SendToComboBox(QComboBox& box, UINT message, WPARAM wParam, LPARAM lPara
   }
 }
 
+int SelectedLine(const QListWidget& list) {
+  const QList<QListWidgetItem*> selected = list.selectedItems();
+  return selected.isEmpty() ? -1 : list.row(selected.front());
+}
+
+void SelectLine(QListWidget& list, int line) {
+  const QSignalBlocker quiet(list);  // only what the user selects is reported
+  list.clearSelection();
+  list.setCurrentRow(line);
+}
+
+// The bytes of a line as they were given; an item shows its own text, which may differ.
+std::string LineBytes(const QListWidgetItem& item) {
+  return item.data(Qt::UserRole).toByteArray().toStdString();
+}
+
+LRESULT SendToListBox(QListWidget& list, UINT message, WPARAM wParam, LPARAM lParam) {
+  const int line = static_cast<int>(static_cast<LRESULT>(wParam));
+  switch (message) {
+    case LB_ADDSTRING: {
+      const auto* bytes = reinterpret_cast<const char*>(lParam);
+      const QString text = TextFromCodePage(bytes);
+      auto* item = new QListWidgetItem(text);
+      item->setData(Qt::UserRole, QByteArray(bytes));
+      const int place = PlaceFor(list, text, [&](int index) { return list.item(index)->text(); });
+      list.insertItem(place, item);
+      return place;
+    }
+    case LB_RESETCONTENT: {
+      const QSignalBlocker quiet(list);
+      list.clear();
+      return 0;
+    }
+    case LB_GETCOUNT:
+      return list.count();
+    case LB_GETCURSEL:
+      return SelectedLine(list);
+    case LB_SETCURSEL:
+      SelectLine(list, line >= 0 && line < list.count() ? line : -1);
+      return SelectedLine(list);
+    case LB_GETTEXTLEN:
+    case LB_GETTEXT: {
+      const QListWidgetItem* item = list.item(line);
+      if (item == nullptr) return kControlError;
+      const std::string bytes = LineBytes(*item);
+      if (message == LB_GETTEXT)
+        std::memcpy(reinterpret_cast<char*>(lParam), bytes.c_str(), bytes.size() + 1);
+      return static_cast<LRESULT>(bytes.size());
+    }
+    default:
+      return kControlError;
+  }
+}
+
 }  // namespace
 
 void BindControls(QDialog& dialog) {
@@ -147,5 +227,7 @@ LRESULT SendToControl(const WindowEntry& control, UINT message, WPARAM wParam, L
   }
   if (auto* box = qobject_cast<QComboBox*>(control.widget))
     return SendToComboBox(*box, message, wParam, lParam);
+  if (auto* list = qobject_cast<QListWidget*>(control.widget))
+    return SendToListBox(*list, message, wParam, lParam);
   return kControlError;
 }

@@ -5,6 +5,7 @@
 #include <QPaintEvent>
 #include <QTimerEvent>
 
+#include "platform/desktop/qt/dialog_owner.h"
 #include "platform/desktop/qt/mouse.h"
 #include "platform/desktop/qt/painter_context.h"
 #include "platform/desktop/qt/posted_message.h"

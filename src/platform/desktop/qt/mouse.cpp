@@ -99,6 +99,10 @@ HWND GetCapture() {
   return captureWindow;
 }
 
+void NoteUnderMouse(QWidget* widget) {
+  LastUnderMouse() = widget;
+}
+
 void ForgetCapture(HWND window) {
   if (captureWindow != window) return;
   captureWindow = nullptr;

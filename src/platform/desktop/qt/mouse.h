@@ -12,6 +12,8 @@ class QWidget;
 void RouteMouseEvent(QWidget* receiver, QMouseEvent* event);
 // The MK_... flags.
 unsigned MouseKeys(Qt::MouseButtons buttons, Qt::KeyboardModifiers modifiers);
+// The widget whose cursor SetCursor changes from now on.
+void NoteUnderMouse(QWidget* widget);
 // Takes the capture from a window that is going.
 void ForgetCapture(HWND window);
 // Whose cursor is shown: the window with the capture or the one last under the mouse.

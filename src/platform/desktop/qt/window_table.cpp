@@ -38,11 +38,17 @@ WindowEntry& AddWindow(QWidget* widget, WindowKind kind, const std::string& clas
   return added;
 }
 
+void AddFrame(WindowEntry& entry, QWidget* frame) {
+  entry.frame = frame;
+  TheTable().handles.insert(frame, entry.handle);
+}
+
 void RemoveWindow(HWND window) {
   Table& table = TheTable();
   const auto found = table.entries.find(window);
   if (found == table.entries.end()) return;
   table.handles.remove(found->second->widget);
+  if (found->second->frame != nullptr) table.handles.remove(found->second->frame);
   table.entries.erase(found);
 }
 

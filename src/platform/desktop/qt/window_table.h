@@ -16,20 +16,28 @@ enum class WindowKind { kWindow, kDialog, kControl };
 struct WindowEntry {
   HWND handle = nullptr;
   QWidget* widget = nullptr;  // owned by its Qt parent or by itself
+  QWidget* frame = nullptr;   // around `widget`, of windows that draw their own frame
   WindowKind kind = WindowKind::kWindow;
   std::string className;
   const WNDCLASS* windowClass = nullptr;      // of kWindow
   DialogProcedure dialogProcedure = nullptr;  // of kDialog
   std::intptr_t word = 0;
   int controlId = 0;        // of kControl
+  bool created = false;     // WM_CREATE was handled
   bool destroying = false;  // WM_DESTROY is on its way
   // Of the paint under way; no context outside of one.
   HDC paintContext = nullptr;
   RECT paintBounds;
   bool erasePending = false;
+  HDC frameContext = nullptr;
+
+  // The widget that is moved, sized, shown and titled.
+  QWidget* Outer() const { return frame != nullptr ? frame : widget; }
 };
 
 WindowEntry& AddWindow(QWidget* widget, WindowKind kind, const std::string& className);
+// Makes a frame part of a window: its handle is the window's.
+void AddFrame(WindowEntry& entry, QWidget* frame);
 void RemoveWindow(HWND window);
 // Null for a handle whose window is gone.
 WindowEntry* FindWindowEntry(HWND window);

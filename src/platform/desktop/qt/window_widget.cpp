@@ -3,9 +3,11 @@
 #include <QCloseEvent>
 #include <QKeyEvent>
 #include <QPaintEvent>
+#include <QTimer>
 #include <QTimerEvent>
 #include <QWheelEvent>
 
+#include "platform/desktop/qt/icon.h"
 #include "platform/desktop/qt/keyboard.h"
 #include "platform/desktop/qt/mouse.h"
 #include "platform/desktop/qt/painter_context.h"
@@ -32,16 +34,10 @@ LRESULT WindowWidget::Tell(UINT message, WPARAM wParam, LPARAM lParam) {
 }
 
 void WindowWidget::ReportSize() {
-  if (size() == reportedSize) return;
+  const WindowEntry* entry = FindWindowEntry(HandleOf(this));
+  if (entry == nullptr || !entry->created || size() == reportedSize) return;
   reportedSize = size();
   Tell(WM_SIZE, 0, MakeLParam(width(), height()));
-}
-
-void WindowWidget::ApplySizeBounds() {
-  MinMaxInfo info;
-  Tell(WM_GETMINMAXINFO, 0, reinterpret_cast<LPARAM>(&info));
-  if (info.minimum.cx > 0 && info.minimum.cy > 0) setMinimumSize(info.minimum.cx, info.minimum.cy);
-  if (info.maximum.cx > 0 && info.maximum.cy > 0) setMaximumSize(info.maximum.cx, info.maximum.cy);
 }
 
 void WindowWidget::Mark(const QRegion& region, bool erase) {
@@ -74,6 +70,13 @@ void WindowWidget::paintEvent(QPaintEvent* event) {
   marked -= event->region();
   if (marked.isEmpty()) markedErase = false;
   SendPaint(*this, event->rect(), erase);
+  NoteSeen();
+}
+
+void WindowWidget::NoteSeen() {
+  if (waitingIcon == nullptr) return;
+  QTimer::singleShot(0, this, [this, name = waitingIcon] { window()->setWindowIcon(LoadIcon(name)); });
+  waitingIcon = nullptr;
 }
 
 void WindowWidget::resizeEvent(QResizeEvent*) {
@@ -99,11 +102,12 @@ void WindowWidget::wheelEvent(QWheelEvent* event) {
   wheelRest += event->angleDelta().y();
   const int steps = wheelRest / kWheelStep;
   wheelRest -= steps * kWheelStep;
-  if (steps == 0) return;
   const unsigned keys = MouseKeys(event->buttons(), event->modifiers());
   const QPoint point = event->globalPosition().toPoint();
-  Tell(WM_MOUSEWHEEL, MakeWParam(keys, static_cast<unsigned>(steps * kWheelStep)),
-       MakeLParam(point.x(), point.y()));
+  const int delta = steps > 0 ? kWheelStep : -kWheelStep;
+  for (int step = 0; step < std::abs(steps); ++step) {
+    Tell(WM_MOUSEWHEEL, MakeWParam(keys, static_cast<unsigned>(delta)), MakeLParam(point.x(), point.y()));
+  }
 }
 
 bool WindowWidget::InDialog() const {
@@ -111,7 +115,9 @@ bool WindowWidget::InDialog() const {
   return top != nullptr && top->kind == WindowKind::kDialog;
 }
 
-bool WindowWidget::focusNextPrevChild(bool next) { return InDialog() && QWidget::focusNextPrevChild(next); }
+bool WindowWidget::focusNextPrevChild(bool next) {
+  return InDialog() && QWidget::focusNextPrevChild(next);
+}
 
 void WindowWidget::keyPressEvent(QKeyEvent* event) {
   const unsigned pressed = KeyOf(*event);

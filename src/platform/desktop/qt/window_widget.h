@@ -17,9 +17,11 @@ class WindowWidget : public QWidget {
   void Mark(const QRegion& region, bool erase);
   void PaintNow(const QRegion& region);
   TimerSet& Timers() { return timers; }
+  // The window's icon by picture name (null for none), loaded once the window has been seen: it can wait.
+  void ShowIconLater(const char* name) { waitingIcon = name; }
+  // The window, or the frame around it, was painted.
+  void NoteSeen();
   const QRegion& Marked() const { return marked; }
-  // Asks the procedure for the bounds of the window's size.
-  void ApplySizeBounds();
 
  protected:
   bool event(QEvent* event) override;
@@ -50,4 +52,5 @@ class WindowWidget : public QWidget {
   TimerSet timers{*this};
   int wheelRest = 0;
   bool active = false;
+  const char* waitingIcon = nullptr;
 };

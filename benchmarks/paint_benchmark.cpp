@@ -1,0 +1,171 @@
+// paint_benchmark: what one full repaint costs, of a day list with 40 rows and of the whole main window, each
+// beside the limit of 60 repaints a second. Draws into memory, so that it needs no display and measures the
+// program's own work. Exits with 1 when a limit is exceeded.
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "calendar/calendar_pane.h"
+#include "calendar/day_list.h"
+#include "core/categories.h"
+#include "framework/animations.h"
+#include "platform/desktop/application.h"
+#include "resources/resources.h"
+#include "shell/application.h"
+#include "shell/frame_metrics.h"
+
+namespace {
+
+constexpr int kRows = 40;
+constexpr int kListWidth = 290;
+constexpr int kRounds = 300;
+constexpr double kLimit = 1e6 / 60;  // microseconds
+constexpr int kStartMs = 300;        // what the program does at its start is over by then
+constexpr core::Date kDay{14, 3, 2004};
+
+bool exceeded = false;
+
+[[noreturn]] void Fail(const char* what) {
+  std::fprintf(stderr, "%s failed\n", what);
+  std::exit(2);
+}
+
+// The scratch folder, with the settings and the calendar.
+std::string MakeFolder() {
+  std::string folder = (std::filesystem::temp_directory_path() / "daybrix-paint-XXXXXX").string();
+  if (mkdtemp(folder.data()) == nullptr) Fail("mkdtemp");
+  return folder;
+}
+
+// A busy day: forty appointments, some with marks, some for the whole day.
+void MakeCalendar(core::RecordFile& file) {
+  core::HeaderBlock header;
+  core::InitHeaderBlock(header, "Calendar", "Organizer", 1);
+  if (!file.Create(header, core::DefaultCategories(), sizeof(core::Appointment))) Fail("create");
+  for (int i = 0; i < kRows; ++i) {
+    core::Appointment record{};
+    core::InitRecordHeader(record.header, sizeof record, header);
+    record.date = kDay;
+    core::TimeOfDay start{};
+    core::TimeFromSlot(96 + 3 * i, start);
+    record.startTime = start;
+    record.endTime = start;
+    record.allDay = i % 8 == 0 ? 1 : 0;
+    record.alarmOn = i % 3 == 0 ? 1 : 0;
+    record.header.confidential = i % 5 == 0 ? 1 : 0;
+    core::WriteText(record.subject, "Appointment with a subject of its own, number " + std::to_string(i));
+    core::WriteText(record.header.category, "Calls");
+    if (file.AddRecord(&record) != core::Result::kDone) Fail("add");
+  }
+}
+
+template <typename Paint>
+void Measure(const char* name, Paint paint) {
+  std::vector<double> times;
+  paint();
+  for (int i = 0; i < kRounds; ++i) {
+    const auto begin = std::chrono::steady_clock::now();
+    paint();
+    times.push_back(
+        std::chrono::duration<double, std::micro>(std::chrono::steady_clock::now() - begin).count());
+  }
+  std::nth_element(times.begin(), times.begin() + kRounds / 2, times.end());
+  const double median = times[kRounds / 2];
+  std::printf("%-34s %10.1f us %10.0f a second   limit %.0f a second  %s\n", name, median, 1e6 / median,
+              1e6 / kLimit, median <= kLimit ? "ok" : "OVER");
+  exceeded = exceeded || median > kLimit;
+}
+
+// A list as tall as its forty rows.
+class ListHost : public ZarfWnd {
+ public:
+  int PreCreate(char*, DWORD* style, int placement[4]) override {
+    *style = WS_POPUP | WS_VISIBLE;
+    placement[2] = kListWidth;
+    placement[3] = kRows * DayRowHeight();
+    return 0;
+  }
+};
+
+class CountingList : public DayList {
+ public:
+  CountingList() : DayList(1) {}
+  void DrawRecordCell(core::RecordFile& calendar, core::RecordQuery& shown, HDC hdc, COLORREF colour,
+                      int index, int state, const RECT& rect) override {
+    ++drawn;
+    DayList::DrawRecordCell(calendar, shown, hdc, colour, index, state, rect);
+  }
+  int drawn = 0;
+};
+
+void MeasureList(core::RecordFile& file) {
+  ListHost host;
+  CountingList list;
+  core::RecordQuery query;
+  query.AddMatchAll();
+  if (!query.Run(file) || !host.Create(nullptr) || !list.Create(&host)) Fail("list");
+  list.SetFile(&file, &query);
+  list.SetItemCount(kRows);
+  list.Move(0, 0, kListWidth, kRows * DayRowHeight(), 1);
+  list.SelectItem(3);
+  WaitMs(kStartMs);  // until the window is there to be painted
+  const HWND rows = WindowFromPoint(ClientToScreen(list.Handle(), {10, 10}));
+  if (rows == nullptr || list.ItemCount() != kRows) Fail("rows");
+  list.drawn = 0;
+  Measure("day list of 40 rows", [rows] { RepaintWindow(rows); });
+  if (list.drawn != kRows * (kRounds + 1)) Fail("painting all rows");
+}
+
+// The program, which measures its own window once it is up, and ends.
+class MeasuringProgram : public CalendarPane {
+ public:
+  LRESULT OnAfterCreate(const MessageRecord& record) override {
+    const LRESULT result = CalendarPane::OnAfterCreate(record);
+    SetTimer(hwnd, kMeasureTimer, kStartMs);
+    return result;
+  }
+  LRESULT OnTimer(const MessageRecord& record) override {
+    if (record.wParam != kMeasureTimer) return CalendarPane::OnTimer(record);
+    KillTimer(hwnd, kMeasureTimer);
+    // A new size marks every window in it, so that the repaint is a whole one; this is also what sizing does.
+    Measure("main window, sized and repainted", [this, grown = false]() mutable {
+      grown = !grown;
+      MoveWindow(hwnd, 0, 0, kLargeFrame.cx - (grown ? 0 : 1), kLargeFrame.cy - (grown ? 0 : 1));
+      RepaintWindow(hwnd);
+    });
+    Post(WM_CLOSE, 0, 0);
+    return 0;
+  }
+
+ private:
+  static constexpr UINT kMeasureTimer = 9999;
+};
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  const std::string folder = MakeFolder();
+  setenv("QT_QPA_PLATFORM", "offscreen", 1);
+  setenv("DAYBRIX_CLOCK", "2004-03-14T10:43:12", 1);
+  setenv("DAYBRIX_FOLDER", folder.c_str(), 1);
+  setenv("XDG_RUNTIME_DIR", folder.c_str(), 1);
+  if (!StartDesktop(argc, argv)) return 2;
+  RegisterResources();
+  const std::string path = folder + "/busy.cld";
+  {
+    core::RecordFile file(path, "");
+    MakeCalendar(file);
+    MeasureList(file);
+  }
+  {
+    MeasuringProgram program;
+    if (RunApplication(program, path) != 0) Fail("program");
+  }
+  StopDesktop();
+  std::filesystem::remove_all(folder);
+  return exceeded ? 1 : 0;
+}

@@ -1,0 +1,106 @@
+#include "controls/tabs.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "controls/tabs_geometry.h"
+#include "framework/drawing.h"
+#include "framework/fonts.h"
+#include "framework/services.h"
+#include "platform/desktop/cursor.h"
+
+namespace {
+
+constexpr std::size_t kCaptionSize = 255;  // with the zero byte
+constexpr int kFootHeight = 3;             // of the strip that joins the tabs to what is below
+constexpr int kShade = 40;
+
+}  // namespace
+
+TTabsWnd::TTabsWnd(int newCommandId, COLORREF newBackground, int newTabWidth, COLORREF newFurtherColour)
+    : commandId(newCommandId),
+      background(newBackground),
+      tabWidth(newTabWidth),
+      furtherColour(newFurtherColour) {}
+
+bool TTabsWnd::AddTab(int tabId, const char* caption, COLORREF faceColour, COLORREF textColour) {
+  if (tabs.size() >= kMaxTabs) return false;
+  tabs.push_back({tabId, std::string(caption, strnlen(caption, kCaptionSize - 1)), faceColour, textColour});
+  Invalidate(nullptr, 0);
+  return true;
+}
+
+bool TTabsWnd::SelectTab(int tabId, bool repaint) {
+  const auto found =
+      std::find_if(tabs.begin(), tabs.end(), [tabId](const Tab& tab) { return tab.id == tabId; });
+  const auto index = static_cast<int>(found - tabs.begin());
+  if (found == tabs.end() || index == selected) return false;
+  selected = index;
+  if (repaint) Invalidate(nullptr, 0);
+  return true;
+}
+
+int TTabsWnd::PrepareClass(WNDCLASS* windowClass) {
+  windowClass->className = "TTabsWnd";
+  windowClass->background = RGB(255, 255, 255);
+  windowClass->cursor = nullptr;
+  return 0;
+}
+
+LRESULT TTabsWnd::OnCreate(const MessageRecord&) {
+  cursor = LoadCursor(IDC_ARROW);
+  return 0;
+}
+
+void TTabsWnd::Paint(HDC hdc, const RECT& client) const {
+  hdc->FillRect(client, background);
+  hdc->SelectFont(GetFont(FontSmall, 700));
+  for (int index = 0; index < static_cast<int>(tabs.size()); ++index) {
+    const Tab& tab = tabs[static_cast<std::size_t>(index)];
+    const RECT rect = TabRect(client, tabWidth, index, index == selected);
+    hdc->FillRect(rect, tab.face);
+    hdc->SetTextColor(tab.text);
+    hdc->DrawText(tab.caption.c_str(), {rect.left, rect.top, rect.right, rect.bottom - kFootHeight},
+                  DT_SINGLELINE | DT_CENTER | DT_VCENTER);
+  }
+  if (tabs.empty()) return;
+  const COLORREF face = tabs[static_cast<std::size_t>(selected)].face;
+  const int footTop = client.bottom - kFootHeight;
+  hdc->FillRect({client.left, footTop, client.right, client.bottom}, face);
+  hdc->SetPenColor(Darken(face, kShade));
+  Line(hdc, TabRect(client, tabWidth, selected, true).right - 1, footTop, client.right, footTop);
+}
+
+void TTabsWnd::OnPaint(HDC hdc, PAINTSTRUCT) {
+  RECT client;
+  GetClientRect(&client);
+  Paint(hdc, client);
+}
+
+int TTabsWnd::TabAtPoint(LPARAM point) {
+  RECT client;
+  GetClientRect(&client);
+  return TabAt(client, tabWidth, static_cast<int>(tabs.size()), selected, PointFromLParam(point));
+}
+
+LRESULT TTabsWnd::OnSetCursor(const MessageRecord&) {
+  SetCursor(cursor);
+  return 1;
+}
+
+LRESULT TTabsWnd::OnMouseMove(const MessageRecord& record) {
+  cursor = LoadCursor(TabAtPoint(record.lParam) != -1 ? "CUR_HAND1" : IDC_ARROW);
+  SetCursor(cursor);
+  return 0;
+}
+
+LRESULT TTabsWnd::OnLButtonDown(const MessageRecord& record) {
+  const int index = TabAtPoint(record.lParam);
+  if (index == -1 || index == selected) return 0;
+  selected = index;
+  RedrawNow();
+  PostMessage(Parent(), WM_COMMAND, MakeWParam(static_cast<unsigned>(commandId), 0),
+              tabs[static_cast<std::size_t>(index)].id);
+  PlaySound("select.wav");
+  return 0;
+}

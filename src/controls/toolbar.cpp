@@ -1,0 +1,197 @@
+#include "controls/toolbar.h"
+
+#include <string>
+
+#include "controls/toolbar_geometry.h"
+#include "framework/drawing.h"
+#include "framework/fonts.h"
+#include "framework/pane.h"
+#include "platform/desktop/tip.h"
+#include "resources/strings.h"
+
+namespace {
+
+constexpr UINT kHoverTimer = 100;
+constexpr int kHoverMs = 300;
+constexpr int kTicksBeforeTip = 2;
+
+constexpr int kFaceShade = 10;
+constexpr int kFaceOverhang = 2;  // of the face to the left of its button
+constexpr int kIconTop = 3;
+constexpr int kCaptionLeft = 22;
+constexpr int kTipGap = 4;
+
+constexpr COLORREF kClassGrey = RGB(128, 128, 128);
+
+std::unique_ptr<Bitmap> LoadIcon(int iconId) {
+  return Bitmap::Load(("tool_" + std::to_string(iconId)).c_str());
+}
+
+}  // namespace
+
+bool ZarfToolBar::AddButton(int commandId, int iconId, int captionStringId, int tipStringId, int kind) {
+  if (buttons.size() >= kMaxButtons) return false;
+  buttons.push_back({commandId, iconId, captionStringId, tipStringId, kind, nullptr});
+  if (IsWindow(hwnd)) {
+    buttons.back().icon = LoadIcon(iconId);
+    Invalidate(nullptr, 0);
+  }
+  return true;
+}
+
+int ZarfToolBar::ButtonRect(int commandId, RECT* rect) {
+  RECT client;
+  GetClientRect(&client);
+  for (int index = 0; index < static_cast<int>(buttons.size()); ++index) {
+    if (buttons[static_cast<std::size_t>(index)].commandId != commandId) continue;
+    *rect = ToolButtonRect(Height(client), index);
+    return index;
+  }
+  return -1;
+}
+
+int ZarfToolBar::ButtonAt(LPARAM point) {
+  RECT client;
+  GetClientRect(&client);
+  return ToolButtonAt(Height(client), static_cast<int>(buttons.size()), PointFromLParam(point));
+}
+
+int ZarfToolBar::PrepareClass(WNDCLASS* windowClass) {
+  windowClass->className = "ZarfToolBar";
+  windowClass->background = kClassGrey;
+  return 0;
+}
+
+LRESULT ZarfToolBar::OnCreate(const MessageRecord&) {
+  background = Bitmap::Load("tbar1");
+  cornerPicture = Bitmap::Load("tbar1_corner");
+  for (Button& button : buttons) button.icon = LoadIcon(button.iconId);
+  return 0;
+}
+
+LRESULT ZarfToolBar::OnClose(const MessageRecord&) {
+  if (hoverTimerRuns) KillTimer(hwnd, kHoverTimer);
+  hoverTimerRuns = false;
+  return 0;
+}
+
+void ZarfToolBar::PaintButton(HDC hdc, const RECT& rect, const Button& button, State state) const {
+  const ZarfPane* pane = CurrentPane();
+  if (state != State::kNone) {
+    const RECT face{rect.left - kFaceOverhang, rect.top, rect.right, rect.bottom};
+    hdc->FillRect(face, Darken(pane != nullptr ? pane->Colours().accent : kClassGrey, kFaceShade));
+    const COLORREF outline = state == State::kHot ? RGB(0, 0, 0) : RGB(255, 255, 255);
+    Frame3D(hdc, face, outline, outline);
+  }
+  if (button.icon != nullptr) hdc->DrawBitmap(*button.icon, rect.left, rect.top + kIconTop);
+  hdc->SelectFont(GetFont(FontSmall, 400));
+  hdc->SetTextColor(pane != nullptr ? pane->Colours().stripText : RGB(255, 255, 255));
+  hdc->DrawText(resources::FindText(button.captionStringId),
+                {rect.left + kCaptionLeft, rect.top, rect.right, rect.bottom}, DT_SINGLELINE | DT_VCENTER);
+}
+
+void ZarfToolBar::Paint(HDC hdc, const RECT& client) const {
+  if (background != nullptr) hdc->StretchBitmap(*background, client);
+  if (cornerPicture != nullptr) hdc->DrawBitmap(*cornerPicture, client.left, client.top);
+  for (int index = 0; index < static_cast<int>(buttons.size()); ++index) {
+    PaintButton(hdc, ToolButtonRect(Height(client), index), buttons[static_cast<std::size_t>(index)],
+                index == activeIndex ? activeState : State::kNone);
+  }
+}
+
+void ZarfToolBar::OnPaint(HDC hdc, PAINTSTRUCT) {
+  RECT client;
+  GetClientRect(&client);
+  Paint(hdc, client);
+}
+
+bool ZarfToolBar::SetActive(int index, State state) {
+  if (index == activeIndex && state == activeState) return false;
+  activeIndex = index;
+  activeState = state;
+  hoverTicks = 0;
+  Invalidate(nullptr, 0);
+  return true;
+}
+
+LRESULT ZarfToolBar::WindowProc(const MessageRecord& record) {
+  // Losing the mouse to another window counts as letting go elsewhere.
+  if (record.message == WM_CAPTURECHANGED && press == Press::kHeld) LetGo();
+  return ZarfWnd::WindowProc(record);
+}
+
+LRESULT ZarfToolBar::OnLButtonDown(const MessageRecord& record) {
+  const int index = ButtonAt(record.lParam);
+  // The click that closes a button's menu must not open it again.
+  if (index == -1 || press != Press::kNone) return 0;
+  press = Press::kHeld;
+  SetActive(index, State::kPressed);
+  Update();
+  SetCapture(hwnd);
+  return 0;
+}
+
+LRESULT ZarfToolBar::OnMouseMove(const MessageRecord& record) {
+  if (press == Press::kTelling) return 0;
+  const int index = ButtonAt(record.lParam);
+  if (press == Press::kHeld) {
+    SetActive(activeIndex, index == activeIndex ? State::kPressed : State::kHot);
+    return 0;
+  }
+  if (!hoverTimerRuns) SetTimer(hwnd, kHoverTimer, kHoverMs);
+  hoverTimerRuns = true;
+  SetActive(index, index != -1 ? State::kHot : State::kNone);
+  return 0;
+}
+
+LRESULT ZarfToolBar::OnLButtonUp(const MessageRecord& record) {
+  if (press != Press::kHeld) return 0;
+  const HWND self = hwnd;
+  const int index = ButtonAt(record.lParam);
+  if (index != -1 && index == activeIndex) {
+    Tell(buttons[static_cast<std::size_t>(index)]);
+    if (!IsWindow(self)) return 0;  // the command took the toolbar away
+  }
+  LetGo();
+  return 0;
+}
+
+// The button stays drawn pressed meanwhile, but the mouse is free for the menu or the box that may open.
+void ZarfToolBar::Tell(const Button& button) {
+  const WPARAM command = MakeWParam(static_cast<unsigned>(button.commandId), 0);
+  if (button.kind != kMenuToolButton) {
+    PostMessage(Parent(), WM_COMMAND, command, 0);
+    return;
+  }
+  press = Press::kTelling;
+  if (SetActive(activeIndex, State::kPressed)) Update();
+  if (GetCapture() == hwnd) ReleaseCapture();
+  SendMessage(Parent(), WM_COMMAND, command, 0);
+}
+
+void ZarfToolBar::LetGo() {
+  press = Press::kNone;
+  SetActive(-1, State::kNone);
+  if (GetCapture() == hwnd) ReleaseCapture();
+}
+
+LRESULT ZarfToolBar::OnTimer(const MessageRecord& record) {
+  if (record.wParam != kHoverTimer || !hoverTimerRuns || press != Press::kNone) return 0;
+  RECT place;
+  GetWindowRect(hwnd, &place);
+  if (Contains(place, GetCursorPos())) {
+    if (activeIndex != -1 && ++hoverTicks == kTicksBeforeTip)
+      ShowTipOf(buttons[static_cast<std::size_t>(activeIndex)]);
+    return 0;
+  }
+  KillTimer(hwnd, kHoverTimer);
+  hoverTimerRuns = false;
+  SetActive(-1, State::kNone);
+  return 0;
+}
+
+void ZarfToolBar::ShowTipOf(const Button& button) {
+  RECT rect;
+  ButtonRect(button.commandId, &rect);
+  ShowTip(hwnd, {rect.left, rect.bottom + kTipGap}, resources::FindText(button.tipStringId));
+}

@@ -1,0 +1,94 @@
+#include "framework/link_button.h"
+
+#include <cstring>
+
+#include "framework/drawing.h"
+#include "framework/fonts.h"
+#include "platform/desktop/cursor.h"
+#include "resources/strings.h"
+
+namespace {
+
+constexpr std::size_t kCaptionSize = 255;  // with the zero byte
+
+}  // namespace
+
+ZarfClassLinkButton::ZarfClassLinkButton(int newCommandId, const Look& newLook, const char* newCaption,
+                                         int newCaptionStringId, UINT newFormat)
+    : commandId(newCommandId),
+      look(newLook),
+      caption(newCaption, strnlen(newCaption, kCaptionSize - 1)),
+      captionStringId(newCaptionStringId),
+      format(newFormat) {}
+
+int ZarfClassLinkButton::PrepareClass(WNDCLASS* windowClass) {
+  windowClass->className = "ZarfClassLinkButton";
+  windowClass->background = kButtonFace;
+  windowClass->cursor = nullptr;
+  return 0;
+}
+
+void ZarfClassLinkButton::Paint(HDC hdc, const RECT& client) const {
+  hdc->FillRect(client, look.background);
+  hdc->SelectFont(GetFont(FontSans, 400));
+  hdc->SetTextColor(hot ? look.hotText : look.text);
+  hdc->DrawText(captionStringId != -1 ? resources::FindText(captionStringId) : caption.c_str(), client,
+                format);
+}
+
+void ZarfClassLinkButton::OnPaint(HDC hdc, PAINTSTRUCT) {
+  RECT client;
+  GetClientRect(&client);
+  Paint(hdc, client);
+}
+
+LRESULT ZarfClassLinkButton::WindowProc(const MessageRecord& record) {
+  if (record.message == WM_CAPTURECHANGED) LetGo();
+  return ZarfWnd::WindowProc(record);
+}
+
+LRESULT ZarfClassLinkButton::OnSetCursor(const MessageRecord&) {
+  SetCursor(LoadCursor("CUR_HAND1"));
+  return 1;
+}
+
+LRESULT ZarfClassLinkButton::OnLButtonDown(const MessageRecord&) {
+  if (captured) return 0;
+  captured = true;
+  SetHot(true);
+  SetCapture(hwnd);
+  return 0;
+}
+
+LRESULT ZarfClassLinkButton::OnMouseMove(const MessageRecord& record) {
+  if (captured) SetHot(Inside(record.lParam));
+  return 0;
+}
+
+LRESULT ZarfClassLinkButton::OnLButtonUp(const MessageRecord& record) {
+  if (!captured) return 0;
+  LetGo();
+  if (Inside(record.lParam)) {
+    PostMessage(Parent(), WM_COMMAND, MakeWParam(static_cast<unsigned>(commandId), 0), 0);
+  }
+  return 0;
+}
+
+void ZarfClassLinkButton::SetHot(bool newHot) {
+  if (newHot == hot) return;
+  hot = newHot;
+  Invalidate(nullptr, 0);
+}
+
+bool ZarfClassLinkButton::Inside(LPARAM point) {
+  RECT client;
+  GetClientRect(&client);
+  return Contains(client, PointFromLParam(point));
+}
+
+void ZarfClassLinkButton::LetGo() {
+  if (!captured) return;
+  captured = false;
+  SetHot(false);
+  if (GetCapture() == hwnd) ReleaseCapture();
+}

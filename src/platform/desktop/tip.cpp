@@ -1,0 +1,13 @@
+#include "platform/desktop/tip.h"
+
+#include <QToolTip>
+#include <QWidget>
+
+#include "platform/desktop/qt/window_table.h"
+
+void ShowTip(HWND window, POINT point, const char* text) {
+  const WindowEntry* entry = FindWindowEntry(window);
+  if (entry == nullptr) return;
+  QToolTip::showText(entry->widget->mapToGlobal(QPoint(point.x, point.y)), TextFromCodePage(text),
+                     entry->widget);
+}

@@ -1,0 +1,130 @@
+#include "shell/intro_pane.h"
+
+#include <string>
+
+#include "framework/drawing.h"
+#include "framework/fonts.h"
+#include "shell/application.h"
+#include "shell/main_frame.h"
+
+namespace {
+
+constexpr UINT kFrameTimer = 100;
+constexpr int kFrameMs = 4000;
+constexpr RECT kFramePlace = {10, 154, 80, 204};  // of the frames, in the picture
+
+constexpr int kStripHeight = 26;
+constexpr int kStripTextLeft = 15;
+constexpr SIZE kTallPictureSize = {140, 250};
+constexpr SIZE kWidePictureSize = {311, 86};
+
+std::unique_ptr<Bitmap> LoadPicture(int id) {
+  return Bitmap::Load(std::to_string(id).c_str());
+}
+
+}  // namespace
+
+IntroPicture::IntroPicture(int newPictureId, COLORREF newBackground)
+    : pictureId(newPictureId), background(newBackground) {}
+
+LRESULT IntroPicture::OnCreate(const MessageRecord&) {
+  picture = LoadPicture(pictureId);
+  if (pictureId != kAnimatedPicture) return 0;
+  for (int number = 0; number < kLastFrame; ++number) frames[number] = LoadPicture(pictureId + 1 + number);
+  return 0;
+}
+
+void IntroPicture::InvalidateFrame() {
+  Invalidate(&kFramePlace, 0);
+}
+
+void IntroPicture::Paint(HDC hdc, const RECT& client) const {
+  if (background != kNoColour) hdc->FillRect(client, background);
+  if (picture != nullptr) hdc->DrawBitmap(*picture, 0, 0);
+  const Bitmap* over = frame >= 1 && frame <= kLastFrame ? frames[frame - 1].get() : nullptr;
+  if (over != nullptr) hdc->DrawBitmap(*over, kFramePlace.left, kFramePlace.top);
+  Line(hdc, client.left, client.bottom - 1, client.right, client.bottom - 1);
+  Line(hdc, client.right - 1, client.top, client.right - 1, client.bottom);
+}
+
+void IntroPicture::OnPaint(HDC hdc, PAINTSTRUCT) {
+  RECT client;
+  GetClientRect(&client);
+  Paint(hdc, client);
+}
+
+ZarfIntroPane::ZarfIntroPane(const char* newName, const PaneColours& newColours, const Look& newLook)
+    : ZarfPane(newName, newColours), look(newLook), picture(newLook.pictureId, newLook.pictureBackground) {}
+
+LRESULT ZarfIntroPane::OnCreate(const MessageRecord&) {
+  strip = Bitmap::Load("tbar2");
+  stripCorner = Bitmap::Load("tbar2_corner");
+  return picture.Create(this) ? 0 : -1;
+}
+
+LRESULT ZarfIntroPane::OnSize(const MessageRecord&) {
+  RECT client;
+  GetClientRect(&client);
+  const bool tall = look.layout == Layout::kTallPicture;
+  largeTextRect = tall ? RECT{150, 35, client.right, 54} : RECT{10, 130, client.right, 160};
+  const SIZE size = tall ? kTallPictureSize : kWidePictureSize;
+  picture.Move(client.left, client.top + kStripHeight, size.cx, size.cy, 1);
+  return 0;
+}
+
+void ZarfIntroPane::Paint(HDC hdc, const RECT& client) const {
+  hdc->FillRect(client, Colours().background);
+  const RECT stripRect{client.left, client.top, client.right, client.top + kStripHeight};
+  if (strip != nullptr) hdc->StretchBitmap(*strip, stripRect);
+  if (stripCorner != nullptr) hdc->DrawBitmap(*stripCorner, client.left, client.top);
+  const std::string& program = TheApp().ModuleName();
+  hdc->SelectFont(GetFont(FontSmall, 700));
+  hdc->SetTextColor(Colours().stripText);
+  hdc->DrawText(program.c_str(),
+                {client.left + kStripTextLeft, stripRect.top, stripRect.right, stripRect.bottom},
+                DT_SINGLELINE | DT_VCENTER);
+  hdc->SelectFont(GetFont(FontArial, 700));
+  hdc->SetTextColor(look.largeText);
+  hdc->DrawText(program.c_str(), largeTextRect, DT_LEFT);
+}
+
+void ZarfIntroPane::OnPaint(HDC hdc, PAINTSTRUCT) {
+  RECT client;
+  GetClientRect(&client);
+  Paint(hdc, client);
+}
+
+bool ZarfIntroPane::OnEnter() {
+  if (!look.animated || picture.Frame() != 0 || timerRuns) return true;
+  SetTimer(hwnd, kFrameTimer, kFrameMs);
+  timerRuns = true;
+  return true;
+}
+
+LRESULT ZarfIntroPane::OnTimer(const MessageRecord& record) {
+  if (record.wParam != kFrameTimer || !timerRuns) return 0;
+  if (picture.Frame() == IntroPicture::kLastFrame) {
+    StopTimer();
+    return 0;
+  }
+  picture.SetFrame(picture.Frame() + 1);
+  picture.InvalidateFrame();
+  return 0;
+}
+
+void ZarfIntroPane::StopTimer() {
+  if (timerRuns) KillTimer(hwnd, kFrameTimer);
+  timerRuns = false;
+}
+
+bool ZarfIntroPane::CanLeave() {
+  StopTimer();
+  picture.SetFrame(IntroPicture::kLastFrame);
+  return true;
+}
+
+LRESULT ZarfIntroPane::OnClose(const MessageRecord&) {
+  StopTimer();
+  if (IsWindow(picture.Handle())) picture.Destroy();
+  return 0;
+}

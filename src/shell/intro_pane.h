@@ -1,0 +1,79 @@
+// The title page of the program: a pane with a strip that carries the program's name, the name in large
+// letters and a picture, parts of which may change every few seconds until the page has told its story once.
+#pragma once
+
+#include <memory>
+
+#include "framework/pane.h"
+#include "platform/desktop/bitmap.h"
+
+// The picture, at its own size, on a window of its own.
+class IntroPicture : public ZarfWnd {
+ public:
+  // The picture with this number that has further frames, the numbers that follow it.
+  static constexpr int kAnimatedPicture = 4000;
+  static constexpr int kLastFrame = 3;
+
+  // `newPictureId` names the picture; `newBackground` kNoColour leaves the ground to the window class.
+  IntroPicture(int newPictureId, COLORREF newBackground);
+
+  // 0 to kLastFrame; from 1 on a frame of an animated picture lies over its lower part.
+  int Frame() const { return frame; }
+  void SetFrame(int newFrame) { frame = newFrame; }
+  // Marks the part that frames change to be painted.
+  void InvalidateFrame();
+  // Draws it into `client`.
+  void Paint(HDC hdc, const RECT& client) const;
+
+  LRESULT OnCreate(const MessageRecord& record) override;
+  void OnPaint(HDC hdc, PAINTSTRUCT paint) override;
+
+ private:
+  const int pictureId;
+  const COLORREF background;
+  int frame = 0;
+  // From the creation of the window on.
+  std::unique_ptr<Bitmap> picture;
+  std::unique_ptr<Bitmap> frames[kLastFrame];
+};
+
+class ZarfIntroPane : public ZarfPane {
+ public:
+  // Where the picture and the large name are: a tall picture at the left, or a wide one with the name below.
+  enum class Layout { kTallPicture = 1, kWidePicture = 2 };
+  struct Look {
+    Layout layout;
+    bool animated;
+    int pictureId;
+    COLORREF pictureBackground;
+    COLORREF largeText;
+  };
+
+  ZarfIntroPane(const char* newName, const PaneColours& newColours, const Look& newLook);
+
+  const IntroPicture& Picture() const { return picture; }
+  bool TimerRuns() const { return timerRuns; }
+  // Draws the page, without the picture, into `client`.
+  void Paint(HDC hdc, const RECT& client) const;
+
+  LRESULT OnCreate(const MessageRecord& record) override;
+  LRESULT OnSize(const MessageRecord& record) override;
+  LRESULT OnTimer(const MessageRecord& record) override;
+  LRESULT OnClose(const MessageRecord& record) override;
+  void OnPaint(HDC hdc, PAINTSTRUCT paint) override;
+  // Ends the changing of the picture for good.
+  bool CanLeave() override;
+  // Begins it, the first time.
+  bool OnEnter() override;
+
+ private:
+  void StopTimer();
+
+  const Look look;
+  IntroPicture picture;
+  RECT largeTextRect;
+  bool timerRuns = false;
+  // From the creation of the window on.
+  std::unique_ptr<Bitmap> strip;
+  std::unique_ptr<Bitmap> stripCorner;
+};

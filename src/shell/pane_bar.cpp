@@ -1,0 +1,87 @@
+#include "shell/pane_bar.h"
+
+#include "framework/pane.h"
+#include "platform/desktop/device_context.h"
+#include "platform/desktop/font.h"
+#include "shell/commands.h"
+#include "shell/frame_metrics.h"
+#include "shell/pane_bar_geometry.h"
+#include "shell/skins.h"
+
+namespace {
+
+constexpr FontSpec kCaptionFont = {"Verdana", -9, 700, false};
+constexpr int kCaptionDrop = 3;
+constexpr COLORREF kCaptionColour = RGB(255, 255, 255);
+
+}  // namespace
+
+ZarfPaneBar::~ZarfPaneBar() {
+  if (captionFont != nullptr) DeleteFont(captionFont);
+}
+
+int ZarfPaneBar::PrepareClass(WNDCLASS* windowClass) {
+  windowClass->className = "ZarfPaneBar";
+  windowClass->background = kNoColour;
+  return 0;
+}
+
+LRESULT ZarfPaneBar::OnCreate(const MessageRecord&) {
+  upPicture = Bitmap::Load("section_button_up");
+  downPicture = Bitmap::Load("section_button_down");
+  captionFont = CreateFont(kCaptionFont);
+  return 0;
+}
+
+void ZarfPaneBar::PaintSection(HDC hdc, const RECT& rect, const char* caption, bool pressed) const {
+  const Bitmap* picture = pressed ? downPicture.get() : upPicture.get();
+  if (picture != nullptr) hdc->DrawBitmap(*picture, rect.left, rect.top);
+  hdc->SelectFont(captionFont);
+  hdc->SetTextColor(kCaptionColour);
+  hdc->DrawText(caption, {rect.left, rect.top + kCaptionDrop, rect.right, rect.bottom},
+                DT_SINGLELINE | DT_CENTER | DT_VCENTER);
+}
+
+void ZarfPaneBar::Paint(HDC hdc, const RECT& client) const {
+  const SkinRecord& skin = *GetSkin();
+  if (skin.subTitle != nullptr) {
+    // As wide as the whole window, so that it goes on where the title band ends.
+    hdc->StretchBitmap(*skin.subTitle,
+                       {client.left - kFrameX, client.top, client.right + kFrameX, client.bottom});
+  } else {
+    hdc->FillRect(client, skin.colorBack);
+  }
+  const int shown = clicked != -1 ? clicked : CurrentPaneIndex();
+  int index = 0;
+  for (const ZarfPane* pane : PaneList()) {
+    PaintSection(hdc, SectionRect(Height(client), index), pane->Name(), index == shown);
+    ++index;
+  }
+}
+
+void ZarfPaneBar::OnPaint(HDC hdc, PAINTSTRUCT) {
+  RECT client;
+  GetClientRect(&client);
+  Paint(hdc, client);
+}
+
+LRESULT ZarfPaneBar::OnLButtonDown(const MessageRecord& record) {
+  RECT client;
+  GetClientRect(&client);
+  const int index = SectionAt(Height(client), PaneCount(), PointFromLParam(record.lParam));
+  if (index == -1 || index == CurrentPaneIndex() || clicked != -1) return 0;
+  // Turning to a pane takes its time; the button answers at once.
+  clicked = index;
+  RedrawNow();
+  const HWND self = hwnd;
+  SendMessage(Parent(), WM_COMMAND, ID_PANE, index);
+  if (!IsWindow(self)) return 0;
+  clicked = -1;
+  if (CurrentPaneIndex() != index) Invalidate(nullptr, 0);  // the frame stays where it is
+  return 0;
+}
+
+LRESULT ZarfPaneBar::OnRButtonDown(const MessageRecord& record) {
+  const POINT point = ScreenToClient(Parent(), ClientToScreen(hwnd, PointFromLParam(record.lParam)));
+  return SendMessage(Parent(), WM_RBUTTONDOWN, record.wParam, MakeLParam(point.x, point.y));
+}

@@ -1,0 +1,34 @@
+// The bar at the top of the frame with one section button a pane, in the order of the pane list; the current
+// pane's is drawn pressed. A click on another one sends the frame the command that turns to it. The bar never
+// takes the keyboard: the frame has keys for the panes.
+#pragma once
+
+#include <memory>
+
+#include "framework/zarf_wnd.h"
+#include "platform/desktop/bitmap.h"
+
+class ZarfPaneBar : public ZarfWnd {
+ public:
+  ZarfPaneBar() = default;
+  ~ZarfPaneBar() override;
+
+  // Draws the bar into `client`.
+  void Paint(HDC hdc, const RECT& client) const;
+
+  int PrepareClass(WNDCLASS* windowClass) override;
+  LRESULT OnCreate(const MessageRecord& record) override;
+  void OnPaint(HDC hdc, PAINTSTRUCT paint) override;
+  LRESULT OnLButtonDown(const MessageRecord& record) override;
+  // Hands the press to the frame, which has a menu for it.
+  LRESULT OnRButtonDown(const MessageRecord& record) override;
+
+ private:
+  void PaintSection(HDC hdc, const RECT& rect, const char* caption, bool pressed) const;
+
+  // All from the creation of the window on.
+  std::unique_ptr<Bitmap> upPicture;
+  std::unique_ptr<Bitmap> downPicture;
+  HFONT captionFont = nullptr;
+  int clicked = -1;  // the section that is drawn pressed while the frame turns to it; -1: the current pane's
+};

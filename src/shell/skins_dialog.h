@@ -1,0 +1,20 @@
+// The dialog that chooses a skin from all that are in the skins folder when it opens.
+#pragma once
+
+#include <vector>
+
+#include "framework/zarf_dialog.h"
+#include "shell/skins.h"
+
+class SkinsDialog : public ZarfDialog {
+ public:
+  LRESULT OnInitDialog(const MessageRecord& record) override;
+  LRESULT OnCommand(const MessageRecord& record) override;
+
+ private:
+  std::vector<SkinListEntry> skins;  // line by line as in the list box
+};
+
+// Runs the dialog over `owner` (may be null). A choice becomes the current skin, and every running copy is
+// told, this one included.
+void ShowSkinsDialog(ZarfWnd* owner);

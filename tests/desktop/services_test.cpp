@@ -1,0 +1,239 @@
+// Sounds, files to be chosen, help, other programs of the desktop, and the file type.
+#include "framework/services.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdlib>
+
+#include "framework/drawing.h"
+#include "framework/file_type.h"
+#include "framework/shell_services.h"
+#include "platform/desktop/message_box.h"
+#include "platform/system/file.h"
+#include "platform/system/program_folder.h"
+#include "support/desktop_driver.h"
+#include "support/host_window.h"
+#include "support/recording_dc.h"
+#include "support/temporary_folder.h"
+
+namespace tests {
+namespace {
+
+// The program's folder in this process.
+const TemporaryFolder& Folder() {
+  static const TemporaryFolder folder;
+  return folder;
+}
+
+class Services : public testing::Test {
+ protected:
+  // Programs of the desktop are found in a folder where each is a script that writes down its arguments.
+  Services() {
+    setenv("DAYBRIX_FOLDER", Folder().Path().c_str(), 1);
+    EXPECT_EQ(platform::ProgramFolder(), Folder().Path());
+    setenv("PATH", programs.Path().c_str(), 1);
+  }
+  void AddProgram(const std::string& name) {
+    const std::string script = "#!/bin/sh\nfor word; do echo \"$word\"; done >>'" +
+                               programs.Join(name + ".log") + "'\necho . >>'" + programs.Join(name + ".log") +
+                               "'\n";
+    chmod(programs.Write(name, script).c_str(), 0755);
+  }
+  // What a program was called with, one word a line; waits for it.
+  std::string Called(const std::string& name) {
+    const std::string log = name + ".log";
+    driver.WaitUntil([&] { return programs.Read(log).ends_with(".\n"); });
+    const std::string text = programs.Read(log);
+    unlink(programs.Join(log).c_str());
+    return text.size() < 2 ? text : text.substr(0, text.size() - 2);
+  }
+  bool WasCalled(const std::string& name) { return platform::FileExists(programs.Join(name + ".log")); }
+
+  const TemporaryFolder programs;
+  DesktopDriver driver;
+};
+
+TEST_F(Services, SoundsAreSilentWhileSoundIsOffAndOpenNothing) {
+  Folder().Write("add.wav", "RIFF");
+  SetSoundEnabled(0);
+  PlaySound("add.wav");
+  EXPECT_FALSE(platform::FileExists(Folder().Join("add.wav.played")));
+  SetSoundEnabled(1);
+  PlaySound("missing.wav");
+  EXPECT_FALSE(platform::FileExists(Folder().Join("missing.wav.played")));
+  PlaySound("add.wav");
+  EXPECT_TRUE(platform::FileExists(Folder().Join("add.wav.played")));
+}
+
+TEST_F(Services, BuiltInPicturesAreDrawnByNameAndNumber) {
+  HostWindow host;
+  RecordingDc dc;
+  DrawBmpResource(&dc, 3, 4, "mark_bell.bmp");
+  DrawBitmapId(&dc, 5, 6, 2001);
+  StretchBmpResource(&dc, "mark_bell.bmp", {0, 0, 30, 40});
+  ASSERT_EQ(dc.calls.size(), 3u);
+  EXPECT_EQ(dc.calls[0].rect, (RECT{3, 4, 3, 4}));
+  EXPECT_EQ(dc.calls[1].rect, (RECT{5, 6, 5, 6}));
+  EXPECT_EQ(dc.calls[2].bitmap, dc.calls[0].bitmap) << "read once";
+  const auto own = LoadBmpResource("mark_bell");
+  ASSERT_NE(own, nullptr);
+  EXPECT_NE(own.get(), dc.calls[0].bitmap) << "whoever loads a picture may recolour it";
+}
+
+TEST_F(Services, FiltersAreReadWithTheirOwnSeparator) {
+  using Filters = std::vector<FileFilter>;
+  EXPECT_EQ(ParseFileFilter("Tempoline file (*.cld)|*.cld||"),
+            (Filters{{"Tempoline file (*.cld)", {"*.cld"}}}));
+  EXPECT_EQ(ParseFileFilter("Sounds#*.wav;*.mp3#All | files#*.*##"),
+            (Filters{{"Sounds", {"*.wav", "*.mp3"}}, {"All | files", {"*.*"}}}));
+  for (const char* incomplete : {"", "|", "||", "Text||", "|*.txt||"}) {
+    EXPECT_TRUE(ParseFileFilter(incomplete).empty()) << incomplete;
+  }
+}
+
+TEST_F(Services, AFileToSaveGetsItsExtensionAndIsNotOverwrittenUnasked) {
+  const HostWindow host;
+  const TemporaryFolder folder;
+  const char* const filter = "Tempoline file (*.cld)|*.cld||";
+  const auto save = [&](std::string& path) {
+    return FileDialog(kFileDialogSave, filter, "cld", host.Handle(), path, kInProgramFolder);
+  };
+  std::string path = "untouched";
+  driver.ChooseFile("");
+  EXPECT_FALSE(save(path));
+  EXPECT_EQ(path, "untouched");
+  EXPECT_EQ(driver.LastFileKinds(), (std::vector<std::string>{"Tempoline file (*.cld)"}));
+
+  driver.ChooseFile(folder.Join("team"));
+  EXPECT_TRUE(save(path));
+  EXPECT_EQ(path, folder.Join("team.cld"));
+  EXPECT_FALSE(platform::FileExists(path)) << "only chosen, not made";
+
+  folder.Write("there.cld", "x");
+  driver.ChooseFile(folder.Join("there.cld"));
+  driver.AnswerMessageBox("already exists", IDYES);
+  EXPECT_TRUE(save(path));
+  EXPECT_EQ(path, folder.Join("there.cld"));
+  EXPECT_EQ(folder.Read("there.cld"), "x");
+
+  driver.ChooseFile("mine");
+  EXPECT_TRUE(save(path));
+  EXPECT_EQ(path, Folder().Join("mine.cld")) << "begins in the program's folder";
+}
+
+TEST_F(Services, AFileToOpenAndAFolderMustExist) {
+  const HostWindow host;
+  const TemporaryFolder folder;
+  folder.Write("a.cld", "x");
+  std::string path;
+  driver.ChooseFile(folder.Join("a.cld"));
+  EXPECT_TRUE(
+      FileDialog(kFileDialogOpen, "Files (*.cld)|*.cld||", "cld", host.Handle(), path, kInWorksFolder));
+  EXPECT_EQ(path, folder.Join("a.cld"));
+  EXPECT_TRUE(platform::FileExists(Folder().Join("works")));
+
+  path = folder.Path();
+  driver.ChooseFile(folder.Path());
+  EXPECT_TRUE(BrowseFolder(host.Handle(), path));
+  EXPECT_EQ(path, folder.Path());
+  driver.ChooseFile("");
+  EXPECT_FALSE(BrowseFolder(host.Handle(), path));
+}
+
+TEST_F(Services, HelpIsShownByTheDesktopOrSaidToBeMissing) {
+  const HostWindow host;
+  AddProgram("xdg-open");
+  driver.AnswerMessageBox("Help file '" + Folder().Join("Help/calendar.htm") + "'\r\ndoes not exist.", IDOK);
+  OpenHelp("calendar.htm", false);
+  EXPECT_FALSE(WasCalled("xdg-open"));
+  platform::MakeFolder(Folder().Join("Help"));
+  Folder().Write("Help/calendar.htm", "<html>");
+  OpenHelp("calendar.htm", false);
+  EXPECT_EQ(Called("xdg-open"), "file://" + Folder().Join("Help/calendar.htm") + "\n");
+}
+
+TEST_F(Services, WhatIsOpenedIsNeverTakenForAnOption) {
+  AddProgram("xdg-open");
+  const TemporaryFolder folder;
+  folder.Write("-v", "x");
+  folder.Write("a:b c.txt", "x");
+  ASSERT_EQ(chdir(folder.Path().c_str()), 0);
+  ShellOpen("-v");
+  EXPECT_EQ(Called("xdg-open"), "file://" + folder.Join("-v") + "\n");
+  ShellOpen("a:b c.txt");
+  EXPECT_EQ(Called("xdg-open"), "file://" + folder.Join("a:b%20c.txt") + "\n");
+  ShellOpen("https://example.org/a b?c=d");
+  EXPECT_EQ(Called("xdg-open"), "https://example.org/a%20b?c=d\n");
+  ShellOpen("www.example.org");
+  EXPECT_EQ(Called("xdg-open"), "https://www.example.org\n");
+  for (const char* nothing : {"", "--version", "no such file.txt", "mailto", ":"}) ShellOpen(nothing);
+  driver.Wait(100);
+  EXPECT_FALSE(WasCalled("xdg-open"));
+  ASSERT_EQ(chdir("/"), 0);
+}
+
+TEST_F(Services, AMailAddressIsAnAddressAndNothingElse) {
+  AddProgram("xdg-open");
+  MailTo("ann@example.org");
+  EXPECT_EQ(Called("xdg-open"), "mailto:ann@example.org\n");
+  MailTo("a b@example.org?attach=/etc/passwd&cc=x%0A");
+  EXPECT_EQ(Called("xdg-open"), "mailto:a%20b@example.org%3Fattach%3D%2Fetc%2Fpasswd%26cc%3Dx%250A\n");
+  MailTo(nullptr);
+  EXPECT_EQ(Called("xdg-open"), "mailto:\n");
+}
+
+TEST_F(Services, PrintingGoesToThePrinterOrElseToAProgramThatCan) {
+  AddProgram("xdg-open");
+  const std::string file = Folder().Write("report.txt", "x");
+  ShellPrint(file);
+  EXPECT_EQ(Called("xdg-open"), "file://" + file + "\n");
+  AddProgram("lp");
+  ShellPrint(file);
+  EXPECT_EQ(Called("lp"), file + "\n");
+  EXPECT_FALSE(WasCalled("xdg-open"));
+}
+
+TEST_F(Services, TheFileTypeIsWrittenOnceAndOnlyForAProgramInItsPlace) {
+  const HostWindow host;
+  const TemporaryFolder data;
+  setenv("XDG_DATA_HOME", data.Path().c_str(), 1);
+  AddProgram("update-mime-database");
+  AddProgram("update-desktop-database");
+  EXPECT_TRUE(RegisterFileType("cld"));
+  EXPECT_EQ(data.Count(), 0u) << "with a folder of its own the program leaves no traces";
+
+  unsetenv("DAYBRIX_FOLDER");
+  EXPECT_TRUE(RegisterFileType("cld"));
+  EXPECT_EQ(Called("update-mime-database"), data.Join("mime") + "\n");
+  EXPECT_EQ(Called("update-desktop-database"), data.Join("applications") + "\n");
+  const std::string mime = data.Read("mime/packages/tempoline-mime.xml");
+  EXPECT_NE(mime.find("type=\"application/x-daybrix-calendar\""), std::string::npos) << mime;
+  EXPECT_NE(mime.find("\"*.cld\""), std::string::npos);
+  const std::string entry = data.Read("applications/tempoline.desktop");
+  EXPECT_NE(entry.find("\nExec=\"" + platform::ExecutablePath() + "\" %f\n"), std::string::npos) << entry;
+  EXPECT_NE(entry.find("\nMimeType=application/x-daybrix-calendar;\n"), std::string::npos);
+  EXPECT_EQ(data.Read("icons/hicolor/48x48/apps/tempoline.png").substr(1, 3), "PNG");
+
+  const auto inode = [&](const char* name) {
+    struct stat status = {};
+    stat(data.Join(name).c_str(), &status);
+    return status.st_ino;
+  };
+  const auto before = inode("applications/tempoline.desktop");
+  RegisterFileType("cld");
+  driver.Wait(100);
+  EXPECT_EQ(inode("applications/tempoline.desktop"), before) << "unchanged, so not written";
+  EXPECT_FALSE(WasCalled("update-mime-database"));
+  data.Write("applications/tempoline.desktop", "of another version");
+  RegisterFileType("cld");
+  EXPECT_EQ(Called("update-desktop-database"), data.Join("applications") + "\n");
+  EXPECT_EQ(data.Read("applications/tempoline.desktop"), entry);
+
+  setenv("XDG_DATA_HOME", "/proc/none", 1);
+  EXPECT_TRUE(RegisterFileType("cld")) << "what cannot be written is left";
+}
+
+}  // namespace
+}  // namespace tests
