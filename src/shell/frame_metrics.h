@@ -1,5 +1,5 @@
 // The measures of the frame that the program draws around itself, in pixels. The caption squares, the bars
-// and the pane are placed relative to them; these values make the title band 24 pixels high and the borders 5
+// and the pane are placed relative to them; these values make the title band 23 pixels high and the borders 5
 // pixels wide.
 #pragma once
 
@@ -12,7 +12,6 @@ constexpr int kBorderY = 1;
 constexpr int kCaptionHeight = 18;
 
 constexpr int kFrameX = kSizeFrameX + kBorderX;
-constexpr int kFrameY = kSizeFrameY + kBorderY;
 
 // What the frame takes from each side of the window; the client area lies inside.
 constexpr RECT kFrameInsets = {kSizeFrameX, kSizeFrameY + kCaptionHeight + 1, kSizeFrameX, kSizeFrameY};
@@ -24,7 +23,7 @@ constexpr int kCornerClip = 3;            // cut off diagonally at the two top c
 
 // Where things lie in a window of this size, in window pixels.
 constexpr RECT TitleRect(SIZE window) {
-  return {kFrameX - 1, kFrameY, window.cx - (kFrameX - 1), kFrameY + kCaptionHeight};
+  return {kFrameX - 1, kSizeFrameY, window.cx - (kFrameX - 1), kSizeFrameY + kCaptionHeight};
 }
 
 enum class CaptionButton { kMinimize, kMaximize, kClose };

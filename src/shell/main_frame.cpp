@@ -98,10 +98,14 @@ int ZarfWndApp::PreCreate(char title[kTitleSize], DWORD* style, int placement[4]
   // A second copy would hide the first one if it opened where that one was left.
   if (OtherCopiesRun()) return 0;
   if (const auto saved = ReadPlacement(core::IniFile(), DesktopRect())) {
+    const int width = std::clamp(Width(*saved), kSmallFrame.cx, kLargeFrame.cx);
+    const int height = std::clamp(Height(*saved), kSmallFrame.cy, kLargeFrame.cy);
+    // A window that nobody can see could not be brought back, and would keep a second copy from starting.
+    if (!IsOnScreen({saved->left, saved->top, saved->left + width, saved->top + height})) return 0;
     placement[0] = saved->left;
     placement[1] = saved->top;
-    placement[2] = std::clamp(Width(*saved), kSmallFrame.cx, kLargeFrame.cx);
-    placement[3] = std::clamp(Height(*saved), kSmallFrame.cy, kLargeFrame.cy);
+    placement[2] = width;
+    placement[3] = height;
   }
   return 0;
 }

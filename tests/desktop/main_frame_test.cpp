@@ -19,8 +19,8 @@ constexpr RECT kDesktop = {0, 0, 800, 700};
 
 TEST(FrameMetrics, OffsetsAreThoseOfTheHouse) {
   const RECT title = TitleRect(kSmallFrame);
-  EXPECT_EQ(title, (RECT{4, 5, 416, 23}));
-  EXPECT_EQ(CaptionButtonRect(kSmallFrame, CaptionButton::kClose), (RECT{398, 6, 413, 21}));
+  EXPECT_EQ(title, (RECT{4, 4, 416, 22}));
+  EXPECT_EQ(CaptionButtonRect(kSmallFrame, CaptionButton::kClose), (RECT{398, 5, 413, 20}));
   EXPECT_EQ(CaptionButtonRect(kSmallFrame, CaptionButton::kMaximize).left, title.right - 36);
   EXPECT_EQ(CaptionButtonRect(kSmallFrame, CaptionButton::kMinimize).left, title.right - 54);
   EXPECT_EQ(PaneBarRect({412, 403}), (RECT{1, 0, 411, 25}));
@@ -185,6 +185,10 @@ TEST_F(MainFrame, IsPlacedAsItWasLeft) {
     EXPECT_EQ(Width(Window()), 480);
     EXPECT_EQ(Height(Window()), 500);
   });
+  WritePlacement(core::IniFile(), {-6000, -6000, -5500, -5500});
+  Run([&] { EXPECT_TRUE(IsOnScreen(Window())) << "left on a screen that is gone"; });
+  WritePlacement(core::IniFile(), {-100, 70, 380, 570});
+  Run([&] { EXPECT_EQ(Window().left, -100) << "partly off the screen is a place like any other"; });
   core::IniFile().WriteString("Preference", "WPLeft", "");
   Run([&] { EXPECT_EQ(Width(Window()), kSmallFrame.cx); });
 }

@@ -1,5 +1,6 @@
 #include "end_to_end/running_program.h"
 
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -17,12 +18,15 @@ RunningProgram::RunningProgram(const std::string& display, const std::string& fo
   platform::WriteProfileString(folder + "/Daybrix.ini", "Preference", "Splash", "0");
   process = fork();
   if (process != 0) return;
+  prctl(PR_SET_PDEATHSIG, SIGKILL);
   setenv("DISPLAY", display.c_str(), 1);
   setenv("QT_QPA_PLATFORM", "xcb", 1);
   setenv("XDG_RUNTIME_DIR", folder.c_str(), 1);
   setenv("DAYBRIX_FOLDER", folder.c_str(), 1);
   clock.empty() ? unsetenv("DAYBRIX_CLOCK") : setenv("DAYBRIX_CLOCK", clock.c_str(), 1);
   unsetenv("WAYLAND_DISPLAY");
+  // Of use to a sanitized build only.
+  setenv("LSAN_OPTIONS", "suppressions=" DAYBRIX_SOURCE_FOLDER "/tests/support/leaks.supp", 1);
   execl(TEMPOLINE, TEMPOLINE, file.empty() ? nullptr : file.c_str(), nullptr);
   _exit(127);
 }

@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -28,6 +29,7 @@ VirtualDisplay::VirtualDisplay() {
   if (pipe(ends) != 0) return;
   server = fork();
   if (server == 0) {
+    prctl(PR_SET_PDEATHSIG, SIGKILL);  // a test that crashes takes its display with it
     close(ends[0]);
     const int null = open("/dev/null", O_WRONLY);
     dup2(null, STDERR_FILENO);

@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QScreen>
 #include <QWindow>
+#include <algorithm>
 #include <map>
 
 #include "platform/desktop/cursor.h"
@@ -243,6 +244,12 @@ HWND WindowFromPoint(POINT screenPoint) {
 
 RECT DesktopRect() {
   return FromQt(QGuiApplication::primaryScreen()->geometry());
+}
+
+bool IsOnScreen(const RECT& rect) {
+  const QList<QScreen*> screens = QGuiApplication::screens();
+  return std::any_of(screens.begin(), screens.end(),
+                     [&](const QScreen* screen) { return screen->geometry().intersects(ToQt(rect)); });
 }
 
 void InvalidateRect(HWND window, const RECT* rect, BOOL erase) {

@@ -91,6 +91,8 @@ POINT ScreenToClient(HWND window, POINT point);
 HWND WindowFromPoint(POINT screenPoint);
 // The whole area of the primary screen.
 RECT DesktopRect();
+// Whether any part of a rectangle of screen pixels lies on one of the screens.
+bool IsOnScreen(const RECT& rect);
 
 // Marks a part of the window (null: all) to be painted again; `erase` also repaints the class's background.
 void InvalidateRect(HWND window, const RECT* rect, BOOL erase);

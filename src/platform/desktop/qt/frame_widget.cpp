@@ -5,6 +5,7 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QPointer>
 #include <QWindow>
 
 #include "platform/desktop/qt/mouse.h"
@@ -108,19 +109,29 @@ void FrameWidget::changeEvent(QEvent* event) {
 }
 
 void FrameWidget::FollowMouse(bool size) {
-  QWindow* handle = windowHandle();
-  if (handle == nullptr) return;
-  if (size ? handle->startSystemResize(Qt::RightEdge | Qt::BottomEdge) : handle->startSystemMove()) return;
   const QPoint start = QCursor::pos();
   const QRect before = geometry();
-  WaitForRelease([this, size, start, before](QPoint mouse) {
+  // A window manager takes the mouse away at once: a double click would never get its second press, and one
+  // that hears of a short click too late would hold on to the window.
+  const QPointer<FrameWidget> self = this;
+  const std::optional<QPoint> dragged = WaitForDrag();
+  QWindow* handle = self != nullptr ? windowHandle() : nullptr;
+  if (!dragged || handle == nullptr) return;
+  // A quick flick is over by now.
+  if (QApplication::mouseButtons() & Qt::LeftButton &&
+      (size ? handle->startSystemResize(Qt::RightEdge | Qt::BottomEdge) : handle->startSystemMove())) {
+    return;
+  }
+  const auto follow = [this, size, start, before](QPoint mouse) {
     const QPoint moved = mouse - start;
     if (size) {
       resize(before.width() + moved.x(), before.height() + moved.y());
     } else {
       move(before.topLeft() + moved);
     }
-  });
+  };
+  follow(*dragged);
+  WaitForRelease(follow);
 }
 
 int DefaultHitTest(HWND window, POINT screenPoint) {

@@ -1,6 +1,7 @@
 #include "platform/desktop/qt/mouse_wait.h"
 
 #include <QApplication>
+#include <QCursor>
 #include <QEventLoop>
 #include <QMouseEvent>
 #include <QTimer>
@@ -33,10 +34,10 @@ class ReleaseFilter : public QObject {
 // A release that went to another program is noticed after this time.
 constexpr int kLookMs = 200;
 
-}  // namespace
+// A mouse that moved less is still clicking: well within what counts as a double click.
+constexpr int kStillPixels = 2;
 
-void WaitForRelease(const std::function<void(QPoint)>& moved) {
-  QEventLoop loop;
+void WaitIn(QEventLoop& loop, const std::function<void(QPoint)>& moved) {
   ReleaseFilter filter(loop, moved);
   qApp->installEventFilter(&filter);
   QTimer look;
@@ -45,4 +46,23 @@ void WaitForRelease(const std::function<void(QPoint)>& moved) {
   });
   look.start(kLookMs);
   loop.exec();
+}
+
+}  // namespace
+
+void WaitForRelease(const std::function<void(QPoint)>& moved) {
+  QEventLoop loop;
+  WaitIn(loop, moved);
+}
+
+std::optional<QPoint> WaitForDrag() {
+  const QPoint start = QCursor::pos();
+  std::optional<QPoint> dragged;
+  QEventLoop loop;
+  WaitIn(loop, [&](QPoint mouse) {
+    if ((mouse - start).manhattanLength() <= kStillPixels) return;
+    dragged = mouse;
+    loop.quit();
+  });
+  return dragged;
 }
