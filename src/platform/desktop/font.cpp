@@ -7,13 +7,13 @@
 
 namespace {
 
-QFont FontOf(const std::string& face, const FontSpec& spec, int pixelSize) {
+QFont FontOf(const std::string& face, const FontSpec& wanted, int pixelSize) {
   QFont font;
   font.setFamilies(
       {QString::fromStdString(face), QStringLiteral("Liberation Sans"), QStringLiteral("DejaVu Sans")});
   font.setPixelSize(pixelSize);
-  font.setWeight(spec.weight >= 600 ? QFont::Bold : QFont::Normal);
-  font.setUnderline(spec.underline);
+  font.setWeight(wanted.weight >= 600 ? QFont::Bold : QFont::Normal);
+  font.setUnderline(wanted.underline);
   font.setHintingPreference(QFont::PreferFullHinting);
   return font;
 }
@@ -26,20 +26,20 @@ int LineHeight(const QFontMetrics& metrics) {
 
 const ResolvedFont& FontHandle::Resolve() const {
   if (resolved == nullptr) {
-    int pixelSize = spec.height < 0 ? -spec.height : spec.height;
+    int pixelSize = wanted.height < 0 ? -wanted.height : wanted.height;
     if (pixelSize == 0) pixelSize = 1;
-    QFont font = FontOf(face, spec, pixelSize);
+    QFont font = FontOf(face, wanted, pixelSize);
     // A positive height is that of a whole line: the characters are as large as fit into it.
-    while (spec.height > 0 && pixelSize > 1 && LineHeight(QFontMetrics(font)) > spec.height) {
-      font = FontOf(face, spec, --pixelSize);
+    while (wanted.height > 0 && pixelSize > 1 && LineHeight(QFontMetrics(font)) > wanted.height) {
+      font = FontOf(face, wanted, --pixelSize);
     }
     resolved = std::make_unique<ResolvedFont>(ResolvedFont{font, QFontMetrics(font)});
   }
   return *resolved;
 }
 
-HFONT CreateFont(const FontSpec& spec) {
-  return new FontHandle(spec);
+HFONT CreateFont(const FontSpec& wanted) {
+  return new FontHandle(wanted);
 }
 void DeleteFont(HFONT font) {
   delete font;

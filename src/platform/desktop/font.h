@@ -12,7 +12,7 @@ struct FontSpec {
 };
 
 // Always gives a font. The caller frees it with DeleteFont.
-HFONT CreateFont(const FontSpec& spec);
+HFONT CreateFont(const FontSpec& wanted);
 void DeleteFont(HFONT font);
 
 struct TextMetrics {

@@ -15,11 +15,11 @@ struct ResolvedFont {
 };
 
 struct FontHandle {
-  explicit FontHandle(const FontSpec& wanted) : face(wanted.face), spec(wanted) {}
+  explicit FontHandle(const FontSpec& fontWanted) : face(fontWanted.face), wanted(fontWanted) {}
   const ResolvedFont& Resolve() const;
 
  private:
   std::string face;
-  FontSpec spec;
+  FontSpec wanted;
   mutable std::unique_ptr<ResolvedFont> resolved;
 };
