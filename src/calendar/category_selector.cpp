@@ -11,6 +11,7 @@ namespace {
 constexpr const char* kAllCategories = "All Categories";
 constexpr const char* kEditCategories = "Edit Categories";
 constexpr int kEditCommand = kFirstCategoryCommand + kEditCategoriesOffset;
+constexpr int kNoCommand = -1;
 constexpr std::size_t kFilterSize = sizeof(core::RecordHeader::category);
 
 }  // namespace
@@ -23,14 +24,15 @@ void BuildCategoryMenu(TFlyMenu& menu, const core::RecordFile& file, int firstCo
   menu.AddItemText(kAllCategories, firstCommand + kAllCategoriesOffset);
   menu.AddSeparator();
   const std::size_t shown = std::min(categories.names.size(), core::kShownCategories);
+  int current = filter.empty() ? firstCommand + kAllCategoriesOffset : kNoCommand;
   for (std::size_t i = 0; i < shown; ++i) {
     const int command = firstCommand + static_cast<int>(i);
     menu.AddItemText(categories.names[i].c_str(), command);
-    if (categories.names[i] == filter) menu.SetCurrent(command);
+    if (current == kNoCommand && categories.names[i] == filter) current = command;
   }
   menu.AddSeparator();
   menu.AddItemText(kEditCategories, firstCommand + kEditCategoriesOffset);
-  if (filter.empty()) menu.SetCurrent(firstCommand + kAllCategoriesOffset);
+  menu.SetCurrent(current);
 }
 
 CategorySelector::CategorySelector() : TFlyMenu(kPanelBackground, kPanelText) {}
