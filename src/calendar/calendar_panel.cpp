@@ -78,6 +78,7 @@ void CalendarPanel::Attach(core::RecordFile* file) {
   if (file == nullptr) {
     records.Clear();
     dayList.SetFile(nullptr, nullptr);
+    categorySelector.SetFile(nullptr);
     return;
   }
   if (!wasAttached) currentDate = core::Today();
@@ -87,29 +88,20 @@ void CalendarPanel::Attach(core::RecordFile* file) {
 
 void CalendarPanel::Reload() {
   if (calendarFile == nullptr) return;
-  categorySelector.Fill(*calendarFile, categoryFilter);
+  categorySelector.SetFile(calendarFile);
   miniCalendar.SetDate(currentDate.year, currentDate.month, currentDate.day);
   LoadDay();
 }
 
 void CalendarPanel::LoadDay() {
   BeginWaitCursor();
-  ListDay(records, *calendarFile, currentDate, categoryFilter);
+  ListDay(records, *calendarFile, currentDate, CategoryFilter());
   dayList.SetFile(calendarFile, &records);
   EndWaitCursor();
 }
 
 void CalendarPanel::SetCurrentDate(const core::Date& date) {
   currentDate = date;
-  Reload();
-}
-
-void CalendarPanel::ChooseCategory(std::string_view name) {
-  if (calendarFile == nullptr) return;
-  if (name == kAllCategories) name = {};
-  name = name.substr(0, kCategorySize);
-  if (name == categoryFilter) return;
-  categoryFilter = name;
   Reload();
 }
 
@@ -131,10 +123,8 @@ LRESULT CalendarPanel::OnCommand(const MessageRecord& record) {
       OnCalendarNotice(code, *reinterpret_cast<const core::Date*>(record.lParam));
       break;
     default:
-      if (id >= kFirstCategoryCommand && id <= kFirstCategoryCommand + kAllCategoriesOffset) {
-        ChooseCategory(reinterpret_cast<const char*>(record.lParam));
-        FocusList();
-      }
+      if (CategorySelector::IsCategoryCommand(id))
+        OnCategoryCommand(static_cast<int>(id), reinterpret_cast<const char*>(record.lParam));
       break;
   }
   return 0;
@@ -181,6 +171,12 @@ void CalendarPanel::OnCalendarNotice(unsigned code, const core::Date& date) {
   } else {
     SetCurrentDate(picked);
   }
+}
+
+void CalendarPanel::OnCategoryCommand(int command, const char* name) {
+  if (!BeginCommand()) return;
+  if (categorySelector.OnCategoryMenuCommand(command, name)) Reload();
+  EndCommand();
 }
 
 void CalendarPanel::ShowPopupMenu(bool onItem) {

@@ -26,7 +26,7 @@ class CalendarPanel : public ZarfWnd {
 
   const core::Date& CurrentDate() const { return currentDate; }
   // Empty for all categories.
-  const std::string& CategoryFilter() const { return categoryFilter; }
+  const std::string& CategoryFilter() const { return categorySelector.Filter(); }
   // The shown appointments, in the order of their rows.
   const core::RecordQuery& Records() const { return records; }
   void FocusList() { dayList.FocusList(); }
@@ -57,7 +57,7 @@ class CalendarPanel : public ZarfWnd {
   void OnListNotice(unsigned code, LPARAM value);
   void OnListChanged(LPARAM phase);
   void OnCalendarNotice(unsigned code, const core::Date& date);
-  void ChooseCategory(std::string_view name);
+  void OnCategoryCommand(int command, const char* name);
   void ShowPopupMenu(bool onItem);
 
   void SetCurrentDate(const core::Date& date);
@@ -72,7 +72,6 @@ class CalendarPanel : public ZarfWnd {
   bool commandRunning = false;
   bool closeWanted = false;
   core::Date currentDate;
-  std::string categoryFilter;
   core::RecordQuery records;
   core::RecordHeader keptSelection;  // of the list while it is rebuilt
   bool hasKeptSelection = false;

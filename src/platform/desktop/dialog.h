@@ -23,7 +23,7 @@ bool EndDialog(HWND dialog, int result);
 // Takes the title bar and the border from a dialog. Only while WM_INITDIALOG is handled.
 void SetDialogFrameless(HWND dialog);
 
-// The control with a number; null when there is none.
+// The control with a number; null when there is none. One that is hidden (ShowWindow) keeps its place free.
 HWND GetDlgItem(HWND dialog, int id);
 bool SetDlgItemText(HWND dialog, int id, const char* text);
 // Copies a control's text, cut to size - 1 bytes and always terminated; answers the bytes copied. Line ends
@@ -46,6 +46,7 @@ constexpr UINT CB_GETCURSEL = 0x0147;
 constexpr UINT CB_SETCURSEL = 0x014E;        // wParam: index, -1 for none
 constexpr UINT CB_FINDSTRINGEXACT = 0x0158;  // lParam: text; letter case counts
 constexpr UINT LB_ADDSTRING = 0x0180;        // lParam: text; answers its index
+constexpr UINT LB_DELETESTRING = 0x0182;     // wParam: index; answers how many are left, none is selected
 constexpr UINT LB_RESETCONTENT = 0x0184;
 constexpr UINT LB_SETCURSEL = 0x0186;  // wParam: index, -1 for none
 constexpr UINT LB_GETCURSEL = 0x0188;

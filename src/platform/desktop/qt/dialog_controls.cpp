@@ -177,6 +177,12 @@ LRESULT SendToListBox(QListWidget& list, UINT message, WPARAM wParam, LPARAM lPa
       list.insertItem(place, item);
       return place;
     }
+    case LB_DELETESTRING: {
+      const QSignalBlocker quiet(list);
+      const std::unique_ptr<QListWidgetItem> taken(list.takeItem(line));
+      list.clearSelection();
+      return taken != nullptr ? list.count() : kControlError;
+    }
     case LB_RESETCONTENT: {
       const QSignalBlocker quiet(list);
       list.clear();
@@ -212,6 +218,10 @@ void BindControls(QDialog& dialog) {
     if (!id.isValid()) continue;
     WindowEntry& entry = AddWindow(control, WindowKind::kControl, Bind(control));
     entry.controlId = id.toInt();
+    // A dialog that hides what does not belong to a choice must not jump about.
+    QSizePolicy policy = control->sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    control->setSizePolicy(policy);
   }
 }
 
