@@ -13,4 +13,5 @@ struct StartupCalendar {
 // Opens the file named on the command line; without one, the calendar of the settings, which is made with its
 // example appointments at the very first start.
 StartupCalendar OpenStartupCalendar(const std::string& commandLineFile,
-                                    const core::PasswordPrompt& askPassword);
+                                    const core::PasswordPrompt& askPassword,
+                                    const core::CompactionWatcher& watcher);

@@ -5,6 +5,7 @@
 #include "calendar/calendar_opening.h"
 #include "calendar/file_commands.h"
 #include "core/ini_file.h"
+#include "framework/compaction_progress.h"
 #include "framework/file_type.h"
 #include "framework/notices.h"
 #include "framework/shell_services.h"
@@ -63,7 +64,7 @@ LRESULT CalendarPane::OnAfterCreate(const MessageRecord&) {
 }
 
 void CalendarPane::OpenAtStart() {
-  StartupCalendar start = OpenStartupCalendar(CommandLineFile(), AskOver(*this));
+  StartupCalendar start = OpenStartupCalendar(CommandLineFile(), AskOver(*this), ShowCompaction(this));
   if (start.opened.file != nullptr) TakeFile(std::move(start.opened.file));
   if (!start.opened.message.empty()) ShowInfo(this, start.opened.message);
   while (calendarFile == nullptr) {
@@ -85,7 +86,7 @@ void CalendarPane::FocusPane() {
 
 bool CalendarPane::OpenCalendar(const std::string& path, const std::string& password, bool withExamples,
                                 std::string& message) {
-  core::OpenedCalendar opened = core::OpenCalendarFile(path, password, withExamples);
+  core::OpenedCalendar opened = core::OpenCalendarFile(path, password, withExamples, ShowCompaction(this));
   message = std::move(opened.message);
   if (opened.file == nullptr) return false;
   TakeFile(std::move(opened.file));
@@ -136,7 +137,11 @@ void CalendarPane::RunFileCommand(unsigned command) {
     case ID_PASSWORDS:
       NetworkPasswordsCommand(*this);
       break;
+    case ID_COMPACT:
+      CompactCommand(*this);
+      break;
     default:
+      SaveAsCommand(*this);
       break;
   }
   work.Panel().EndCommand();

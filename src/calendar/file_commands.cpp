@@ -3,10 +3,15 @@
 #include "calendar/calendar_pane.h"
 #include "calendar/new_file_dialog.h"
 #include "calendar/password_dialogs.h"
+#include "core/compaction.h"
+#include "core/file_messages.h"
 #include "core/new_calendar.h"
+#include "core/value_compare.h"
+#include "framework/compaction_progress.h"
 #include "framework/notices.h"
 #include "framework/shell_services.h"
 #include "platform/desktop/application.h"
+#include "platform/system/file.h"
 
 namespace {
 
@@ -21,6 +26,24 @@ void OpenAndRemember(CalendarPane& pane, const std::string& path, const std::str
   std::string message;
   if (pane.OpenCalendar(path, password, false, message)) core::RememberCalendar(path);
   if (!message.empty()) ShowInfo(&pane, message);
+}
+
+bool AskForCalendar(CalendarPane& pane, int mode, std::string& path) {
+  return FileDialog(mode, kFilter, kExtension, pane.Handle(), path, kInWorksFolder);
+}
+
+// The open calendar; null, and a beep, when there is none.
+core::RecordFile* OpenCalendarOf(CalendarPane& pane) {
+  if (pane.CalendarFile() == nullptr) MessageBeep();
+  return pane.CalendarFile();
+}
+
+bool IsSamePath(const std::string& left, const std::string& right) {
+  return left.size() == right.size() && core::CompareText(left.data(), right.data(), left.size()) == 0;
+}
+
+void Tell(CalendarPane& pane, const core::RepairOutcome& outcome) {
+  if (!outcome.message.empty()) ShowInfo(&pane, outcome.message);
 }
 
 // Has the passwords typed and typed again, until they are the same. False for Cancel.
@@ -61,7 +84,7 @@ void NewFileCommand(CalendarPane& pane) {
 
 void OpenFileCommand(CalendarPane& pane) {
   std::string path;
-  if (!FileDialog(kFileDialogOpen, kFilter, kExtension, pane.Handle(), path, kInWorksFolder)) return;
+  if (!AskForCalendar(pane, kFileDialogOpen, path)) return;
   std::string password;
   std::string message;
   if (core::AskFilePassword(path, AskOver(pane), password, message)) {
@@ -72,11 +95,8 @@ void OpenFileCommand(CalendarPane& pane) {
 }
 
 void NetworkPasswordsCommand(CalendarPane& pane) {
-  core::RecordFile* const file = pane.CalendarFile();
-  if (file == nullptr) {
-    MessageBeep();
-    return;
-  }
+  core::RecordFile* const file = OpenCalendarOf(pane);
+  if (file == nullptr) return;
   core::FilePasswords passwords;
   const core::Result read = core::ReadPasswords(*file, passwords);
   if (read == core::Result::kRefused) {
@@ -85,6 +105,21 @@ void NetworkPasswordsCommand(CalendarPane& pane) {
   }
   if (read == core::Result::kDone && !AskForPasswords(pane, passwords)) return;
   if (read != core::Result::kDone || !core::StorePasswords(*file, passwords)) {
-    ShowInfo(&pane, "Can't write to \"" + file->Path() + "\".\r\nThe passwords were not changed.");
+    ShowInfo(&pane, "Can't write to " + core::Quoted(file->Path()) + ".\r\nThe passwords were not changed.");
+  }
+}
+
+void SaveAsCommand(CalendarPane& pane) {
+  core::RecordFile* const file = OpenCalendarOf(pane);
+  std::string target;
+  if (file == nullptr || !AskForCalendar(pane, kFileDialogSave, target)) return;
+  if (IsSamePath(target, platform::FullPath(file->Path()))) return;
+  Tell(pane, core::SaveCopy(*file, target, ShowCompaction(&pane)));
+}
+
+void CompactCommand(CalendarPane& pane) {
+  std::string path;
+  if (AskForCalendar(pane, kFileDialogOpen, path)) {
+    Tell(pane, core::RepairCheck(path, true, ShowCompaction(&pane)));
   }
 }

@@ -14,6 +14,10 @@ void NewFileCommand(CalendarPane& pane);
 void OpenFileCommand(CalendarPane& pane);
 // Lets the owner of the open calendar set its passwords, each typed twice.
 void NetworkPasswordsCommand(CalendarPane& pane);
+// Asks for a path and puts a compacted copy of the open calendar there. The open one stays the open one.
+void SaveAsCommand(CalendarPane& pane);
+// Asks for a calendar that nobody has open, and compacts it.
+void CompactCommand(CalendarPane& pane);
 
 // Makes a calendar with the dialog for it, under which `note` (UTF-8, may be empty) says why, opens it and
 // notes it down for the next start; or tells why it was not opened. False when the user cancelled.

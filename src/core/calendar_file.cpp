@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "core/file_messages.h"
 #include "core/ini_file.h"
 #include "core/new_calendar.h"
 #include "core/value_compare.h"
@@ -14,34 +15,6 @@ namespace {
 
 constexpr int kWrongPasswordText = 103;
 constexpr int kCannotCreateText = 114;
-
-const char* ReasonText(OpenError error) {
-  switch (error) {
-    case OpenError::kNone:
-      return "";
-    case OpenError::kMissing:
-      return "The file does not exist.";
-    case OpenError::kDenied:
-      return "Access has been denied.";
-    case OpenError::kIsFolder:
-      return "It is a folder.";
-    case OpenError::kInUse:
-      return "Another program is using it.";
-    case OpenError::kCutHeader:
-      return "The file is incomplete.";
-    case OpenError::kWrongSizes:
-    case OpenError::kUnknownKind:
-    case OpenError::kWrongSlotSize:
-      return "It is not a file of this program, or it is damaged.";
-    case OpenError::kFailed:
-      return "Reading or writing it failed.";
-  }
-  return "";
-}
-
-std::string CannotOpen(const std::string& path, const std::string& reason) {
-  return "Can't open \"" + path + "\".\r\n" + reason;
-}
 
 std::string TextOf(int id) {
   return resources::FindText(id);
@@ -103,19 +76,18 @@ std::string DefaultCalendarPath() {
   return WorksFolder() + "/" + name + ".cld";
 }
 
-OpenedCalendar OpenCalendarFile(const std::string& path, const std::string& password, bool withExamples) {
+OpenedCalendar OpenCalendarFile(const std::string& path, const std::string& password, bool withExamples,
+                                const CompactionWatcher& watcher) {
   // A file that another copy made meanwhile will do.
   if (!platform::FileExists(path) && CreateCalendar(path, withExamples) == NewCalendar::kFailed) {
     return {nullptr, TextOf(kCannotCreateText) + "\r\n\"" + path + "\""};
   }
+  const RepairOutcome repair = RepairCheck(path, false, watcher);
   auto file = std::make_unique<RecordFile>(path, password);
   if (file->OpenFailed()) return {nullptr, DescribeOpenError(path, file->LastOpenError())};
-  if (file->SlotSize() != kCalendarKind.slotSize) return {nullptr, CannotOpen(path, "It is not a calendar.")};
-  return {std::move(file), ""};
-}
-
-std::string DescribeOpenError(const std::string& path, OpenError error) {
-  return error == OpenError::kNone ? "" : CannotOpen(path, ReasonText(error));
+  if (file->SlotSize() != kCalendarKind.slotSize)
+    return {nullptr, CannotOpenText(path, "It is not a calendar.")};
+  return {std::move(file), repair.message};
 }
 
 }  // namespace core
