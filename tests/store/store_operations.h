@@ -4,6 +4,7 @@
 #pragma once
 
 #include <functional>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -29,6 +30,11 @@ struct StoreOperation {
   std::vector<Records> states;                 // what calendar.cld may hold meanwhile, the first to the last
   std::vector<Records> otherStates;            // what other.cld may
 };
+
+// For the messages of failed tests.
+inline void PrintTo(const StoreOperation& operation, std::ostream* stream) {
+  *stream << operation.name;
+}
 
 const std::vector<StoreOperation>& StoreOperations();
 
