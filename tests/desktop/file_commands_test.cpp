@@ -58,7 +58,7 @@ class FileCommands : public testing::Test {
     return header.openCount;
   }
   std::string Sample() const {
-    const std::string copy = folder.Join("guarded.cld");
+    std::string copy = folder.Join("guarded.cld");
     std::filesystem::copy_file(DAYBRIX_SOURCE_FOLDER "/tests/data/guarded.cld", copy);
     return copy;
   }
