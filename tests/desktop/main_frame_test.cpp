@@ -68,8 +68,8 @@ class MainFrame : public testing::Test {
     program.driver.PressAndRelease(program.Frame(), Middle(button), Middle(button));
   }
 
+  CalendarProgram program;  // first: making a calendar already asks for the program folder
   tests::TemporaryCalendar calendar;
-  CalendarProgram program;
 };
 
 TEST_F(MainFrame, HoldsBarsAndPaneAndKeepsThemPlaced) {
