@@ -30,6 +30,10 @@ class CalendarPanel : public ZarfWnd {
   // The shown appointments, in the order of their rows.
   const core::RecordQuery& Records() const { return records; }
   void FocusList() { dayList.FocusList(); }
+  // Brackets a command: one runs at a time, and the frame stays open until it has come to its end. False when
+  // one runs already, and this one is to be dropped. The end gives the list the keyboard.
+  bool BeginCommand();
+  void EndCommand();
   // Whether the frame may close. While a command runs it may not; its end then posts the frame WM_CLOSE
   // again.
   bool MayClose();
@@ -45,8 +49,6 @@ class CalendarPanel : public ZarfWnd {
   LRESULT OnCommand(const MessageRecord& record) override;
 
  private:
-  bool BeginCommand();
-  void EndCommand();
   void RunCommand(unsigned command);
   void NewAppointment();
   void EditAppointment();

@@ -36,7 +36,7 @@ StartupChoice ChooseStartupFile(const std::string& commandLine, const PasswordPr
 bool AskFilePassword(const std::string& path, const PasswordPrompt& askPassword, std::string& password,
                      std::string& message);
 
-// The default calendar: "works/<program>.cld", in lower case, in the program folder.
+// The default calendar: "<program>.cld", in lower case, in the folder of calendars.
 std::string DefaultCalendarPath();
 
 // A calendar file that was opened, or why it was not.

@@ -15,18 +15,18 @@ struct MenuItem {
 };
 
 constexpr MenuItem kFileMenu[] = {
-    {ID_FILE_NEW, 200, false},
-    {ID_FILE_OPEN, 201, false},
+    {ID_FILE_NEW, 200, true},
+    {ID_FILE_OPEN, 201, true},
     {0, 0, false},
-    {ID_FILE_SAVE_AS, 202, false},
-    {ID_COMPACT, 203, false},
+    {ID_FILE_SAVE_AS, 202, true},
+    {ID_COMPACT, 203, true},
     {0, 0, false},
     {ID_IMPORT, 204, false},
     {ID_EXPORT, 205, false},
     {0, 0, false},
     {ID_PRINT, 206, false},
     {0, 0, false},
-    {ID_PASSWORDS, 207, false},
+    {ID_PASSWORDS, 207, true},
     {0, 0, false},
     {ID_OPTIONS, 208, true},
     {0, 0, false},

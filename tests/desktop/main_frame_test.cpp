@@ -68,8 +68,8 @@ class MainFrame : public testing::Test {
     program.driver.PressAndRelease(program.Frame(), Middle(button), Middle(button));
   }
 
+  CalendarProgram program;  // first: making a calendar already asks for the program folder
   tests::TemporaryCalendar calendar;
-  CalendarProgram program;
 };
 
 TEST_F(MainFrame, HoldsBarsAndPaneAndKeepsThemPlaced) {
@@ -128,24 +128,15 @@ TEST_F(MainFrame, MenusOpenUnderTheirButtonsAndByKey) {
     program.driver.ChooseMenuItem("");
     program.driver.Press(program.Frame(), 'F', 0, true);
     program.driver.Wait(50);
-    const std::vector<std::string> file = {"(New...)",
-                                           "(Open...)",
-                                           "-",
-                                           "(Save As...)",
-                                           "(Compact...)",
-                                           "-",
-                                           "(Import...)",
-                                           "(Export...)",
-                                           "-",
-                                           "(Print Report..)",
-                                           "-",
-                                           "(Network Passwords...)",
-                                           "-",
-                                           "General Options...",
-                                           "-",
-                                           "Skins...",
-                                           "-",
-                                           "Exit"};
+    const std::vector<std::string> file = {"New...",      "Open...",
+                                           "-",           "Save As...",
+                                           "Compact...",  "-",
+                                           "(Import...)", "(Export...)",
+                                           "-",           "(Print Report..)",
+                                           "-",           "Network Passwords...",
+                                           "-",           "General Options...",
+                                           "-",           "Skins...",
+                                           "-",           "Exit"};
     EXPECT_EQ(program.driver.LastMenu(), file);
     program.driver.ChooseMenuItem("About...");
     program.driver.AnswerMessageBox("Daybrix Tempoline", 1);

@@ -13,6 +13,7 @@
 #include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QPointer>
+#include <QProgressBar>
 #include <QPushButton>
 #include <QTest>
 #include <QTimer>
@@ -161,6 +162,7 @@ void DesktopDriver::Poll() {
   QWidget* open = QApplication::activePopupWidget();
   if (open == nullptr) open = QApplication::activeModalWidget();
   if (open == nullptr || !open->isVisible()) return;
+  if (open->findChild<QProgressBar*>() != nullptr) return;  // nothing to answer: it goes by itself
   if (watch->handled.contains(open)) {
     if (watch->current != open) {
       watch->current = open;

@@ -157,6 +157,10 @@ void PostQuitMessage(int exitCode) {
   if (desktop.running) QCoreApplication::exit(exitCode);
 }
 
+void RunWaitingMessages() {
+  QCoreApplication::processEvents();
+}
+
 void WatchDescriptor(int descriptor, std::function<void()> ready) {
   auto notifier = std::make_unique<QSocketNotifier>(descriptor, QSocketNotifier::Read);
   QObject::connect(notifier.get(), &QSocketNotifier::activated, [ready = std::move(ready)] { ready(); });

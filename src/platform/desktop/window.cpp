@@ -9,6 +9,7 @@
 #include "platform/desktop/cursor.h"
 #include "platform/desktop/device_context.h"
 #include "platform/desktop/frame.h"
+#include "platform/desktop/qt/dialog_owner.h"
 #include "platform/desktop/qt/dialog_widget.h"
 #include "platform/desktop/qt/frame_widget.h"
 #include "platform/desktop/qt/mouse.h"
@@ -172,6 +173,10 @@ void ShowWindow(HWND window, int how) {
   if (widget == nullptr) return;
   widget->setVisible(how != SW_HIDE);
   if (how != SW_HIDE && widget->isWindow()) widget->activateWindow();
+}
+
+void WaitUntilShown(HWND window) {
+  ReadyOwner(window);
 }
 
 bool IsWindowVisible(HWND window) {

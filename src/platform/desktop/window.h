@@ -74,6 +74,8 @@ constexpr int SW_HIDE = 0;
 constexpr int SW_SHOWNORMAL = 1;
 constexpr int SW_SHOW = 5;
 void ShowWindow(HWND window, int how);
+// Handles messages, but no input, until a window that was shown is on the screen; at most a second.
+void WaitUntilShown(HWND window);
 bool IsWindowVisible(HWND window);
 void EnableWindow(HWND window, bool enabled);
 bool IsWindowEnabled(HWND window);
