@@ -59,6 +59,7 @@ class CalendarPanel : public ZarfWnd {
   void OnCalendarNotice(unsigned code, const core::Date& date);
   void ChooseCategory(std::string_view name);
   void ShowPopupMenu(bool onItem);
+  POINT MenuPoint() const;
 
   void SetCurrentDate(const core::Date& date);
   void LoadDay();
