@@ -15,6 +15,7 @@ namespace {
 constexpr int kArrowAreaWidth = 10;
 constexpr int kArrowLeft = 2;
 constexpr int kCaptionGap = 3;
+constexpr int kFocusGap = 2;
 
 }  // namespace
 
@@ -106,7 +107,16 @@ void TFlyMenu::OnPaint(HDC hdc, PAINTSTRUCT) {
   RECT client;
   GetClientRect(&client);
   Paint(hdc, client);
-  if (ShowsFocus(hwnd)) DrawFocusMark(hdc, client, background);
+  if (!ShowsFocus(hwnd)) return;
+  // As wide as arrow and caption, so that it can be seen what it belongs to.
+  const SIZE text = MeasureText(GetFont(FontSmall, 400), caption);
+  const int middle = client.top + Height(client) / 2;
+  const int rise = text.cy / 2 + kFocusGap;
+  const int right = kArrowLeft + (arrow != nullptr ? arrow->Width() + kCaptionGap : 0) + text.cx + kFocusGap;
+  DrawFocusMark(hdc,
+                {client.left, std::max(middle - rise, client.top),
+                 std::min(client.left + right, client.right), std::min(middle + rise, client.bottom)},
+                background);
 }
 
 LRESULT TFlyMenu::OnSetCursor(const MessageRecord&) {

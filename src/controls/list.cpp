@@ -61,6 +61,8 @@ bool ZarfWndList::SelectItem(int index) {
 
 bool ZarfWndList::Select(int index) {
   if (index == selected) return false;
+  // Without a selection the focus mark is around all cells.
+  if ((index == -1 || selected == -1) && ShowsFocus(hwnd)) Invalidate(nullptr, 0);
   InvalidateCell(selected);
   selected = index;
   InvalidateCell(selected);

@@ -7,7 +7,7 @@
 #include "platform/desktop/qt/window_table.h"
 
 void AnnounceChange(HWND window, AccessibleChange change) {
-  if (!QAccessible::isActive()) return;
+  if (!AccessibilityIsHeard()) return;
   const WindowEntry* entry = FindWindowEntry(window);
   if (entry == nullptr || !entry->created || entry->destroying) return;
   QWidget* widget = entry->Outer();
@@ -15,18 +15,18 @@ void AnnounceChange(HWND window, AccessibleChange change) {
     case AccessibleChange::kCurrentItem:
       if (QAccessibleInterface* item = CurrentAccessibleItem(widget)) {
         QAccessibleEvent selected(item, QAccessible::Selection);
-        QAccessible::updateAccessibility(&selected);
+        TellAccessibility(&selected);
         AnnounceFocus(widget);
       }
       break;
     case AccessibleChange::kItems: {
       QAccessibleEvent reordered(widget, QAccessible::ObjectReorder);
-      QAccessible::updateAccessibility(&reordered);
+      TellAccessibility(&reordered);
       break;
     }
     case AccessibleChange::kValue: {
       QAccessibleValueChangeEvent changed(widget, AccessibleValue(window));
-      QAccessible::updateAccessibility(&changed);
+      TellAccessibility(&changed);
       break;
     }
   }

@@ -14,6 +14,8 @@
 
 namespace {
 
+void (*testListener)(QAccessibleEvent*) = nullptr;
+
 QAccessible::Role QtRole(AccessibleRole role) {
   switch (role) {
     case AccessibleRole::kPane:
@@ -283,6 +285,22 @@ QAccessibleInterface* MakeAccessible(const QString&, QObject* object) {
   return new WindowInterface(widget, entry->handle);
 }
 
+bool AccessibilityIsHeard() {
+  return testListener != nullptr || QAccessible::isActive();
+}
+
+void TellAccessibility(QAccessibleEvent* event) {
+  if (testListener != nullptr) {
+    testListener(event);
+  } else {
+    QAccessible::updateAccessibility(event);
+  }
+}
+
+void SetAccessibilityListener(void (*listener)(QAccessibleEvent* event)) {
+  testListener = listener;
+}
+
 QAccessibleInterface* CurrentAccessibleItem(QWidget* widget) {
   QAccessibleInterface* window = QAccessible::queryAccessibleInterface(widget);
   const AccessiblePart part = Ask(HandleOf(widget), kWholeWindow);
@@ -295,7 +313,7 @@ void AnnounceFocus(QWidget* widget) {
   QAccessibleInterface* item = CurrentAccessibleItem(widget);
   if (item == nullptr) return;
   QAccessibleEvent focused(item, QAccessible::Focus);
-  QAccessible::updateAccessibility(&focused);
+  TellAccessibility(&focused);
 }
 
 QVariant AccessibleValue(HWND window) {

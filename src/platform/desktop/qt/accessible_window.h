@@ -7,6 +7,7 @@
 
 #include "platform/desktop/types.h"
 
+class QAccessibleEvent;
 class QAccessibleInterface;
 class QObject;
 class QString;
@@ -14,6 +15,12 @@ class QWidget;
 
 // Qt's factory: an interface for a widget that is a window of ours, null for any other object.
 QAccessibleInterface* MakeAccessible(const QString& className, QObject* object);
+// Whether anybody listens to what changes, and telling them.
+bool AccessibilityIsHeard();
+void TellAccessibility(QAccessibleEvent* event);
+// Takes the place of Qt's listeners, for tests; null gives it back.
+void SetAccessibilityListener(void (*listener)(QAccessibleEvent* event));
+
 // The interface of the item that the keyboard works on; null for none.
 QAccessibleInterface* CurrentAccessibleItem(QWidget* widget);
 // Tells that the current item of a widget has the focus, if the widget has it.

@@ -1,6 +1,5 @@
 #include "platform/desktop/qt/window_widget.h"
 
-#include <QAccessible>
 #include <QCloseEvent>
 #include <QGuiApplication>
 #include <QKeyEvent>
@@ -168,7 +167,7 @@ void WindowWidget::focusInEvent(QFocusEvent* event) {
   if (walked || reason == Qt::OtherFocusReason || reason == Qt::MouseFocusReason) focusByKeyboard = walked;
   if (focusByKeyboard) update();
   // When Qt has told that the window has the focus, it is told which of its items has it.
-  if (QAccessible::isActive()) QTimer::singleShot(0, this, [this] { AnnounceFocus(this); });
+  if (AccessibilityIsHeard()) QTimer::singleShot(0, this, [this] { AnnounceFocus(this); });
   Tell(WM_SETFOCUS, 0, 0);
 }
 
