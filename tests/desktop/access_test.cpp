@@ -65,7 +65,7 @@ TEST_F(Access, SmallControlsAreReadAndPressed) {
   Put(menu, {0, 40, 100, 60}, "Category");
   EXPECT_EQ(reader.Read(link.Handle()), "Link \"More...\"");
   EXPECT_EQ(reader.Read(spin.Handle()), "Button \"Louder\"");
-  EXPECT_EQ(reader.Read(menu.Handle()), "ComboBox \"Category\" = Home");
+  EXPECT_EQ(reader.Read(menu.Handle()), "ComboBox \"Category: Home\" = Home");
   driver.MouseDown(spin.Handle(), {5, 5});
   EXPECT_EQ(reader.Read(spin.Handle()), "Button \"Louder\" pressed");
   driver.MouseUp(spin.Handle(), {5, 5});
@@ -79,7 +79,7 @@ TEST_F(Access, SmallControlsAreReadAndPressed) {
   EXPECT_EQ(host.Values(17), Values{0});
   EXPECT_EQ(host.Values(18).size(), 1U);
   EXPECT_EQ(host.Values(2).size(), 1U);
-  EXPECT_EQ(reader.Read(menu.Handle()), "ComboBox \"Category\" = Work");
+  EXPECT_EQ(reader.Read(menu.Handle()), "ComboBox \"Category: Work\" = Work");
   EXPECT_EQ(reader.TakeHeard(), Texts{"value Work"});
 }
 
@@ -230,8 +230,12 @@ TEST_F(Access, DaysAreReadAndPicked) {
   calendar.SetDate(2004, 3, 14);
   Put(calendar, {0, 0, 108, 130});
   const HWND grid = At({5, 40});
-  const Texts parts = {"ComboBox \"Year\" = 2004",  "ComboBox \"Month\" = March", "Table \"March 2004\" 31",
-                       "Button \"Previous month\"", "Button \"Today\"",           "Button \"Next month\""};
+  const Texts parts = {"ComboBox \"Year: 2004\" = 2004",
+                       "ComboBox \"Month: March\" = March",
+                       "Table \"March 2004\" 31",
+                       "Button \"Previous month\"",
+                       "Button \"Today\"",
+                       "Button \"Next month\""};
   for (int part = 0; part < 6; ++part) {
     EXPECT_EQ(reader.Read(calendar.Handle(), part), parts[static_cast<std::size_t>(part)]);
   }
@@ -257,7 +261,8 @@ TEST_F(Access, DaysAreReadAndPicked) {
     EXPECT_EQ(core::DayIndex(calendar.Date()), core::DayIndex(step.date)) << step.key;
     EXPECT_EQ(core::DayIndex(PickedDate()), core::DayIndex(step.date)) << step.key;
   }
-  EXPECT_EQ(reader.Read(calendar.Handle(), 1), "ComboBox \"Month\" = February") << "the choosers go along";
+  EXPECT_EQ(reader.Read(calendar.Handle(), 1), "ComboBox \"Month: February\" = February")
+      << "the choosers go along";
   host.commands.clear();
   Press({VK_END, 'A'});
   EXPECT_TRUE(host.commands.empty()) << "where it is already";

@@ -70,7 +70,8 @@ TEST_F(ProgramAccess, TheDaysRowsAreReadInWords) {
     EXPECT_EQ(reader.Read(program.List(), 0), "ListItem \"All day, Whole\"");
     EXPECT_EQ(reader.Read(program.List(), 1), "ListItem \"09:00-09:00, Lunch, category Calls\"");
     EXPECT_EQ(reader.Read(program.Days(), 13), "Cell \"Sunday, March 14, 2004\" (Today) selected");
-    EXPECT_EQ(reader.Read(program.Panel().Categories().Handle()), "ComboBox \"Category\" = All Categories");
+    EXPECT_EQ(reader.Read(program.Panel().Categories().Handle()),
+              "ComboBox \"Category: All Categories\" = All Categories");
     reader.TakeHeard();
     Press({VK_END});
     EXPECT_EQ(FirstHeard(), "selection 09:00-09:00, Lunch, category Calls");

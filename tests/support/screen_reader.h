@@ -18,8 +18,8 @@ class ScreenReader {
 
   // What there is to read about a window or, by number, about one of its children: the role in Qt's words,
   // the name in quotes and then, where there are any, the description in parentheses, the value after =, the
-  // states and the number of children: 'ListItem "Lunch" selected focused', 'ComboBox "Year" = 2004'. "none"
-  // when there is nothing.
+  // states and the number of children: 'ListItem "Lunch" selected focused', 'ComboBox "Year: 2004" = 2004'.
+  // "none" when there is nothing.
   std::string Read(HWND window, int child = -1);
   // The same for the child at a client point.
   std::string ReadAt(HWND window, POINT point);

@@ -125,9 +125,8 @@ class ItemInterface : public QAccessibleInterface, public QAccessibleActionInter
       return state;
     }
     const AccessiblePart part = Part();
-    const bool selectable = part.state & kAccessibleSelectable;
-    state.selectable = selectable;
-    state.focusable = selectable && widget->focusPolicy() != Qt::NoFocus;
+    state.selectable = (part.state & kAccessibleSelectable) != 0;
+    state.focusable = CanFocus(part);
     state.focused = widget->hasFocus() && Ask(hwnd, kWholeWindow).currentItem == item;
     state.selected = (part.state & kAccessibleSelected) != 0;
     state.pressed = (part.state & kAccessiblePressed) != 0;
@@ -145,7 +144,7 @@ class ItemInterface : public QAccessibleInterface, public QAccessibleActionInter
     const AccessiblePart part = Part();
     QStringList names;
     if (part.pressable) names << pressAction();
-    if (part.state & kAccessibleSelectable) names << setFocusAction();
+    if (CanFocus(part)) names << setFocusAction();
     return names;
   }
   void doAction(const QString& name) override {
@@ -157,6 +156,10 @@ class ItemInterface : public QAccessibleInterface, public QAccessibleActionInter
 
  private:
   AccessiblePart Part() const { return isValid() ? Ask(hwnd, item) : AccessiblePart(); }
+  bool CanFocus(const AccessiblePart& part) const {
+    return (part.state & kAccessibleSelectable) != 0 && widget != nullptr &&
+           widget->focusPolicy() != Qt::NoFocus;
+  }
 
   QPointer<QWidget> widget;
   const HWND hwnd;
@@ -169,9 +172,7 @@ class WindowInterface : public QAccessibleWidget, public QAccessibleValueInterfa
  public:
   WindowInterface(QWidget* ownWidget, HWND ownWindow) : QAccessibleWidget(ownWidget), hwnd(ownWindow) {}
 
-  bool isValid() const override {
-    return QAccessibleWidget::isValid() && FindWindowEntry(hwnd) != nullptr;
-  }
+  bool isValid() const override { return QAccessibleWidget::isValid() && FindWindowEntry(hwnd) != nullptr; }
   int childCount() const override { return QAccessibleWidget::childCount() + Part().items; }
   QAccessibleInterface* child(int index) const override {
     const int widgets = QAccessibleWidget::childCount();
@@ -204,9 +205,13 @@ class WindowInterface : public QAccessibleWidget, public QAccessibleValueInterfa
 
   QString text(QAccessible::Text kind) const override {
     if (!isValid()) return {};
-    const QString own = TextOf(Part(), kind);
-    if (!own.isEmpty()) return own;
-    return kind == QAccessible::Name ? widget()->windowTitle() : QAccessibleWidget::text(kind);
+    const AccessiblePart part = Part();
+    const QString own = TextOf(part, kind);
+    if (kind != QAccessible::Name) return own.isEmpty() ? QAccessibleWidget::text(kind) : own;
+    const QString name = own.isEmpty() ? widget()->windowTitle() : own;
+    if (part.role != AccessibleRole::kChooser) return name;
+    // The protocol of the desktop has no words for the value of a chooser: as Qt's own it names it.
+    return name + QStringLiteral(": ") + TextOf(part, QAccessible::Value);
   }
   QAccessible::Role role() const override {
     const AccessiblePart part = Part();
@@ -241,8 +246,7 @@ class WindowInterface : public QAccessibleWidget, public QAccessibleValueInterfa
 
   QVariant currentValue() const override { return Part().position; }
   void setCurrentValue(const QVariant& value) override {
-    Do(hwnd, AccessibleAction::kSetPosition,
-       std::clamp(value.toInt(), 0, std::max(Part().lastPosition, 0)));
+    Do(hwnd, AccessibleAction::kSetPosition, std::clamp(value.toInt(), 0, std::max(Part().lastPosition, 0)));
   }
   QVariant maximumValue() const override { return Part().lastPosition; }
   QVariant minimumValue() const override { return 0; }
