@@ -51,8 +51,11 @@ int CalendarPanel::PrepareClass(WNDCLASS* windowClass) {
 }
 
 LRESULT CalendarPanel::OnCreate(const MessageRecord&) {
-  const bool made = categorySelector.Create(this) && miniCalendar.Create(this) && dayList.Create(this);
-  return made ? 0 : -1;
+  // In the order in which Tab walks them.
+  if (!categorySelector.Create(this) || !dayList.Create(this) || !miniCalendar.Create(this)) return -1;
+  SetWindowText(hwnd, "Calendar");
+  SetWindowText(categorySelector.Handle(), "Category");
+  return 0;
 }
 
 LRESULT CalendarPanel::OnSize(const MessageRecord& record) {
@@ -96,6 +99,7 @@ void CalendarPanel::Reload() {
 void CalendarPanel::LoadDay() {
   BeginWaitCursor();
   ListDay(records, *calendarFile, currentDate, CategoryFilter());
+  SetWindowText(dayList.Handle(), ("Appointments of " + core::FormatDate(currentDate)).c_str());
   dayList.SetFile(calendarFile, &records);
   EndWaitCursor();
 }
@@ -179,12 +183,20 @@ void CalendarPanel::OnCategoryCommand(int command, const char* name) {
   EndCommand();
 }
 
+// At the mouse, but by the selected row when a key asked for the menu while the mouse was elsewhere.
+POINT CalendarPanel::MenuPoint() const {
+  const POINT mouse = GetCursorPos();
+  RECT list;
+  GetWindowRect(dayList.Handle(), &list);
+  return Contains(list, mouse) ? mouse : dayList.MenuPoint(dayList.SelectedItem());
+}
+
 void CalendarPanel::ShowPopupMenu(bool onItem) {
   const HMENU menu = CreatePopupMenu();
   AppendItem(menu, kNewItemText, ID_ITEM_NEW, true);
   AppendItem(menu, kEditItemText, ID_ITEM_EDIT, onItem);
   AppendItem(menu, kDeleteItemText, ID_ITEM_DELETE, onItem);
-  TrackPopupMenu(menu, GetCursorPos(), hwnd);
+  TrackPopupMenu(menu, MenuPoint(), hwnd);
   DestroyMenu(menu);
 }
 

@@ -61,6 +61,7 @@ class CalendarPanel : public ZarfWnd {
   void OnCalendarNotice(unsigned code, const core::Date& date);
   void OnCategoryCommand(int command, const char* name);
   void ShowPopupMenu(bool onItem);
+  POINT MenuPoint() const;
 
   void SetCurrentDate(const core::Date& date);
   void LoadDay();

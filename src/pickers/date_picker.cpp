@@ -60,6 +60,7 @@ LRESULT DatePickerDialog::OnInitDialog(const MessageRecord&) {
     RollDown(window.left, window.top, window.right, window.bottom);
   }
   calendar.Create(this);
+  calendar.FocusDays();
   return 1;
 }
 

@@ -116,6 +116,8 @@ LRESULT ZarfWndApp::OnCreate(const MessageRecord&) {
   AddToolBarButtons();
   paneBar = std::make_unique<ZarfPaneBar>();
   if (!toolBar->Create(this) || !paneBar->Create(this)) return -1;
+  SetWindowText(toolBar->Handle(), "Toolbar");
+  SetWindowText(paneBar->Handle(), "Panes");
   cursor = LoadCursor(IDC_ARROW);
   SetTimer(hwnd, kHoverTimer, kHoverMs);
   return 0;
@@ -302,7 +304,10 @@ void ZarfWndApp::TrackButton(CaptionButton button) {
   captured = false;
   if (!IsWindow(hwnd)) return;
   SetButtonState(button, 0);
-  if (!OverButton(button, GetCursorPos())) return;
+  if (OverButton(button, GetCursorPos())) PressButton(button);
+}
+
+void ZarfWndApp::PressButton(CaptionButton button) {
   if (button == CaptionButton::kMaximize) Post(WM_SYSCOMMAND, SC_MAXIMIZE, 0);
   if (button == CaptionButton::kMinimize) MinimizeWindow(hwnd);
   if (button == CaptionButton::kClose) Post(WM_CLOSE, 0, 0);
@@ -388,6 +393,37 @@ void ZarfWndApp::ToggleMaximize() {
   GetWindowRect(hwnd, &window);
   const RECT next = MaximizedPlacement(window, DesktopRect());
   MoveWindow(hwnd, next.left, next.top, Width(next), Height(next));
+}
+
+void ZarfWndApp::Describe(int item, AccessiblePart* part) {
+  constexpr const char* kNames[] = {"Minimize", "Maximize", "Close"};  // by CaptionButton
+  if (item == kWholeWindow) {
+    part->items = static_cast<int>(std::size(kNames));
+    return;
+  }
+  RECT window;
+  GetWindowRect(hwnd, &window);
+  const auto button = static_cast<CaptionButton>(item);
+  const RECT place = CaptionButtonRect(SizeOf(window), button);
+  part->role = AccessibleRole::kButton;
+  part->name = kNames[item];
+  part->state = ButtonState(button) == 2 ? kAccessiblePressed : 0;
+  part->pressable = true;
+  part->place = {place.left - kFrameInsets.left, place.top - kFrameInsets.top,
+                 place.right - kFrameInsets.left, place.bottom - kFrameInsets.top};
+}
+
+int ZarfWndApp::ItemAt(POINT point) {
+  const POINT screenPoint = ClientToScreen(hwnd, point);
+  for (const CaptionButton button : kHoverOrder) {
+    if (OverButton(button, screenPoint)) return static_cast<int>(button);
+  }
+  return -1;
+}
+
+void ZarfWndApp::DoAction(AccessibleAction action, int value) {
+  const bool button = value >= 0 && value <= static_cast<int>(CaptionButton::kClose);
+  if (action == AccessibleAction::kPress && button) PressButton(static_cast<CaptionButton>(value));
 }
 
 // ---- Commands ----
@@ -477,6 +513,7 @@ bool ZarfWndApp::SwitchPane(int index, bool animate) {
   const RECT below = {client.left, client.top + 73, client.right, client.bottom};
   Invalidate(&below, 0);
   Update();
+  AnnounceChange(paneBar->Handle(), AccessibleChange::kCurrentItem);
   SetFocus(next->Handle());
   next->OnEnter();
   return true;

@@ -86,6 +86,14 @@ Qt::Key KeyFor(unsigned key) {
       return Qt::Key_Return;
     case VK_ESCAPE:
       return Qt::Key_Escape;
+    case VK_SPACE:
+      return Qt::Key_Space;
+    case VK_PRIOR:
+      return Qt::Key_PageUp;
+    case VK_NEXT:
+      return Qt::Key_PageDown;
+    case VK_APPS:
+      return Qt::Key_Menu;
     case VK_END:
       return Qt::Key_End;
     case VK_HOME:

@@ -346,6 +346,9 @@ LRESULT DefWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
       return DefaultHitTest(window, PointFromLParam(lParam));
     case WM_NCACTIVATE:
       return 1;
+    case WM_KEYDOWN:
+      if (wParam == VK_TAB) widget->WalkTabStops();
+      return 0;
     default:
       return 0;
   }
@@ -371,6 +374,16 @@ void SetFocus(HWND window) {
 
 HWND GetFocus() {
   return HandleAround(QApplication::focusWidget());
+}
+
+void SetTabStop(HWND window, bool stop) {
+  // Not by a click: which windows take the focus then is theirs to say.
+  if (QWidget* widget = AnyWidgetOf(window)) widget->setFocusPolicy(stop ? Qt::TabFocus : Qt::NoFocus);
+}
+
+bool ShowsFocus(HWND window) {
+  const WindowWidget* widget = WidgetOf(window);
+  return widget != nullptr && widget->ShowsFocus();
 }
 
 HWND GetForegroundWindow() {

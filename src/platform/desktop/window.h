@@ -128,6 +128,12 @@ bool KillTimer(HWND window, UINT id);
 // The keyboard focus. GetFocus is null while another program has the keyboard.
 void SetFocus(HWND window);
 HWND GetFocus();
+// Whether Tab reaches the window. It does so in dialogs, and where the window with the focus leaves the key
+// to the default handling; it walks in the order in which windows were made. A click alone focuses nothing.
+void SetTabStop(HWND window, bool stop);
+// Whether the window has the focus and Tab brought it there: only then is the user helped by a mark that
+// shows where it is. A tab stop is painted again when that changes.
+bool ShowsFocus(HWND window);
 // The window the user works in, when it is one of ours.
 HWND GetForegroundWindow();
 void SetForegroundWindow(HWND window);

@@ -6,6 +6,7 @@
 
 unsigned KeyOf(const QKeyEvent& event) {
   const int key = event.key();
+  if (key == Qt::Key_F10 && event.modifiers() == Qt::ShiftModifier) return VK_APPS;
   if ((key >= Qt::Key_A && key <= Qt::Key_Z) || (key >= Qt::Key_0 && key <= Qt::Key_9)) {
     return static_cast<unsigned>(key);
   }
@@ -14,6 +15,7 @@ unsigned KeyOf(const QKeyEvent& event) {
     case Qt::Key_Backspace:
       return VK_BACK;
     case Qt::Key_Tab:
+    case Qt::Key_Backtab:
       return VK_TAB;
     case Qt::Key_Return:
     case Qt::Key_Enter:
@@ -42,6 +44,8 @@ unsigned KeyOf(const QKeyEvent& event) {
       return VK_INSERT;
     case Qt::Key_Delete:
       return VK_DELETE;
+    case Qt::Key_Menu:
+      return VK_APPS;
     default:
       return 0;
   }
