@@ -27,6 +27,8 @@ constexpr std::int64_t SlotField(std::int64_t offset, std::size_t fieldOffset) {
   return offset + static_cast<std::int64_t>(fieldOffset);
 }
 
+}  // namespace
+
 OpenError FromFileResult(platform::FileResult result) {
   switch (result) {
     case platform::FileResult::kDone:
@@ -45,8 +47,6 @@ OpenError FromFileResult(platform::FileResult result) {
   return OpenError::kFailed;
 }
 
-}  // namespace
-
 bool RefreshEnabled() {
   return refreshEnabled;
 }
@@ -57,8 +57,8 @@ void SetRefreshEnabled(bool enabled) {
 
 // ---- Life ----
 
-RecordFile::RecordFile(std::string filePath, std::string_view givenPassword)
-    : path(std::move(filePath)), password(givenPassword) {
+RecordFile::RecordFile(std::string filePath, std::string_view givenPassword, OpenMode openMode)
+    : path(std::move(filePath)), password(givenPassword), mode(openMode) {
   Open();
 }
 
@@ -92,10 +92,11 @@ bool RecordFile::Open() {
 }
 
 OpenError RecordFile::TryOpen() {
-  const OpenError opened = FromFileResult(file.OpenShared(path));
+  const bool readOnly = mode == OpenMode::kReadOnly;
+  const OpenError opened = FromFileResult(readOnly ? file.OpenReadOnly(path) : file.OpenShared(path));
   if (opened != OpenError::kNone) return opened;
   const OpenError checked = CheckBlocks();
-  if (checked != OpenError::kNone) return checked;
+  if (checked != OpenError::kNone || readOnly) return checked;
 
   const FileGuard guard(file);
   const bool counted = guard.Held() && AddToCounter<std::uint32_t>(offsetof(HeaderBlock, openCount), 1);
@@ -126,7 +127,7 @@ OpenError RecordFile::CheckBlocks() {
 
 void RecordFile::Close() {
   if (!file.IsOpen()) return;
-  {
+  if (mode == OpenMode::kReadAndWrite) {
     const FileGuard guard(file);
     std::uint32_t count = 0;
     const std::int64_t at = HeaderField(offsetof(HeaderBlock, openCount));
@@ -136,7 +137,7 @@ void RecordFile::Close() {
       WriteBytes(&count, sizeof count, at);
     }
   }
-  file.Flush();
+  if (mode == OpenMode::kReadAndWrite) file.Flush();
   file.Close();
 }
 
