@@ -71,12 +71,14 @@ void FaultyCalls::Before(Call call, int nth, std::function<void()> action) {
 }
 
 bool FaultyCalls::Enter(Call call, std::size_t* size) {
-  const int number = ++counts[call];
+  ++counts[call];
+  ++counts[kAny];
   int error = 0;
   for (std::size_t i = 0; i < faults.size(); ++i) {
     const Fault fault = faults[i];  // a copy: the action may add faults
-    const bool meant = fault.call == call && number >= fault.nth &&
-                       (fault.times == kForEver || number < fault.nth + fault.times);
+    if (fault.call != call && fault.call != kAny) continue;
+    const int number = counts[fault.call];
+    const bool meant = number >= fault.nth && (fault.times == kForEver || number < fault.nth + fault.times);
     if (!meant) continue;
     if (fault.action) fault.action();
     if (fault.error != 0) error = fault.error;

@@ -121,6 +121,11 @@ bool File::Flush() {
   return IsOpen() && FlushFully(descriptor);
 }
 
+bool File::LocksWork() const {
+  // Taking again what is held changes nothing.
+  return TakeLock(descriptor, {kInUseByte, F_WRLCK, 0}) != LockResult::kNoLocks;
+}
+
 FileGuard::FileGuard(File& file) : descriptor(file.descriptor), held(false), locked(false) {
   if (!file.IsOpen()) return;
   const LockResult result = TakeLock(descriptor, {kGuardByte, F_WRLCK, kPatienceMs});
