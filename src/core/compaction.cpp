@@ -120,7 +120,8 @@ bool Compaction::KeepCutRecord(std::string& message) const {
 }
 
 bool Compaction::WriteTemp(const CompactionWatcher& watcher) {
-  return WriteBlocks() && CopyLiveSlots(watcher) && temp.Flush();
+  // A size that could not be had must not pass for an empty file.
+  return sourceSize >= kFirstSlotOffset && WriteBlocks() && CopyLiveSlots(watcher) && temp.Flush();
 }
 
 // The blocks stay as they are but for what the new file has no more: openers and free slots.

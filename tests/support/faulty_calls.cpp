@@ -40,6 +40,9 @@ struct FaultyEntries {
   static int Link(const char* from, const char* to) {
     return current->Enter(FaultyCalls::kLink, nullptr) ? current->original.link(from, to) : -1;
   }
+  static std::int64_t Size(int descriptor) {
+    return current->Enter(FaultyCalls::kSize, nullptr) ? current->original.size(descriptor) : -1;
+  }
 };
 
 FaultyCalls::FaultyCalls() : original(platform::SystemFileCalls()) {
@@ -50,7 +53,7 @@ FaultyCalls::FaultyCalls() : original(platform::SystemFileCalls()) {
   current = this;
   platform::SystemFileCalls() = {FaultyEntries::Read, FaultyEntries::Write,  FaultyEntries::Flush,
                                  FaultyEntries::Lock, FaultyEntries::Rename, FaultyEntries::RenameNew,
-                                 FaultyEntries::Link};
+                                 FaultyEntries::Link, FaultyEntries::Size};
 }
 
 FaultyCalls::~FaultyCalls() {

@@ -18,7 +18,17 @@ namespace tests {
 
 class FaultyCalls {
  public:
-  enum Call { kRead, kWrite, kFlush, kLock, kRename, kRenameNew, kLink, kAny };  // kAny counts them all
+  enum Call {
+    kRead,
+    kWrite,
+    kFlush,
+    kLock,
+    kRename,
+    kRenameNew,
+    kLink,
+    kSize,
+    kAny
+  };  // kAny counts them all
   static constexpr int kForEver = -1;
 
   FaultyCalls();

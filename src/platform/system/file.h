@@ -34,6 +34,7 @@ struct FileCalls {
   int (*rename)(const char* from, const char* to);
   int (*renameNew)(const char* from, const char* to);  // renameat2 with RENAME_NOREPLACE
   int (*link)(const char* from, const char* to);
+  std::int64_t (*size)(int descriptor);  // fstat's st_size, or -1
 };
 
 // The table in force. Tests assign to it and restore it.
