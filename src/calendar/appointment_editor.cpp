@@ -182,11 +182,5 @@ void AppointmentEditor::OnOk() {
 
 // The alarm of an appointment that has none: ready to ring at its start.
 void AppointmentEditor::ResetAlarm() {
-  core::WriteText(appointment.alarmTone, "");
-  core::WriteText(appointment.alarmStartTarget, "");
-  appointment.alarmStartKind = core::kAlarmStartsDocument;
-  appointment.alarmDate = appointment.date;
-  appointment.alarmTime = appointment.startTime;
-  appointment.alarmDaysBefore = 0;
-  appointment.alarmState = 0;
+  core::ResetAlarm(appointment);
 }

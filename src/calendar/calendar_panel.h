@@ -7,12 +7,15 @@
 #include <cstdint>
 #include <string>
 
-#include "calendar/appointment_commands.h"
 #include "calendar/appointment_editor.h"
 #include "calendar/category_selector.h"
 #include "calendar/day_list.h"
+#include "core/appointment_commands.h"
 #include "core/record_query.h"
 #include "pickers/mini_calendar.h"
+
+using core::CommandResult;
+using core::EditLock;
 
 class CalendarPanel : public ZarfWnd {
  public:

@@ -50,9 +50,7 @@ Appointment Example(const HeaderBlock& header, const TimeOfDay& start, const Tim
   example.startTime = start;
   example.endTime = end;
   example.allDay = allDay ? 1 : 0;
-  example.alarmStartKind = kAlarmStartsDocument;
-  example.alarmDate = example.date;
-  example.alarmTime = example.startTime;
+  ResetAlarm(example);
   WriteText(example.subject, subject);
   return example;
 }
@@ -91,6 +89,17 @@ bool DateFromAlarm(const Appointment& appointment, Date& date) {
   }
   date = moved;
   return true;
+}
+
+void ResetAlarm(Appointment& appointment) {
+  appointment.alarmOn = 0;
+  WriteText(appointment.alarmTone, "");
+  WriteText(appointment.alarmStartTarget, "");
+  appointment.alarmStartKind = kAlarmStartsDocument;
+  appointment.alarmDate = appointment.date;
+  appointment.alarmTime = appointment.startTime;
+  appointment.alarmDaysBefore = 0;
+  appointment.alarmState = 0;
 }
 
 bool NewAppointment(const RecordFile& file, Appointment& appointment) {

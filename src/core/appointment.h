@@ -88,6 +88,9 @@ bool AlarmDateFromDate(Appointment& appointment, const Date& date);
 // last day.
 bool DateFromAlarm(const Appointment& appointment, Date& date);
 
+// Makes the alarm one that is off: ready to be set to ring at the appointment's start.
+void ResetAlarm(Appointment& appointment);
+
 // A new appointment of the file's owner: everything zero but the record header. False when the file cannot be
 // read.
 bool NewAppointment(const RecordFile& file, Appointment& appointment);

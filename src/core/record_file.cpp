@@ -27,6 +27,8 @@ constexpr std::int64_t SlotField(std::int64_t offset, std::size_t fieldOffset) {
   return offset + static_cast<std::int64_t>(fieldOffset);
 }
 
+}  // namespace
+
 OpenError FromFileResult(platform::FileResult result) {
   switch (result) {
     case platform::FileResult::kDone:
@@ -44,8 +46,6 @@ OpenError FromFileResult(platform::FileResult result) {
   }
   return OpenError::kFailed;
 }
-
-}  // namespace
 
 OpenError CheckRecordFile(const platform::File& file, HeaderBlock& header, std::uint32_t& slotSize) {
   const std::int64_t size = file.Size();
@@ -77,8 +77,8 @@ void SetRefreshEnabled(bool enabled) {
 
 // ---- Life ----
 
-RecordFile::RecordFile(std::string filePath, std::string_view givenPassword)
-    : path(std::move(filePath)), password(givenPassword) {
+RecordFile::RecordFile(std::string filePath, std::string_view givenPassword, OpenMode openMode)
+    : path(std::move(filePath)), password(givenPassword), mode(openMode) {
   Open();
 }
 
@@ -112,13 +112,15 @@ bool RecordFile::Open() {
 }
 
 OpenError RecordFile::TryOpen() {
-  const OpenError opened = FromFileResult(file.OpenShared(path));
+  const OpenError opened =
+      FromFileResult(mode == OpenMode::kReadOnly ? file.OpenReadOnly(path) : file.OpenShared(path));
   if (opened != OpenError::kNone) return opened;
   HeaderBlock header;
   const bool firstTime = slotSize == 0;
   const OpenError checked = CheckRecordFile(file, header, slotSize);
   if (checked != OpenError::kNone) return checked;
   if (firstTime) counterAtOpen = header.changeCounter;
+  if (mode == OpenMode::kReadOnly) return OpenError::kNone;
 
   const FileGuard guard(file);
   const bool counted = guard.Held() && AddToCounter<std::uint32_t>(offsetof(HeaderBlock, openCount), 1);
@@ -127,7 +129,7 @@ OpenError RecordFile::TryOpen() {
 
 void RecordFile::Close() {
   if (!file.IsOpen()) return;
-  {
+  if (mode == OpenMode::kReadAndWrite) {
     const FileGuard guard(file);
     std::uint32_t count = 0;
     const std::int64_t at = HeaderField(offsetof(HeaderBlock, openCount));
@@ -137,7 +139,7 @@ void RecordFile::Close() {
       WriteBytes(&count, sizeof count, at);
     }
   }
-  file.Flush();
+  if (mode == OpenMode::kReadAndWrite) file.Flush();
   file.Close();
 }
 

@@ -35,6 +35,8 @@ enum class OpenError {
   kFailed,         // reading or writing it failed
 };
 
+OpenError FromFileResult(platform::FileResult result);
+
 // What the password given for a file allows.
 enum class Access : std::int32_t {
   kNone = -1,        // the password is none of the file's
@@ -57,11 +59,16 @@ OpenError CheckRecordFile(const platform::File& file, HeaderBlock& header, std::
 bool RefreshEnabled();
 void SetRefreshEnabled(bool enabled);
 
+// How a file is opened. Who only reads writes nothing at all, the open count included, and so can read what
+// may not be written; every operation that changes the file then fails.
+enum class OpenMode { kReadAndWrite, kReadOnly };
+
 class RecordFile {
  public:
   // Opens the file. When that fails the object still serves for Create, and every other operation fails.
   // The password is what the user typed, empty for none.
-  RecordFile(std::string filePath, std::string_view givenPassword);
+  RecordFile(std::string filePath, std::string_view givenPassword,
+             OpenMode openMode = OpenMode::kReadAndWrite);
   ~RecordFile();  // closes
   RecordFile(const RecordFile&) = delete;
   RecordFile& operator=(const RecordFile&) = delete;
@@ -85,12 +92,16 @@ class RecordFile {
   bool CreateNew(const HeaderBlock& header, const CategoryBlock& categories, std::uint32_t slotSize,
                  std::string_view slots = {});
 
-  // Opens the file and counts this object in the header block. True when it is open already.
+  // Opens the file and, unless it is only read, counts this object in the header block. True when it is open
+  // already.
   bool Open();
 
   // Takes this object out of the count, brings everything to the disk and closes. Does nothing when closed.
   void Close();
   bool IsOpen() const { return file.IsOpen(); }
+
+  // Whether anybody else has the file open (platform::File::UsedByOthers).
+  bool UsedByOthers() const { return file.UsedByOthers(); }
 
   // Brings everything written to the disk. False on failure or when closed.
   bool Flush() { return file.Flush(); }
@@ -190,6 +201,7 @@ class RecordFile {
 
   std::string path;
   std::string password;
+  OpenMode mode;
   platform::File file;
   OpenError openError = OpenError::kNone;
   std::uint32_t slotSize = 0;

@@ -74,6 +74,10 @@ class RecordQuery {
   bool AddCallbackCondition(std::uint32_t fieldOffset, const void* value, std::size_t valueSize,
                             ConditionCallback callback, Connector connector);
 
+  // Whether a slot of `slotSize` bytes satisfies the conditions; without any none does. Callbacks may read
+  // kLargestSlotSize bytes.
+  bool Matches(const char* slot, std::size_t slotSize) const;
+
   // Forgets conditions, results, the sort and the stamp.
   void Clear();
 
@@ -125,7 +129,6 @@ class RecordQuery {
 
   bool Add(const Condition& condition);
   static bool Holds(const Condition& condition, const char* slot, std::size_t slotSize);
-  bool Matches(const char* slot, std::size_t slotSize) const;
 
   std::vector<Condition> conditions;
   std::vector<std::int32_t> offsets;

@@ -56,6 +56,14 @@ FileResult File::OpenShared(const std::string& path) {
   return result;
 }
 
+FileResult File::OpenReadOnly(const std::string& path) {
+  Descriptor opened;
+  const FileResult result = OpenLocked(path, O_RDONLY, 0, kShare, opened);
+  Close();
+  descriptor = opened.Release();
+  return result;
+}
+
 FileResult File::OpenExclusive(const std::string& path) {
   Descriptor opened;
   const FileResult result = OpenLocked(path, O_RDWR, 0, kAlone, opened);
@@ -95,6 +103,16 @@ std::int64_t File::WriteAt(const void* buffer, std::size_t size, std::int64_t of
 
 std::int64_t File::Size() const {
   return IsOpen() ? SystemFileCalls().size(descriptor) : -1;
+}
+
+bool File::UsedByOthers() const {
+  // Asked, not taken: a file opened for reading may not take such a lock.
+  struct flock asked = {};
+  asked.l_type = F_WRLCK;
+  asked.l_whence = SEEK_SET;
+  asked.l_start = kInUseByte;
+  asked.l_len = 1;
+  return !IsOpen() || fcntl(descriptor, F_OFD_GETLK, &asked) != 0 || asked.l_type != F_UNLCK;
 }
 
 bool File::Flush() {

@@ -56,6 +56,10 @@ class File {
   // closed.
   FileResult OpenShared(const std::string& path);
 
+  // Opens an existing file for reading only, as OpenShared in all else: what may not be written, or lies
+  // where nothing may, can be read all the same. Writing to it fails.
+  FileResult OpenReadOnly(const std::string& path);
+
   // Opens an existing file for reading and writing for oneself alone, as a compaction needs it until its
   // rename is done. kInUse, without waiting, when somebody has it open, this process included. The file must
   // be closed.
@@ -78,6 +82,10 @@ class File {
 
   // Length in bytes, or -1 on failure.
   std::int64_t Size() const;
+
+  // Whether anybody but this object has the file open, this process's other objects included. True also
+  // where that cannot be told.
+  bool UsedByOthers() const;
 
   // Brings everything written so far to the disk. False on failure or when closed.
   bool Flush();

@@ -54,6 +54,16 @@ TEST(FileTest, ReadsAndWritesInPlace) {
   EXPECT_EQ(TextAt(file, 4, -1), "failed");
   EXPECT_EQ(file.WriteAt("z", 1, -1), -1);
 
+  File reader;
+  ASSERT_EQ(reader.OpenReadOnly(path), FileResult::kDone);
+  EXPECT_EQ(TextAt(reader, 4, 3), "3xy6");
+  EXPECT_EQ(reader.WriteAt("z", 1, 0), -1);
+  EXPECT_FALSE(FileGuard(reader).Held()) << "who may not write may not guard";
+  EXPECT_TRUE(reader.UsedByOthers());
+  EXPECT_TRUE(file.UsedByOthers());
+  reader.Close();
+  EXPECT_FALSE(file.UsedByOthers());
+
   File moved = std::move(file);
   EXPECT_EQ(TextAt(moved, 1, 0), "0");
   moved.Close();

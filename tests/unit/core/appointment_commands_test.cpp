@@ -1,6 +1,6 @@
 // The rules of the commands that change appointments, without a window: rights, the edit lock on every way
 // out, and what a list that is no longer true can lead to.
-#include "calendar/appointment_commands.h"
+#include "core/appointment_commands.h"
 
 #include <gtest/gtest.h>
 
@@ -11,6 +11,9 @@
 
 namespace tests {
 namespace {
+
+using core::CommandResult;
+using core::EditLock;
 
 // A + before a field of a record makes a copy: a reference to it would not be aligned.
 

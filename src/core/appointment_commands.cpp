@@ -1,31 +1,31 @@
-#include "calendar/appointment_commands.h"
+#include "core/appointment_commands.h"
 
 #include "core/repeat_rule.h"
 
+namespace core {
 namespace {
 
 // The event state of an internet event that its organiser called off.
 constexpr std::uint8_t kCancelledEventState = 9;
 
-CommandResult FromFile(core::Result result) {
+CommandResult FromFile(Result result) {
   switch (result) {
-    case core::Result::kDone:
+    case Result::kDone:
       return CommandResult::kDone;
-    case core::Result::kRefused:
+    case Result::kRefused:
       return CommandResult::kReader;
     default:
       return CommandResult::kFailed;
   }
 }
 
-CommandResult TakeAndRead(EditLock& lock, std::int32_t offset, core::Appointment& record) {
+CommandResult TakeAndRead(EditLock& lock, std::int32_t offset, Appointment& record) {
   const CommandResult taken = lock.Take(offset);
   return taken == CommandResult::kDone ? lock.Read(record) : taken;
 }
 
-CommandResult CheckConfidential(const core::RecordFile& file, const core::Appointment& record) {
-  if (record.header.confidential == 0 || file.AccessLevel() == core::Access::kOwner)
-    return CommandResult::kDone;
+CommandResult CheckConfidential(const RecordFile& file, const Appointment& record) {
+  if (record.header.confidential == 0 || file.AccessLevel() == Access::kOwner) return CommandResult::kDone;
   return CommandResult::kConfidential;
 }
 
@@ -39,7 +39,7 @@ CommandResult EditLock::Take(std::int32_t slotOffset) {
   return CommandResult::kDone;
 }
 
-CommandResult EditLock::Read(core::Appointment& record) const {
+CommandResult EditLock::Read(Appointment& record) const {
   return file.ReadRecord(&record, offset) ? CommandResult::kDone : CommandResult::kVanished;
 }
 
@@ -48,17 +48,17 @@ void EditLock::Release() {
   offset = 0;
 }
 
-CommandResult CheckMayChange(const core::RecordFile& file) {
-  return file.AccessLevel() == core::Access::kReader ? CommandResult::kReader : CommandResult::kDone;
+CommandResult CheckMayChange(const RecordFile& file) {
+  return file.AccessLevel() == Access::kReader ? CommandResult::kReader : CommandResult::kDone;
 }
 
-CommandResult AddAppointment(core::RecordFile& file, const core::Appointment& record) {
+CommandResult AddAppointment(RecordFile& file, const Appointment& record) {
   const CommandResult added = FromFile(file.AddRecord(&record));
   if (added == CommandResult::kDone) file.Flush();
   return added;
 }
 
-CommandResult BeginEdit(EditLock& lock, std::int32_t offset, core::Appointment& record) {
+CommandResult BeginEdit(EditLock& lock, std::int32_t offset, Appointment& record) {
   CommandResult result = TakeAndRead(lock, offset, record);
   if (result == CommandResult::kDone) result = CheckConfidential(lock.File(), record);
   if (result == CommandResult::kDone && record.header.eventFlag == kCancelledEventState) {
@@ -68,7 +68,7 @@ CommandResult BeginEdit(EditLock& lock, std::int32_t offset, core::Appointment& 
   return result;
 }
 
-CommandResult EndEdit(EditLock& lock, const core::Appointment& record) {
+CommandResult EndEdit(EditLock& lock, const Appointment& record) {
   const CommandResult written = FromFile(lock.File().WriteRecord(&record, lock.Offset()));
   if (written != CommandResult::kDone) return written;
   lock.Release();
@@ -77,7 +77,7 @@ CommandResult EndEdit(EditLock& lock, const core::Appointment& record) {
 }
 
 CommandResult DeleteLocked(EditLock& lock) {
-  core::Appointment record;
+  Appointment record;
   CommandResult result = lock.Read(record);
   if (result == CommandResult::kDone) result = CheckConfidential(lock.File(), record);
   if (result == CommandResult::kDone) result = FromFile(lock.File().DeleteRecord(lock.Offset()));
@@ -86,28 +86,28 @@ CommandResult DeleteLocked(EditLock& lock) {
   return result;
 }
 
-CommandResult MoveToDate(core::RecordFile& file, std::int32_t offset, const core::Date& date,
-                         core::Appointment& record) {
+CommandResult MoveToDate(RecordFile& file, std::int32_t offset, const Date& date, Appointment& record) {
   EditLock lock(file);
   const CommandResult result = TakeAndRead(lock, offset, record);
   if (result != CommandResult::kDone) return result;
-  if (core::HasRepeat(record)) return CommandResult::kRepeats;
+  if (HasRepeat(record)) return CommandResult::kRepeats;
   record.date = date;
   return FromFile(file.WriteRecord(&record, offset));
 }
 
-CommandResult CopyToDate(core::RecordFile& file, std::int32_t offset, const core::Date& date,
-                         core::Appointment& record) {
+CommandResult CopyToDate(RecordFile& file, std::int32_t offset, const Date& date, Appointment& record) {
   EditLock lock(file);
   const CommandResult result = TakeAndRead(lock, offset, record);
   if (result != CommandResult::kDone) return result;
   record.date = date;
-  record.header.recordId = core::NewRecordId();
+  record.header.recordId = NewRecordId();
   record.header.inUse = 1;
   record.header.editLock = 0;
   record.header.eventFlag = 0;
   record.header.eventByte = 0;
   record.header.eventRole = 1;
-  core::ClearRepeat(record);
+  ClearRepeat(record);
   return FromFile(file.AddRecord(&record));
 }
+
+}  // namespace core

@@ -1,5 +1,5 @@
-// What the commands of the calendar panel do to the file, without a window: who may do it, the edit lock
-// around every change, and the results from which the panel knows what to tell its user. A record is named by
+// What the commands that change appointments do to the file: who may do it, the edit lock around every
+// change, and the results from which the caller knows what to tell its user. A record is named by
 // the offset of its slot.
 //
 // An edit lock is a byte in the file that other copies see, so that every way out of a command gives it back:
@@ -10,6 +10,8 @@
 
 #include "core/appointment.h"
 #include "core/record_file.h"
+
+namespace core {
 
 enum class CommandResult {
   kDone,
@@ -25,7 +27,7 @@ enum class CommandResult {
 // The edit lock of one record.
 class EditLock {
  public:
-  explicit EditLock(core::RecordFile& lockedFile) : file(lockedFile) {}
+  explicit EditLock(RecordFile& lockedFile) : file(lockedFile) {}
   ~EditLock() { Release(); }
   EditLock(const EditLock&) = delete;
   EditLock& operator=(const EditLock&) = delete;
@@ -33,38 +35,38 @@ class EditLock {
   // Takes the lock: kDone, kReader or kLocked.
   CommandResult Take(std::int32_t slotOffset);
   // Reads the locked record: kDone or kVanished.
-  CommandResult Read(core::Appointment& record) const;
+  CommandResult Read(Appointment& record) const;
   // Gives the lock back, if it is held.
   void Release();
 
-  core::RecordFile& File() const { return file; }
+  RecordFile& File() const { return file; }
   std::int32_t Offset() const { return offset; }
 
  private:
-  core::RecordFile& file;
+  RecordFile& file;
   std::int32_t offset = 0;  // 0: not held
 };
 
 // kReader or kDone: asked before anything else a command does.
-CommandResult CheckMayChange(const core::RecordFile& file);
+CommandResult CheckMayChange(const RecordFile& file);
 
 // Adds a record that is prepared whole, and brings it to the disk.
-CommandResult AddAppointment(core::RecordFile& file, const core::Appointment& record);
+CommandResult AddAppointment(RecordFile& file, const Appointment& record);
 
 // Locks and reads a record for the editor. Unless the result is kDone the lock is given back.
-CommandResult BeginEdit(EditLock& lock, std::int32_t offset, core::Appointment& record);
+CommandResult BeginEdit(EditLock& lock, std::int32_t offset, Appointment& record);
 // Writes the edited record, gives the lock back and brings the file to the disk. When it fails the lock is
 // still held.
-CommandResult EndEdit(EditLock& lock, const core::Appointment& record);
+CommandResult EndEdit(EditLock& lock, const Appointment& record);
 
 // Deletes the record whose lock is held, gives the lock back and brings the file to the disk.
 CommandResult DeleteLocked(EditLock& lock);
 
 // Gives the record another date; `record` is then what the file holds. Nothing is changed for a repeating
 // one.
-CommandResult MoveToDate(core::RecordFile& file, std::int32_t offset, const core::Date& date,
-                         core::Appointment& record);
+CommandResult MoveToDate(RecordFile& file, std::int32_t offset, const Date& date, Appointment& record);
 // Adds a copy of the record on another date, which neither repeats nor is an internet event; `record` is the
 // copy.
-CommandResult CopyToDate(core::RecordFile& file, std::int32_t offset, const core::Date& date,
-                         core::Appointment& record);
+CommandResult CopyToDate(RecordFile& file, std::int32_t offset, const Date& date, Appointment& record);
+
+}  // namespace core

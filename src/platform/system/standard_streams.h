@@ -1,0 +1,18 @@
+// The standard output and error of a program for terminals and scripts. Nothing is buffered here, so that
+// what was written is written, and what could not be is known.
+#pragma once
+
+#include <string_view>
+
+namespace platform {
+
+// To be called first in main. Takes the place of streams that the program was started without: else the next
+// file that is opened would get their number, and texts would be written into it. And a reader that goes away
+// makes a write fail instead of ending the program.
+void PrepareStandardStreams();
+
+// Writes all bytes. False, with `errno` telling why, when they did not all go out.
+bool WriteStandardOutput(std::string_view bytes);
+bool WriteStandardError(std::string_view bytes);
+
+}  // namespace platform
