@@ -9,6 +9,7 @@
 #include "framework/animations.h"
 #include "framework/notices.h"
 #include "framework/pane.h"
+#include "framework/shell_services.h"
 #include "platform/desktop/application.h"
 #include "platform/desktop/cursor.h"
 #include "platform/desktop/frame.h"
@@ -22,6 +23,7 @@
 #include "shell/skins.h"
 #include "shell/skins_dialog.h"
 #include "shell/skins_menu.h"
+#include "shell/web_pages.h"
 
 namespace {
 
@@ -417,6 +419,12 @@ LRESULT ZarfWndApp::OnCommand(const MessageRecord& record) {
       return 0;
     case ID_HELP_CONTENTS:
       ShowHelp(0);
+      return 0;
+    case ID_PRODUCT_WEB:
+      ShellOpen(kProductPage);
+      return 0;
+    case ID_COMPANY_WEB:
+      ShellOpen(kCompanyPage);
       return 0;
     case ID_OPTIONS:
       ShowOptionsDialog(this);
