@@ -423,7 +423,3 @@ COLORREF DesktopDriver::PixelAt(HWND window, POINT point) {
   const QColor colour = widget->grab().toImage().pixelColor(point.x, point.y);
   return RGB(colour.red(), colour.green(), colour.blue());
 }
-
-void DesktopDriver::SavePicture(HWND window, const std::string& path) {
-  if (QWidget* widget = WidgetFor(window)) widget->window()->grab().save(QString::fromStdString(path));
-}

@@ -34,10 +34,7 @@ std::string With(std::string bytes, std::size_t offset, std::string_view part) {
 }
 
 std::size_t LiveRecords(const RecordFile& file) {
-  RecordQuery query;
-  query.AddMatchAll();
-  query.Run(file);
-  return query.OffsetCount();
+  return tests::AllRecords(file).OffsetCount();
 }
 
 TEST(RecordFileDamage, UnsuitableFilesAreRefusedAndLeftAlone) {
@@ -148,9 +145,7 @@ TEST(RecordFileDamage, WritersDyingAnywhereLeaveAReadableFile) {
       return 0;
     });
     ASSERT_EQ(child.ExitCode(), 7) << nth;
-    RecordQuery query;
-    query.AddMatchAll();
-    query.Run(calendar.file);
+    const RecordQuery query = tests::AllRecords(calendar.file);
     const std::vector<std::string> expected =
         nth <= 3 ? std::vector<std::string>{"a"} : std::vector<std::string>{"a", "c"};
     EXPECT_EQ(tests::Subjects(calendar.file, query), expected) << nth;
