@@ -34,6 +34,7 @@ TEST(FramePlacement, MaximizeTogglesBetweenTwoSizesOnTheDesktop) {
   EXPECT_EQ(MaximizedPlacement({10, 20, 570, 600}, kDesktop), (RECT{10, 20, 430, 450}));
   EXPECT_EQ(MaximizedPlacement({10, 20, 510, 520}, kDesktop), (RECT{10, 20, 570, 600}));
   EXPECT_EQ(MaximizedPlacement({600, 500, 1020, 930}, kDesktop), (RECT{240, 120, 800, 700}));
+  EXPECT_EQ(MaximizedPlacement({50, 40, 470, 470}, {0, 0, 500, 480}), (RECT{0, 0, 560, 580}));
 }
 
 TEST(FramePlacement, IsReadOnlyWhenWholeAndOnTheDesktop) {
