@@ -99,7 +99,7 @@ int ZarfWndApp::PreCreate(char title[kTitleSize], DWORD* style, int placement[4]
   placement[3] = kSmallFrame.cy;
   // A second copy would hide the first one if it opened where that one was left.
   if (OtherCopiesRun()) return 0;
-  if (const auto saved = ReadPlacement(core::IniFile(), DesktopRect())) {
+  if (const auto saved = ReadPlacement(core::IniFile(), AllScreensRect())) {
     const int width = std::clamp(Width(*saved), kSmallFrame.cx, kLargeFrame.cx);
     const int height = std::clamp(Height(*saved), kSmallFrame.cy, kLargeFrame.cy);
     // A window that nobody can see could not be brought back, and would keep a second copy from starting.
@@ -388,7 +388,7 @@ LRESULT ZarfWndApp::OnSysCommand(const MessageRecord& record) {
 void ZarfWndApp::ToggleMaximize() {
   RECT window;
   GetWindowRect(hwnd, &window);
-  const RECT next = MaximizedPlacement(window, DesktopRect());
+  const RECT next = MaximizedPlacement(window, DesktopRect(hwnd));
   MoveWindow(hwnd, next.left, next.top, Width(next), Height(next));
 }
 

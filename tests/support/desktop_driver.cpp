@@ -42,7 +42,7 @@ auto* const stopAtEnd = static_cast<StopAtEnd*>(testing::AddGlobalTestEnvironmen
 void StartOnce() {
   if (stopAtEnd->started) return;
   stopAtEnd->started = true;
-  qputenv("QT_QPA_PLATFORM", "offscreen");
+  if (!qgetenv("QT_QPA_PLATFORM").startsWith("offscreen")) qputenv("QT_QPA_PLATFORM", "offscreen");
   static int argc = 1;
   static char name[] = "test";
   static char* argv[] = {name, nullptr};
