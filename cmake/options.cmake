@@ -14,6 +14,7 @@ if(DAYBRIX_FUZZ)
   endif()
   set(DAYBRIX_SANITIZE ON)
   add_compile_options(-fsanitize=fuzzer-no-link)
+  target_compile_definitions(daybrix_options INTERFACE DAYBRIX_SLOTS_PER_READ=3)
 endif()
 if(DAYBRIX_SANITIZE)
   # The vptr check needs run-time type information, which the project does without.
@@ -21,7 +22,7 @@ if(DAYBRIX_SANITIZE)
                       -fno-omit-frame-pointer)
   add_link_options(-fsanitize=address,undefined)
   # Instrumented code hides from this GCC 12 warning what is initialised: it fires inside <regex>. The other builds keep it.
-  target_compile_options(daybrix_options INTERFACE -Wno-maybe-uninitialized)
+  target_compile_options(daybrix_options INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
 endif()
 
 # daybrix_library(NAME SOURCES ... USES ...): one library a floor. USES names the floors it may include.

@@ -1,5 +1,6 @@
 #include "calendar/calendar_opening.h"
 
+#include "core/file_messages.h"
 #include "core/ini_file.h"
 #include "platform/system/file.h"
 

@@ -5,6 +5,7 @@
 
 #include "core/appointment.h"
 #include "core/categories.h"
+#include "core/file_messages.h"
 #include "core/ini_file.h"
 #include "core/value_compare.h"
 #include "platform/system/file.h"
@@ -16,34 +17,6 @@ namespace {
 
 constexpr int kWrongPasswordText = 103;
 constexpr int kCannotCreateText = 114;
-
-const char* ReasonText(OpenError error) {
-  switch (error) {
-    case OpenError::kNone:
-      return "";
-    case OpenError::kMissing:
-      return "The file does not exist.";
-    case OpenError::kDenied:
-      return "Access has been denied.";
-    case OpenError::kIsFolder:
-      return "It is a folder.";
-    case OpenError::kInUse:
-      return "Another program is using it.";
-    case OpenError::kCutHeader:
-      return "The file is incomplete.";
-    case OpenError::kWrongSizes:
-    case OpenError::kUnknownKind:
-    case OpenError::kWrongSlotSize:
-      return "It is not a file of this program, or it is damaged.";
-    case OpenError::kFailed:
-      return "Reading or writing it failed.";
-  }
-  return "";
-}
-
-std::string CannotOpen(const std::string& path, const std::string& reason) {
-  return "Can't open \"" + path + "\".\r\n" + reason;
-}
 
 std::string TextOf(int id) {
   return resources::FindText(id);
@@ -123,18 +96,17 @@ std::string DefaultCalendarPath() {
   return ModuleFolder() + "/works/" + name + ".cld";
 }
 
-OpenedCalendar OpenCalendarFile(const std::string& path, const std::string& password, bool withExamples) {
+OpenedCalendar OpenCalendarFile(const std::string& path, const std::string& password, bool withExamples,
+                                const CompactionWatcher& watcher) {
   if (!platform::FileExists(path) && !CreateCalendar(path, withExamples)) {
     return {nullptr, TextOf(kCannotCreateText) + "\r\n\"" + path + "\""};
   }
+  const RepairOutcome repair = RepairCheck(path, false, watcher);
   auto file = std::make_unique<RecordFile>(path, password);
   if (file->OpenFailed()) return {nullptr, DescribeOpenError(path, file->LastOpenError())};
-  if (file->SlotSize() != kCalendarKind.slotSize) return {nullptr, CannotOpen(path, "It is not a calendar.")};
-  return {std::move(file), ""};
-}
-
-std::string DescribeOpenError(const std::string& path, OpenError error) {
-  return error == OpenError::kNone ? "" : CannotOpen(path, ReasonText(error));
+  if (file->SlotSize() != kCalendarKind.slotSize)
+    return {nullptr, CannotOpenText(path, "It is not a calendar.")};
+  return {std::move(file), repair.message};
 }
 
 }  // namespace core

@@ -7,6 +7,7 @@
 #include <memory>
 #include <string>
 
+#include "core/compaction.h"
 #include "core/record_file.h"
 
 namespace core {
@@ -41,15 +42,14 @@ std::string DefaultCalendarPath();
 // A calendar file that was opened, or why it was not.
 struct OpenedCalendar {
   std::unique_ptr<RecordFile> file;  // null when the file could not be opened
-  std::string message;               // then a text for the user that names the file
+  std::string message;               // for the user, when not empty; it names the file
 };
 
 // Opens a calendar; one that does not exist is first created, with the three example appointments if asked
-// for. A new file appears at the path whole or not at all; of several copies that find it missing at the same
-// instant, one creates it and all open that one.
-OpenedCalendar OpenCalendarFile(const std::string& path, const std::string& password, bool withExamples);
-
-// A sentence for the user on why the file at `path` was not opened; empty for kNone.
-std::string DescribeOpenError(const std::string& path, OpenError error);
+// for, and one that a program left open when it died is first brought in order (RepairCheck). A new file
+// appears at the path whole or not at all; of several copies that find it missing at the same instant, one
+// creates it and all open that one.
+OpenedCalendar OpenCalendarFile(const std::string& path, const std::string& password, bool withExamples,
+                                const CompactionWatcher& watcher = {});
 
 }  // namespace core

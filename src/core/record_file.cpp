@@ -47,6 +47,26 @@ OpenError FromFileResult(platform::FileResult result) {
 
 }  // namespace
 
+OpenError CheckRecordFile(const platform::File& file, HeaderBlock& header, std::uint32_t& slotSize) {
+  const std::int64_t size = file.Size();
+  if (size < 0) return OpenError::kFailed;
+  if (size < std::int64_t{sizeof(FileHeader)}) return OpenError::kCutHeader;
+  FileHeader sizes;
+  if (file.ReadAt(&sizes, sizeof sizes, 0) != std::int64_t{sizeof sizes}) return OpenError::kFailed;
+  if (sizes.headerBlockSize != sizeof(HeaderBlock) || sizes.categoryBlockSize != sizeof(CategoryBlock)) {
+    return OpenError::kWrongSizes;
+  }
+  if (size < kFirstSlotOffset) return OpenError::kCutHeader;
+  if (file.ReadAt(&header, sizeof header, kHeaderBlockOffset) != std::int64_t{sizeof header}) {
+    return OpenError::kFailed;
+  }
+  const RecordKind* kind = FindKind(header);
+  if (kind == nullptr) return OpenError::kUnknownKind;
+  if (kind->slotSize != sizes.slotSize) return OpenError::kWrongSlotSize;
+  slotSize = sizes.slotSize;
+  return OpenError::kNone;
+}
+
 bool RefreshEnabled() {
   return refreshEnabled;
 }
@@ -94,34 +114,15 @@ bool RecordFile::Open() {
 OpenError RecordFile::TryOpen() {
   const OpenError opened = FromFileResult(file.OpenShared(path));
   if (opened != OpenError::kNone) return opened;
-  const OpenError checked = CheckBlocks();
+  HeaderBlock header;
+  const bool firstTime = slotSize == 0;
+  const OpenError checked = CheckRecordFile(file, header, slotSize);
   if (checked != OpenError::kNone) return checked;
+  if (firstTime) counterAtOpen = header.changeCounter;
 
   const FileGuard guard(file);
   const bool counted = guard.Held() && AddToCounter<std::uint32_t>(offsetof(HeaderBlock, openCount), 1);
   return counted ? OpenError::kNone : OpenError::kFailed;
-}
-
-// Whether the file is one that may be worked on; takes its slot size. The sizes are compared before anything
-// is read or allocated by them.
-OpenError RecordFile::CheckBlocks() {
-  const std::int64_t size = file.Size();
-  if (size < 0) return OpenError::kFailed;
-  if (size < std::int64_t{sizeof(FileHeader)}) return OpenError::kCutHeader;
-  FileHeader sizes;
-  if (!ReadFileHeader(sizes)) return OpenError::kFailed;
-  if (sizes.headerBlockSize != sizeof(HeaderBlock) || sizes.categoryBlockSize != sizeof(CategoryBlock)) {
-    return OpenError::kWrongSizes;
-  }
-  if (size < kFirstSlotOffset) return OpenError::kCutHeader;
-  HeaderBlock header;
-  if (!ReadHeaderBlock(header)) return OpenError::kFailed;
-  const RecordKind* kind = FindKind(header);
-  if (kind == nullptr) return OpenError::kUnknownKind;
-  if (kind->slotSize != sizes.slotSize) return OpenError::kWrongSlotSize;
-  if (slotSize == 0) counterAtOpen = header.changeCounter;
-  slotSize = sizes.slotSize;
-  return OpenError::kNone;
 }
 
 void RecordFile::Close() {

@@ -47,6 +47,11 @@ enum class Access : std::int32_t {
 // decides.
 Access LevelOf(std::string_view password, const HeaderBlock& header);
 
+// Whether an open file is a record file that may be worked on; then answers its header block and the bytes of
+// its slots. The sizes in it are compared with those of its kind before anything is read or allocated by
+// them.
+OpenError CheckRecordFile(const platform::File& file, HeaderBlock& header, std::uint32_t& slotSize);
+
 // True while this process holds no edit lock, as far as the last lock or unlock tells: lists are not rebuilt
 // under an open editor. One flag for the process.
 bool RefreshEnabled();
@@ -173,7 +178,6 @@ class RecordFile {
  private:
   Result MayWrite() const;
   OpenError TryOpen();
-  OpenError CheckBlocks();
   bool IsSlotOffset(std::int64_t offset) const;
   std::int64_t FindPlace(bool& reused);
   std::int64_t FindFreeSlot() const;

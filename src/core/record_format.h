@@ -144,7 +144,11 @@ inline constexpr std::int32_t kFirstSlotOffset =
     static_cast<std::int32_t>(kCategoryBlockOffset + std::int64_t{sizeof(CategoryBlock)});
 
 // Slots are read this many at a time.
+#ifdef DAYBRIX_SLOTS_PER_READ  // set where a small file is to take several reads
+inline constexpr std::size_t kSlotsPerRead = DAYBRIX_SLOTS_PER_READ;
+#else
 inline constexpr std::size_t kSlotsPerRead = 100;
+#endif
 
 // A kind of record file.
 struct RecordKind {

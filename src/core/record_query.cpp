@@ -166,9 +166,9 @@ bool RecordQuery::Run(const RecordFile& file) {
   counterAtRun = file.GetChangeCounter();
   const std::size_t slotSize = file.SlotSize();
   const std::size_t bytes = kSlotsPerRead * slotSize;
-  // The last slot is followed by zeros, so that a callback made for a larger kind of record stays in the
-  // buffer.
-  const std::unique_ptr<char[]> slots(new (std::nothrow) char[bytes + kLargestSlotSize]());
+  // The last slot that was read is followed by zeros, so that a callback made for a larger kind of record
+  // stays in the buffer.
+  const std::unique_ptr<char[]> slots(new (std::nothrow) char[bytes + kLargestSlotSize]);
   if (slots == nullptr) return false;
   Access level = Access::kNone;
   bool levelKnown = false;

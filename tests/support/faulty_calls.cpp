@@ -40,6 +40,9 @@ struct FaultyEntries {
   static int Link(const char* from, const char* to) {
     return current->Enter(FaultyCalls::kLink, nullptr) ? current->original.link(from, to) : -1;
   }
+  static std::int64_t Size(int descriptor) {
+    return current->Enter(FaultyCalls::kSize, nullptr) ? current->original.size(descriptor) : -1;
+  }
 };
 
 FaultyCalls::FaultyCalls() : original(platform::SystemFileCalls()) {
@@ -50,7 +53,7 @@ FaultyCalls::FaultyCalls() : original(platform::SystemFileCalls()) {
   current = this;
   platform::SystemFileCalls() = {FaultyEntries::Read, FaultyEntries::Write,  FaultyEntries::Flush,
                                  FaultyEntries::Lock, FaultyEntries::Rename, FaultyEntries::RenameNew,
-                                 FaultyEntries::Link};
+                                 FaultyEntries::Link, FaultyEntries::Size};
 }
 
 FaultyCalls::~FaultyCalls() {
@@ -71,12 +74,14 @@ void FaultyCalls::Before(Call call, int nth, std::function<void()> action) {
 }
 
 bool FaultyCalls::Enter(Call call, std::size_t* size) {
-  const int number = ++counts[call];
+  ++counts[call];
+  ++counts[kAny];
   int error = 0;
   for (std::size_t i = 0; i < faults.size(); ++i) {
     const Fault fault = faults[i];  // a copy: the action may add faults
-    const bool meant = fault.call == call && number >= fault.nth &&
-                       (fault.times == kForEver || number < fault.nth + fault.times);
+    if (fault.call != call && fault.call != kAny) continue;
+    const int number = counts[fault.call];
+    const bool meant = number >= fault.nth && (fault.times == kForEver || number < fault.nth + fault.times);
     if (!meant) continue;
     if (fault.action) fault.action();
     if (fault.error != 0) error = fault.error;

@@ -18,7 +18,17 @@ namespace tests {
 
 class FaultyCalls {
  public:
-  enum Call { kRead, kWrite, kFlush, kLock, kRename, kRenameNew, kLink };
+  enum Call {
+    kRead,
+    kWrite,
+    kFlush,
+    kLock,
+    kRename,
+    kRenameNew,
+    kLink,
+    kSize,
+    kAny
+  };  // kAny counts them all
   static constexpr int kForEver = -1;
 
   FaultyCalls();
@@ -54,7 +64,7 @@ class FaultyCalls {
   bool Enter(Call call, std::size_t* size);
 
   platform::FileCalls original;
-  std::array<int, 7> counts = {};
+  std::array<int, kAny + 1> counts = {};
   std::vector<Fault> faults;
 };
 

@@ -47,6 +47,11 @@ int SystemRenameNew(const char* from, const char* to) {
   return renameat2(AT_FDCWD, from, AT_FDCWD, to, RENAME_NOREPLACE);
 }
 
+std::int64_t SystemSize(int descriptor) {
+  struct stat about = {};
+  return fstat(descriptor, &about) == 0 ? about.st_size : -1;
+}
+
 bool HasNoLocks(int error) {
   return error == EINVAL || error == ENOLCK || error == EOPNOTSUPP || error == ENOSYS;
 }
@@ -105,7 +110,7 @@ FileResult TryOpenLocked(const std::string& path, int flags, unsigned mode, cons
 
 FileCalls& SystemFileCalls() {
   static FileCalls calls = {SystemRead,   SystemWrite,     SystemFlush, SystemLock,
-                            SystemRename, SystemRenameNew, link};
+                            SystemRename, SystemRenameNew, link,        SystemSize};
   return calls;
 }
 

@@ -1,7 +1,6 @@
 #include "platform/system/file.h"
 
 #include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -95,12 +94,16 @@ std::int64_t File::WriteAt(const void* buffer, std::size_t size, std::int64_t of
 }
 
 std::int64_t File::Size() const {
-  struct stat about = {};
-  return IsOpen() && fstat(descriptor, &about) == 0 ? about.st_size : -1;
+  return IsOpen() ? SystemFileCalls().size(descriptor) : -1;
 }
 
 bool File::Flush() {
   return IsOpen() && FlushFully(descriptor);
+}
+
+bool File::LocksWork() const {
+  // Taking again what is held changes nothing.
+  return TakeLock(descriptor, {kInUseByte, F_WRLCK, 0}) != LockResult::kNoLocks;
 }
 
 FileGuard::FileGuard(File& file) : descriptor(file.descriptor), held(false), locked(false) {

@@ -34,6 +34,7 @@ struct FileCalls {
   int (*rename)(const char* from, const char* to);
   int (*renameNew)(const char* from, const char* to);  // renameat2 with RENAME_NOREPLACE
   int (*link)(const char* from, const char* to);
+  std::int64_t (*size)(int descriptor);  // fstat's st_size, or -1
 };
 
 // The table in force. Tests assign to it and restore it.
@@ -80,6 +81,15 @@ class File {
 
   // Brings everything written so far to the disk. False on failure or when closed.
   bool Flush();
+
+  // Gives the file the rights of another one and, as far as the system lets it, its owner and group: for a
+  // new file with the contents of an old one, before they are in it. Nothing happens when one of them is
+  // closed.
+  void TakeRightsOf(const File& other);
+
+  // For a file that was opened exclusively: false when its file system has no locks, so that nothing can tell
+  // whether somebody else has it open.
+  bool LocksWork() const;
 
  private:
   friend class FileGuard;
@@ -128,6 +138,10 @@ bool WriteNewFile(const std::string& path, const void* data, std::size_t size);
 // Both must lie in one file system: put `from` beside ResolvedPath(to). On failure both files keep their
 // names.
 bool RenameFile(const std::string& from, const std::string& to);
+
+// Gives the file `from` the name `to`, in the same folder, where nothing has it. False, with `from`
+// unchanged, when something has or it may not be.
+bool RenameNewFile(const std::string& from, const std::string& to);
 
 // Takes a file away. False when there was none or it may not be.
 bool RemoveFile(const std::string& path);

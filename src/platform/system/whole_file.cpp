@@ -142,6 +142,15 @@ bool RenameFile(const std::string& from, const std::string& to) {
   return Rename(from, target);
 }
 
+bool RenameNewFile(const std::string& from, const std::string& to) {
+  return !FileExists(to) && RenameNew(from, to);
+}
+
+void File::TakeRightsOf(const File& other) {
+  struct stat old = {};
+  if (IsOpen() && other.IsOpen() && fstat(other.descriptor, &old) == 0) TakeAfter(descriptor, old);
+}
+
 bool RemoveFile(const std::string& path) {
   return unlink(path.c_str()) == 0;
 }

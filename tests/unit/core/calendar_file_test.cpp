@@ -4,6 +4,7 @@
 #include <climits>
 #include <filesystem>
 
+#include "core/file_messages.h"
 #include "core/ini_file.h"
 #include "gtest/gtest.h"
 #include "platform/system/program_folder.h"

@@ -130,50 +130,6 @@ TEST(RecordFileDamage, FileBeyondTheLargestOffset) {
   EXPECT_EQ(calendar.file.ReadSlots(slots.data(), kLastSlot + 2627), 0);
 }
 
-TEST(RecordFileDamage, WritersDyingAnywhereLeaveAReadableFile) {
-  // The child dies just before its n-th write of an add that takes a free slot, for every n there is.
-  for (int nth = 1; nth <= 4; ++nth) {
-    TemporaryCalendar calendar;
-    calendar.Add(Entry("a"));
-    calendar.file.DeleteRecord(calendar.Add(Entry("b")));
-    tests::ChildProcess child([&](const auto&) {
-      RecordFile mine(calendar.Path(), "");
-      FaultyCalls faults;
-      faults.Before(FaultyCalls::kWrite, nth, [] { _exit(7); });
-      const Entry entry("c");
-      mine.AddRecord(&entry.appointment);
-      return 0;
-    });
-    ASSERT_EQ(child.ExitCode(), 7) << nth;
-    const RecordQuery query = tests::AllRecords(calendar.file);
-    const std::vector<std::string> expected =
-        nth <= 3 ? std::vector<std::string>{"a"} : std::vector<std::string>{"a", "c"};
-    EXPECT_EQ(tests::Subjects(calendar.file, query), expected) << nth;
-    const Entry entry("d");
-    EXPECT_EQ(calendar.file.AddRecord(&entry.appointment), Result::kDone) << nth;
-  }
-}
-
-TEST(RecordFileDamage, EveryWriteFailingInTurnLosesNothing) {
-  for (int nth = 1; nth <= 5; ++nth) {
-    for (const bool shortWrite : {false, true}) {
-      TemporaryCalendar calendar;
-      calendar.Add(Entry("a"));
-      const Entry entry("b");
-      Result result = Result::kFailed;
-      {
-        FaultyCalls faults;
-        if (shortWrite) faults.Shorten(FaultyCalls::kWrite, nth, 1, FaultyCalls::kForEver);
-        if (!shortWrite) faults.Fail(FaultyCalls::kWrite, nth, ENOSPC, FaultyCalls::kForEver);
-        result = calendar.file.AddRecord(&entry.appointment);
-      }
-      EXPECT_EQ(LiveRecords(calendar.file), result == Result::kDone ? 2U : 1U) << nth;
-      EXPECT_EQ(calendar.file.AddRecord(&entry.appointment), Result::kDone) << nth;
-      EXPECT_EQ(LiveRecords(calendar.file), result == Result::kDone ? 3U : 2U) << nth;
-    }
-  }
-}
-
 TEST(RecordFileDamage, FreeSlotThatCouldNotBeTakenIsStillKnown) {
   TemporaryCalendar calendar;
   calendar.file.DeleteRecord(calendar.Add(Entry("a")));

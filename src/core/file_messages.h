@@ -1,0 +1,23 @@
+// Sentences for the user about files. Each names its file, by the path that the user knows, in the file
+// system's encoding (UTF-8).
+#pragma once
+
+#include <string>
+
+#include "core/record_file.h"
+
+namespace core {
+
+// The path in double quotes, as every message shows it.
+std::string Quoted(const std::string& path);
+
+// That the file was not opened, with a whole sentence that says why.
+std::string CannotOpenText(const std::string& path, const std::string& reason);
+
+// The same for what opening a record file came to; empty for kNone.
+std::string DescribeOpenError(const std::string& path, OpenError error);
+
+// That somebody else has the file open, where it is wanted for oneself alone.
+std::string AccessDeniedText(const std::string& path);
+
+}  // namespace core

@@ -1,0 +1,231 @@
+#include "core/compaction.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <filesystem>
+
+#include "core/calendar_file.h"
+#include "core/record_query.h"
+#include "gtest/gtest.h"
+#include "support/child_process.h"
+#include "support/faulty_calls.h"
+#include "support/temporary_calendar.h"
+
+namespace core {
+namespace {
+
+using tests::Entry;
+using tests::FaultyCalls;
+using tests::TemporaryCalendar;
+using tests::TemporaryFolder;
+
+constexpr std::int32_t kSecondSlot = 2625 + 2627;
+
+std::vector<std::string> SubjectsInFileOrder(const RecordFile& file) {
+  RecordQuery query;
+  query.AddMatchAll();
+  query.Run(file);
+  return tests::Subjects(file, query);
+}
+
+// Three records, the second of them locked, with two free slots between them; closed.
+struct HoleyCalendar : TemporaryCalendar {
+  HoleyCalendar() {
+    Add(Entry("a"));
+    const std::int32_t firstHole = Add(Entry("b"));
+    const std::int32_t locked = Add(Entry("c"));
+    const std::int32_t secondHole = Add(Entry("d"));
+    Add(Entry("e"));
+    file.DeleteRecord(firstHole);
+    file.DeleteRecord(secondHole);
+    file.LockRecord(locked);
+    SetRefreshEnabled(true);
+    file.Close();
+  }
+};
+
+// Opens the calendar again in the fixture, so that its header can be read.
+void Reopen(TemporaryCalendar& calendar) {
+  ASSERT_TRUE(calendar.file.Open());
+}
+
+TEST(Compaction, KeepsLiveRecordsInOrderAndFreesTheirLocks) {
+  HoleyCalendar calendar;
+  chmod(calendar.Path().c_str(), 0640);
+  std::vector<std::string> told;
+  const CompactionWatcher watcher = {
+      [&](const std::string& path, std::uint32_t slots) { told.push_back(path + std::to_string(slots)); },
+      [&] { told.emplace_back("."); },
+      [&] { told.emplace_back("end"); },
+  };
+  const RepairOutcome outcome = RepairCheck(calendar.Path(), true, watcher);
+  EXPECT_TRUE(outcome.clean);
+  EXPECT_EQ(outcome.message, "");
+  EXPECT_EQ(told, (std::vector<std::string>{calendar.Path() + "5", ".", ".", ".", ".", ".", "end"}));
+  EXPECT_EQ(calendar.Bytes().size(), 12U + 1581 + 1032 + 3 * 2627);
+  struct stat about = {};
+  stat(calendar.Path().c_str(), &about);
+  EXPECT_EQ(about.st_mode & 0777, 0640U);
+
+  Reopen(calendar);
+  EXPECT_EQ(SubjectsInFileOrder(calendar.file), (std::vector<std::string>{"a", "c", "e"}));
+  EXPECT_TRUE(calendar.file.LockRecord(kSecondSlot));
+  SetRefreshEnabled(true);
+  EXPECT_EQ(tests::Value(calendar.Header().changeCounter), 17U);  // five added, two deleted
+  EXPECT_EQ(tests::Value(calendar.Header().freeSlotBalance), 0);
+}
+
+TEST(Compaction, OfACleanFileOnlyWhenForced) {
+  const HoleyCalendar calendar;
+  const std::string before = calendar.Bytes();
+  struct stat old = {};
+  stat(calendar.Path().c_str(), &old);
+  EXPECT_TRUE(RepairCheck(calendar.Path(), false).clean);
+  struct stat now = {};
+  stat(calendar.Path().c_str(), &now);
+  EXPECT_EQ(calendar.Bytes(), before);
+  EXPECT_EQ(now.st_ino, old.st_ino);
+}
+
+TEST(Compaction, OfACrashedFileWhenItIsOpenedNext) {
+  const TemporaryFolder folder;
+  const std::string path = folder.Join("guarded.cld");
+  std::filesystem::copy_file(DAYBRIX_SOURCE_FOLDER "/tests/data/guarded.cld", path);
+  const OpenedCalendar opened = OpenCalendarFile(path, "Assist2", false);
+  ASSERT_NE(opened.file, nullptr);
+  HeaderBlock header;
+  ASSERT_TRUE(opened.file->ReadHeaderBlock(header));
+  EXPECT_EQ(tests::Value(header.openCount), 1U);
+  EXPECT_EQ(tests::Value(header.freeSlotBalance), 0);
+  EXPECT_EQ(opened.file->AccessLevel(), Access::kAssistant);
+  EXPECT_FALSE(SubjectsInFileOrder(*opened.file).empty());
+}
+
+TEST(Compaction, NeverOfAFileThatIsNotThereForOneselfAlone) {
+  TemporaryCalendar calendar;  // open
+  calendar.file.DeleteRecord(calendar.Add(Entry("a")));
+  const std::string denied = "Program can't use \"" + calendar.Path() + "\".\r\nAccess has been denied";
+  const std::string before = calendar.Bytes();
+  const RepairOutcome forced = RepairCheck(calendar.Path(), true);
+  EXPECT_TRUE(!forced.clean && forced.inUse);
+  EXPECT_EQ(forced.message, denied);
+  EXPECT_EQ(RepairCheck(calendar.Path(), false).message, "");
+  EXPECT_EQ(calendar.Bytes(), before);
+
+  calendar.file.Close();
+  FaultyCalls faults;
+  faults.Fail(FaultyCalls::kLock, 1, EINVAL, FaultyCalls::kForEver);  // a file system without locks
+  {
+    RecordFile other(calendar.Path(), "");
+    EXPECT_EQ(RepairCheck(calendar.Path(), true).message, denied);
+    EXPECT_EQ(SaveCopy(other, calendar.Path()).message, denied);
+  }
+  EXPECT_TRUE(RepairCheck(calendar.Path(), true).clean);
+}
+
+TEST(Compaction, OfSomethingElseLeavesItAlone) {
+  const TemporaryFolder folder;
+  const std::string path = folder.Write("letter.cld", "Dear Sir");
+  EXPECT_NE(RepairCheck(path, true).message.find("letter.cld"), std::string::npos);
+  EXPECT_FALSE(RepairCheck(path, false).clean);
+  EXPECT_EQ(folder.Read("letter.cld"), "Dear Sir");
+  EXPECT_FALSE(RepairCheck(folder.Path(), true).clean);
+  EXPECT_FALSE(RepairCheck(folder.Join("none.cld"), true).clean);
+  EXPECT_EQ(folder.Count(), 1U);
+}
+
+TEST(Compaction, KeepsWhatItWouldOtherwiseWriteOver) {
+  const HoleyCalendar calendar;
+  const std::string whole = calendar.Bytes();
+  const TemporaryFolder folder;
+  folder.Write("c.cld.temp", "yesterday's");
+  folder.Write("c.cld.temp.1", "last year's");
+  const std::string path = folder.Write("c.cld", whole.substr(0, whole.size() - 1));  // "e" is cut
+  const RepairOutcome outcome = RepairCheck(path, true);
+  EXPECT_TRUE(outcome.clean);
+  EXPECT_NE(outcome.message.find("c.cld.temp.2\""), std::string::npos) << outcome.message;
+  EXPECT_NE(outcome.message.find("c.cld.cut.1\""), std::string::npos) << outcome.message;
+  EXPECT_EQ(folder.Read("c.cld.temp.1"), "last year's");
+  EXPECT_EQ(folder.Read("c.cld.temp.2"), "yesterday's");
+  EXPECT_EQ(folder.Read("c.cld.cut.1"), whole.substr(whole.size() - 2627, 2626));
+  EXPECT_EQ(folder.Count(), 4U);
+  const RecordFile file(path, "");
+  EXPECT_EQ(SubjectsInFileOrder(file), (std::vector<std::string>{"a", "c"}));
+}
+
+TEST(Compaction, ThatFailsTellsWhyAndChangesNothing) {
+  const HoleyCalendar calendar;
+  const std::string before = calendar.Bytes();
+  const std::string temp = calendar.Path() + ".temp";
+  const struct {
+    FaultyCalls::Call call;
+    int nth;
+    int error;
+    std::string message;
+  } kCases[] = {
+      {FaultyCalls::kWrite, 1, ENOSPC,
+       "Can't compact \"" + calendar.Path() + "\".\r\nReading or writing failed."},
+      {FaultyCalls::kFlush, 1, EIO,
+       "Can't compact \"" + calendar.Path() + "\".\r\nReading or writing failed."},
+      {FaultyCalls::kRename, 1, EACCES,
+       "Compact: MoveFile: error.\r\n\"" + temp + "\"\r\nto\r\n\"" + calendar.Path() + "\"\r\n"},
+  };
+  for (const auto& failing : kCases) {
+    FaultyCalls faults;
+    faults.Fail(failing.call, failing.nth, failing.error, FaultyCalls::kForEver);
+    const RepairOutcome outcome = RepairCheck(calendar.Path(), true);
+    EXPECT_FALSE(outcome.clean);
+    EXPECT_EQ(outcome.message, failing.message);
+    EXPECT_EQ(faults.Count(FaultyCalls::kRename), failing.call == FaultyCalls::kRename ? 100 : 0);
+    EXPECT_EQ(calendar.Bytes(), before);
+    EXPECT_FALSE(platform::FileExists(temp));
+  }
+  // The folder may not be written.
+  const std::filesystem::path folder = std::filesystem::path(calendar.Path()).parent_path();
+  std::filesystem::permissions(calendar.Path(), std::filesystem::perms::all);
+  std::filesystem::permissions(folder, std::filesystem::perms(0555));
+  const int right = tests::RunUnprivileged([&] {
+    return RepairCheck(calendar.Path(), true).message == "Program can't create \"" + temp + "\"." ? 1 : 0;
+  });
+  std::filesystem::permissions(folder, std::filesystem::perms(0755));
+  EXPECT_EQ(right, 1);
+}
+
+TEST(Compaction, OfACopyLeavesTheSourceInUse) {
+  HoleyCalendar calendar;
+  Reopen(calendar);
+  const std::string before = calendar.Bytes();
+  const TemporaryFolder folder;
+  const std::string target = folder.Write("copy.cld", "an old file");
+  {
+    platform::File user;
+    ASSERT_EQ(user.OpenShared(target), platform::FileResult::kDone);
+    EXPECT_EQ(SaveCopy(calendar.file, target).message,
+              "Program can't use \"" + target + "\".\r\nAccess has been denied");
+    EXPECT_EQ(folder.Read("copy.cld"), "an old file");
+  }
+  // Through a link, and with the source's rights.
+  chmod(calendar.Path().c_str(), 0600);
+  std::filesystem::create_symlink("copy.cld", folder.Join("link.cld"));
+  EXPECT_TRUE(SaveCopy(calendar.file, folder.Join("link.cld")).clean);
+  EXPECT_TRUE(std::filesystem::is_symlink(folder.Join("link.cld")));
+  EXPECT_TRUE(SaveCopy(calendar.file, folder.Join("new.cld")).clean);
+  struct stat about = {};
+  stat(folder.Join("new.cld").c_str(), &about);
+  EXPECT_EQ(about.st_mode & 0777, 0600U);
+  EXPECT_EQ(folder.Read("copy.cld"), folder.Read("new.cld"));
+  EXPECT_EQ(calendar.Bytes(), before);
+  HeaderBlock header;
+  std::memcpy(&header, folder.Read("new.cld").data() + 12, sizeof header);
+  EXPECT_EQ(tests::Value(header.openCount), 0U);
+  EXPECT_EQ(tests::Value(header.freeSlotBalance), 0);
+  // Not onto itself, by whatever name.
+  std::filesystem::create_hard_link(calendar.Path(), calendar.Path() + ".hard");
+  EXPECT_FALSE(SaveCopy(calendar.file, calendar.Path() + ".hard").clean);
+  EXPECT_EQ(calendar.Bytes(), before);
+}
+
+}  // namespace
+}  // namespace core
