@@ -5,6 +5,7 @@
 #include "platform/desktop/menu.h"
 #include "resources/strings.h"
 #include "shell/commands.h"
+#include "shell/web_pages.h"
 
 namespace {
 
@@ -35,11 +36,6 @@ constexpr MenuItem kFileMenu[] = {
     {ID_EXIT, 210, true},
 };
 
-constexpr MenuItem kHelpMenu[] = {
-    {ID_HELP_CONTENTS, 211, true}, {0, 0, false}, {ID_COMPANY_WEB, 212, false},
-    {ID_PRODUCT_WEB, 213, false},  {0, 0, false}, {ID_ABOUT, 214, true},
-};
-
 void Track(std::span<const MenuItem> items, HWND frame, POINT screenPoint) {
   const HMENU menu = CreatePopupMenu();
   for (const MenuItem& item : items) {
@@ -56,5 +52,13 @@ void TrackFileMenu(HWND frame, POINT screenPoint) {
   Track(kFileMenu, frame, screenPoint);
 }
 void TrackHelpMenu(HWND frame, POINT screenPoint) {
-  Track(kHelpMenu, frame, screenPoint);
+  const MenuItem items[] = {
+      {ID_HELP_CONTENTS, 211, true},
+      {0, 0, false},
+      {ID_COMPANY_WEB, 212, *kCompanyPage != '\0'},
+      {ID_PRODUCT_WEB, 213, *kProductPage != '\0'},
+      {0, 0, false},
+      {ID_ABOUT, 214, true},
+  };
+  Track(items, frame, screenPoint);
 }

@@ -9,6 +9,7 @@
 #include "framework/animations.h"
 #include "framework/notices.h"
 #include "framework/pane.h"
+#include "framework/shell_services.h"
 #include "platform/desktop/application.h"
 #include "platform/desktop/cursor.h"
 #include "platform/desktop/frame.h"
@@ -22,6 +23,7 @@
 #include "shell/skins.h"
 #include "shell/skins_dialog.h"
 #include "shell/skins_menu.h"
+#include "shell/web_pages.h"
 
 namespace {
 
@@ -97,7 +99,7 @@ int ZarfWndApp::PreCreate(char title[kTitleSize], DWORD* style, int placement[4]
   placement[3] = kSmallFrame.cy;
   // A second copy would hide the first one if it opened where that one was left.
   if (OtherCopiesRun()) return 0;
-  if (const auto saved = ReadPlacement(core::IniFile(), DesktopRect())) {
+  if (const auto saved = ReadPlacement(core::IniFile(), AllScreensRect())) {
     const int width = std::clamp(Width(*saved), kSmallFrame.cx, kLargeFrame.cx);
     const int height = std::clamp(Height(*saved), kSmallFrame.cy, kLargeFrame.cy);
     // A window that nobody can see could not be brought back, and would keep a second copy from starting.
@@ -391,7 +393,7 @@ LRESULT ZarfWndApp::OnSysCommand(const MessageRecord& record) {
 void ZarfWndApp::ToggleMaximize() {
   RECT window;
   GetWindowRect(hwnd, &window);
-  const RECT next = MaximizedPlacement(window, DesktopRect());
+  const RECT next = MaximizedPlacement(window, DesktopRect(hwnd));
   MoveWindow(hwnd, next.left, next.top, Width(next), Height(next));
 }
 
@@ -453,6 +455,12 @@ LRESULT ZarfWndApp::OnCommand(const MessageRecord& record) {
       return 0;
     case ID_HELP_CONTENTS:
       ShowHelp(0);
+      return 0;
+    case ID_PRODUCT_WEB:
+      ShellOpen(kProductPage);
+      return 0;
+    case ID_COMPANY_WEB:
+      ShellOpen(kCompanyPage);
       return 0;
     case ID_OPTIONS:
       ShowOptionsDialog(this);

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cerrno>
+#include <filesystem>
 
 #include "framework/services.h"
 #include "platform/desktop/message_box.h"
@@ -355,6 +356,8 @@ TEST(CalendarNotices, SettingsThatAnotherCopyChanged) {
     BroadcastNotify(kNotifySettings, program.Frame());  // its own: it has the values already
     program.driver.Wait(100);
     EXPECT_FALSE(AnimationEnabled());
+    // Also where somebody tidied this copy's place among the others away.
+    std::filesystem::remove_all(CalendarProgramFolder() + "/daybrix");
     BroadcastNotify(kNotifySettings, nullptr);
     program.driver.WaitUntil([] { return AnimationEnabled(); });
     EXPECT_FALSE(SoundEnabled());

@@ -178,6 +178,17 @@ TEST_F(EndToEnd, TwoCopiesSeeEachOther) {
   EXPECT_FALSE(editor.empty());
 }
 
+TEST_F(EndToEnd, PanesAreSwitchedByTheDigitsKeysOnAKeyboardThatTypesMarksThere) {
+  RunningProgram program(display.Name(), folder.Path(), NewCalendar());
+  const std::string frame = display.WaitForWindow(program.Process(), kFrame);
+  tests::Shell("DISPLAY=" + display.Name() + " setxkbmap fr");  // a display without clients would forget it
+  const std::string before = display.Picture(frame);
+  display.Press(frame, "alt+ampersand");
+  EXPECT_TRUE(WaitUntil([&] { return display.Picture(frame) != before; }, 5000));
+  EXPECT_EQ(program.Close(), 0);
+  EXPECT_NE(folder.Read("tempoline.ini").find("PaneId=0"), std::string::npos);
+}
+
 TEST_F(EndToEnd, FilesThatAreNoCalendarAreNamedAndAnotherCanBeMade) {
   const std::vector<std::string> paths = {
       folder.Join("missing.cld"), folder.Write("text.cld", "this is no calendar"),

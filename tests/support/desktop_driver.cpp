@@ -43,7 +43,7 @@ auto* const stopAtEnd = static_cast<StopAtEnd*>(testing::AddGlobalTestEnvironmen
 void StartOnce() {
   if (stopAtEnd->started) return;
   stopAtEnd->started = true;
-  qputenv("QT_QPA_PLATFORM", "offscreen");
+  if (!qgetenv("QT_QPA_PLATFORM").startsWith("offscreen")) qputenv("QT_QPA_PLATFORM", "offscreen");
   static int argc = 1;
   static char name[] = "test";
   static char* argv[] = {name, nullptr};
@@ -432,8 +432,4 @@ COLORREF DesktopDriver::PixelAt(HWND window, POINT point) {
   if (widget == nullptr) return kNoColour;
   const QColor colour = widget->grab().toImage().pixelColor(point.x, point.y);
   return RGB(colour.red(), colour.green(), colour.blue());
-}
-
-void DesktopDriver::SavePicture(HWND window, const std::string& path) {
-  if (QWidget* widget = WidgetFor(window)) widget->window()->grab().save(QString::fromStdString(path));
 }

@@ -247,8 +247,13 @@ HWND WindowFromPoint(POINT screenPoint) {
   return HandleAround(QApplication::widgetAt(screenPoint.x, screenPoint.y));
 }
 
-RECT DesktopRect() {
-  return FromQt(QGuiApplication::primaryScreen()->geometry());
+RECT DesktopRect(HWND window) {
+  const QWidget* widget = OuterWidgetOf(window);
+  return FromQt((widget != nullptr ? widget->screen() : QGuiApplication::primaryScreen())->geometry());
+}
+
+RECT AllScreensRect() {
+  return FromQt(QGuiApplication::primaryScreen()->virtualGeometry());
 }
 
 bool IsOnScreen(const RECT& rect) {

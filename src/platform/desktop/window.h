@@ -91,8 +91,10 @@ POINT ClientToScreen(HWND window, POINT point);
 POINT ScreenToClient(HWND window, POINT point);
 // The visible window of this program under a screen point, the innermost one; null when there is none.
 HWND WindowFromPoint(POINT screenPoint);
-// The whole area of the primary screen.
-RECT DesktopRect();
+// The whole area of the screen that a window is on; of the primary screen for null or a dead one.
+RECT DesktopRect(HWND window = nullptr);
+// The smallest rectangle that has all screens in it.
+RECT AllScreensRect();
 // Whether any part of a rectangle of screen pixels lies on one of the screens.
 bool IsOnScreen(const RECT& rect);
 
