@@ -68,8 +68,8 @@ class MainFrame : public testing::Test {
     program.driver.PressAndRelease(program.Frame(), Middle(button), Middle(button));
   }
 
+  CalendarProgram program;  // first: it says which folder the settings are in
   tests::TemporaryCalendar calendar;
-  CalendarProgram program;
 };
 
 TEST_F(MainFrame, HoldsBarsAndPaneAndKeepsThemPlaced) {
