@@ -68,7 +68,7 @@ class MainFrame : public testing::Test {
     program.driver.PressAndRelease(program.Frame(), Middle(button), Middle(button));
   }
 
-  CalendarProgram program;  // first: it says which folder the settings are in
+  CalendarProgram program;  // first: making a calendar already asks for the program folder
   tests::TemporaryCalendar calendar;
 };
 
