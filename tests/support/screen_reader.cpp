@@ -133,6 +133,7 @@ void ScreenReader::ExpectEnd(HWND window, const std::function<void()>& destroy) 
   for (int child = 0; child < seen.front()->childCount(); ++child)
     seen.push_back(AccessibleOf(window, child));
   std::vector<QAccessible::Id> ids;
+  ids.reserve(seen.size());
   for (QAccessibleInterface* interface : seen) ids.push_back(QAccessible::uniqueId(interface));
   destroy();
   for (QAccessibleInterface* interface : seen) {

@@ -208,7 +208,7 @@ class WindowInterface : public QAccessibleWidget, public QAccessibleValueInterfa
     const AccessiblePart part = Part();
     const QString own = TextOf(part, kind);
     if (kind != QAccessible::Name) return own.isEmpty() ? QAccessibleWidget::text(kind) : own;
-    const QString name = own.isEmpty() ? widget()->windowTitle() : own;
+    QString name = own.isEmpty() ? widget()->windowTitle() : own;
     if (part.role != AccessibleRole::kChooser) return name;
     // The protocol of the desktop has no words for the value of a chooser: as Qt's own it names it.
     return name + QStringLiteral(": ") + TextOf(part, QAccessible::Value);
