@@ -68,8 +68,8 @@ class MainFrame : public testing::Test {
     program.driver.PressAndRelease(program.Frame(), Middle(button), Middle(button));
   }
 
+  CalendarProgram program;  // first: it names the program folder before anything asks for it
   tests::TemporaryCalendar calendar;
-  CalendarProgram program;
 };
 
 TEST_F(MainFrame, HoldsBarsAndPaneAndKeepsThemPlaced) {
