@@ -44,8 +44,10 @@ void ProgressWindow::Step() {
 void ProgressWindow::Close() {
   barWidth = 0;
   if (!IsWindow(hwnd)) return;
+  // Who went on to another program meanwhile is not to be called back.
+  const bool usersWindow = GetForegroundWindow() != nullptr;
   DestroyWindow(hwnd);
-  if (dialogOwner != nullptr) SetForegroundWindow(dialogOwner->Handle());
+  if (usersWindow && dialogOwner != nullptr) SetForegroundWindow(dialogOwner->Handle());
 }
 
 int ProgressWindow::Open(ZarfWnd* owner, int templateId) {

@@ -23,7 +23,7 @@ class ProgressWindow : public ZarfDialog {
   // One step is done. Costs next to nothing unless the bar grows by a pixel; then the window is painted, and
   // the messages that wait are handled (RunWaitingMessages).
   void Step();
-  // Gives the keyboard back to the owner. Does nothing when closed.
+  // Gives the keyboard back to the owner, if this program has it. Does nothing when closed.
   void Close();
 
   // Beside the rest, for the work to go on.
