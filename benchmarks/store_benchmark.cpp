@@ -15,10 +15,13 @@
 #include <memory>
 #include <random>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "core/appointment.h"
 #include "core/categories.h"
+#include "core/compaction.h"
+#include "core/day_lists.h"
 #include "core/record_query.h"
 #include "core/repeat_rule.h"
 
@@ -157,6 +160,63 @@ void DayLists(RecordFile& file, int descriptor, int records) {
       [&] { ReadBare(descriptor, buffer); });
 }
 
+// One scan for a whole month, beside one for a day.
+void Months(RecordFile& file, int records) {
+  core::DayLists month;
+  RecordQuery day;
+  day.AddCallbackCondition(0, &kDay, sizeof kDay, core::OccursOnDate, core::Connector::kAnd);
+  Compare(
+      "lists of 31 days / scan, " + std::to_string(records) + " records", records > 50000 ? 21 : 201, 1.3,
+      [&] {
+        if (!month.Run(file, {1, 3, 2004}, 31)) Fail("month");
+      },
+      [&] {
+        if (!day.Run(file)) Fail("scan");
+      });
+}
+
+void Finding(RecordFile& file, int descriptor, int records) {
+  std::vector<char> buffer(kRun);
+  RecordQuery query;
+  for (const auto& [offset, size] : {std::pair(offsetof(Appointment, subject), sizeof(Appointment::subject)),
+                                     std::pair(offsetof(Appointment, notes), sizeof(Appointment::notes))}) {
+    query.AddTextCondition(static_cast<std::uint32_t>(offset), static_cast<std::uint32_t>(size),
+                           core::ConditionOp::kContains, "nothing like it", core::Connector::kOr);
+  }
+  Compare(
+      "find a text, " + std::to_string(records) + " records", records > 50000 ? 21 : 201, 2.5,
+      [&] {
+        if (!query.Run(file)) Fail("find");
+      },
+      [&] { ReadBare(descriptor, buffer); });
+}
+
+// Beside a copy of the same bytes that is brought to the disk.
+void Compacting(const RecordFile& file, int records) {
+  const std::string path = file.Path() + ".compacted";
+  const std::string copy = file.Path() + ".copy";
+  std::filesystem::copy_file(file.Path(), path);
+  std::vector<char> buffer(kRun);
+  Compare(
+      "compact, " + std::to_string(records) + " records", records > 50000 ? 5 : 21, 1.5,
+      [&] {
+        if (!core::RepairCheck(path, true).clean) Fail("compact");
+      },
+      [&] {
+        const int from = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+        const int to = open(copy.c_str(), O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
+        ssize_t moved = 0;
+        while ((moved = read(from, buffer.data(), kRun)) > 0) {
+          if (write(to, buffer.data(), static_cast<std::size_t>(moved)) != moved) Fail("copy");
+        }
+        if (fsync(to) != 0) Fail("copy");
+        close(from);
+        close(to);
+        std::filesystem::remove(copy);
+      });
+  std::filesystem::remove(path);
+}
+
 void Sorting(RecordFile& file, int descriptor) {
   constexpr std::size_t kCount = 10000;
   std::vector<char> buffer(kRun);
@@ -178,7 +238,8 @@ void Sorting(RecordFile& file, int descriptor) {
       "sort of 10000 by date and day", 101, 1.5, [&] { query.Sort(file, core::kListOrder); }, readAndSort);
 }
 
-void Adding(RecordFile& file, int descriptor, int records) {
+// Adding a record and changing one, each brought to the disk, beside a bare write of as many bytes.
+void Changing(RecordFile& file, int descriptor, int records) {
   std::minstd_rand random(1);
   core::HeaderBlock header;
   if (!file.ReadHeaderBlock(header)) Fail("read");
@@ -189,16 +250,30 @@ void Adding(RecordFile& file, int descriptor, int records) {
   off_t end = lseek(bare, 0, SEEK_END);
   fsync(descriptor);
   fsync(bare);
+  const auto writeBare = [&](off_t offset) {
+    if (pwrite(bare, &record, kSlot, offset) != static_cast<ssize_t>(kSlot) || fsync(bare) != 0)
+      Fail("write");
+  };
   Compare(
       "add and flush, " + std::to_string(records) + " records", 201, 1.5,
       [&] {
         if (file.AddRecord(&record) != core::Result::kDone || !file.Flush()) Fail("add");
       },
       [&] {
-        if (pwrite(bare, &record, kSlot, end) != static_cast<ssize_t>(kSlot) || fsync(bare) != 0)
-          Fail("write");
+        writeBare(end);
         end += kSlot;
       });
+  Compare(
+      "lock, edit, unlock and flush, " + std::to_string(records) + " records", 201, 1.5,
+      [&] {
+        Appointment edited;
+        const bool done = file.LockRecord(core::kFirstSlotOffset) &&
+                          file.ReadRecord(&edited, core::kFirstSlotOffset) &&
+                          file.WriteRecord(&edited, core::kFirstSlotOffset) == core::Result::kDone &&
+                          file.UnlockRecord(core::kFirstSlotOffset) && file.Flush();
+        if (!done) Fail("edit");
+      },
+      [&] { writeBare(core::kFirstSlotOffset); });
   close(bare);
   std::filesystem::remove(beside);
 }
@@ -241,7 +316,10 @@ int main(int argc, char** argv) {
       benchmark::RunSpecifiedBenchmarks(&keep);
       Print("noticing that nothing changed", keep.microseconds, 5, 1);
     }
-    Adding(*file, descriptor, records);
+    Months(*file, records);
+    Finding(*file, descriptor, records);
+    Compacting(*file, records);
+    Changing(*file, descriptor, records);
     close(descriptor);
   }
   std::filesystem::remove_all(Folder());

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "calendar/repeat_dialog.h"
 #include "core/categories.h"
 #include "framework/notices.h"
 #include "framework/services.h"
@@ -85,7 +86,7 @@ LRESULT AppointmentEditor::OnInitDialog(const MessageRecord&) {
   CheckDlgButton(hwnd, kConfidentialBox, owner && appointment.header.confidential != 0);
   EnableWindow(GetDlgItem(hwnd, kConfidentialBox), owner);
   CheckDlgButton(hwnd, kAllDayBox, appointment.allDay != 0);
-  for (const int id : {kTimeButton, kAlarmButton, kAttachButton, kRepeatButton, kWithButton}) {
+  for (const int id : {kTimeButton, kAlarmButton, kAttachButton, kWithButton}) {
     EnableWindow(GetDlgItem(hwnd, id), false);
   }
   EnableOk();
@@ -137,6 +138,9 @@ LRESULT AppointmentEditor::OnCommand(const MessageRecord& record) {
     case kDateButton:
       OnDateButton();
       return 1;
+    case kRepeatButton:
+      RepeatDialog(appointment).Run(this);
+      return 1;
     case kAllDayBox:
       appointment.allDay = IsDlgButtonChecked(hwnd, kAllDayBox) ? 1 : 0;
       return 1;
@@ -155,6 +159,7 @@ void AppointmentEditor::OnDateButton() {
     const core::Date picked = picker.Date();
     if (core::HasRepeat(appointment) && IsLater(picked, appointment.repeat.repeatEnd)) {
       ShowInfoId(this, kRepeatEndText);
+      Post(WM_COMMAND, kRepeatButton, 0);  // where the end date can be moved
     } else {
       appointment.date = picked;
       ShowDate();

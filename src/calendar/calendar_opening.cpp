@@ -10,20 +10,23 @@ namespace {
 std::string DescribeNoChoice() {
   std::string path;
   if (core::IniFile().ReadString("Preference", "DefaulFile", path)) {
-    return core::DescribeOpenError(path, core::OpenError::kMissing);
+    return "The calendar " + core::Quoted(path) + " does not exist.";
   }
-  return "The settings name no calendar, but there is one already:\r\n\"" + core::DefaultCalendarPath() +
-         "\"";
+  return "There is a calendar already: " + core::Quoted(core::DefaultCalendarPath());
 }
 
 }  // namespace
 
-core::OpenedCalendar OpenStartupCalendar(const std::string& commandLineFile) {
+StartupCalendar OpenStartupCalendar(const std::string& commandLineFile,
+                                    const core::PasswordPrompt& askPassword,
+                                    const core::CompactionWatcher& watcher) {
   // A file that the user named is the one that is meant: no other takes its place.
   if (!commandLineFile.empty() && !platform::FileExists(commandLineFile)) {
-    return {nullptr, core::DescribeOpenError(commandLineFile, core::OpenError::kMissing)};
+    return {{nullptr, core::DescribeOpenError(commandLineFile, core::OpenError::kMissing)}, ""};
   }
-  const core::StartupChoice choice = core::ChooseStartupFile(commandLineFile, nullptr);
-  if (choice.chosen) return core::OpenCalendarFile(choice.path, choice.password, choice.withExamples);
-  return {nullptr, choice.message.empty() ? DescribeNoChoice() : choice.message};
+  core::StartupChoice choice = core::ChooseStartupFile(commandLineFile, askPassword);
+  if (choice.chosen)
+    return {core::OpenCalendarFile(choice.path, choice.password, choice.withExamples, watcher), ""};
+  std::string note = choice.message.empty() ? DescribeNoChoice() : "";
+  return {{nullptr, std::move(choice.message)}, std::move(note)};
 }

@@ -3,7 +3,9 @@
 #include <utility>
 
 #include "calendar/calendar_opening.h"
+#include "calendar/file_commands.h"
 #include "core/ini_file.h"
+#include "framework/compaction_progress.h"
 #include "framework/file_type.h"
 #include "framework/notices.h"
 #include "framework/shell_services.h"
@@ -53,14 +55,23 @@ LRESULT CalendarPane::OnAfterCreate(const MessageRecord&) {
   std::int32_t pane = kWorkPane;
   core::IniFile().ReadInt(kSection, kPaneKey, pane);
   SwitchPane(pane, false);
-  core::OpenedCalendar opened = OpenStartupCalendar(CommandLineFile());
-  if (opened.file != nullptr) {
-    TakeFile(std::move(opened.file));
-  } else {
-    ShowInfo(this, opened.message);
+  if (work.Panel().BeginCommand()) {
+    OpenAtStart();
+    work.Panel().EndCommand();
   }
   FocusPane();
   return 0;
+}
+
+void CalendarPane::OpenAtStart() {
+  StartupCalendar start = OpenStartupCalendar(CommandLineFile(), AskOver(*this), ShowCompaction(this));
+  if (start.opened.file != nullptr) TakeFile(std::move(start.opened.file));
+  if (!start.opened.message.empty()) ShowInfo(this, start.opened.message);
+  while (calendarFile == nullptr) {
+    if (CreateAndOpen(*this, start.note)) continue;
+    Post(WM_CLOSE, 0, 0);
+    break;
+  }
 }
 
 void CalendarPane::FocusPane() {
@@ -75,8 +86,8 @@ void CalendarPane::FocusPane() {
 
 bool CalendarPane::OpenCalendar(const std::string& path, const std::string& password, bool withExamples,
                                 std::string& message) {
-  core::OpenedCalendar opened = core::OpenCalendarFile(path, password, withExamples);
-  message = opened.message;
+  core::OpenedCalendar opened = core::OpenCalendarFile(path, password, withExamples, ShowCompaction(this));
+  message = std::move(opened.message);
   if (opened.file == nullptr) return false;
   TakeFile(std::move(opened.file));
   return true;
@@ -102,9 +113,39 @@ LRESULT CalendarPane::OnCommand(const MessageRecord& record) {
     case ID_ITEM_DELETE:
       // On the title page there is nothing to edit.
       return CurrentPane() == &work ? work.Panel().Send(WM_COMMAND, record.wParam, record.lParam) : 0;
+    case ID_FILE_NEW:
+    case ID_FILE_OPEN:
+    case ID_PASSWORDS:
+    case ID_COMPACT:
+    case ID_FILE_SAVE_AS:
+      RunFileCommand(LowWord(record.wParam));
+      return 0;
     default:
       return ZarfWndApp::OnCommand(record);
   }
+}
+
+void CalendarPane::RunFileCommand(unsigned command) {
+  if (!work.Panel().BeginCommand()) return;
+  switch (command) {
+    case ID_FILE_NEW:
+      NewFileCommand(*this);
+      break;
+    case ID_FILE_OPEN:
+      OpenFileCommand(*this);
+      break;
+    case ID_PASSWORDS:
+      NetworkPasswordsCommand(*this);
+      break;
+    case ID_COMPACT:
+      CompactCommand(*this);
+      break;
+    default:
+      SaveAsCommand(*this);
+      break;
+  }
+  work.Panel().EndCommand();
+  FocusPane();
 }
 
 void CalendarPane::ShowHelp(int) {

@@ -16,8 +16,9 @@ class CalendarPane : public ZarfWndApp {
   // Notes down which pane was shown.
   ~CalendarPane() override;
 
-  // Opens a calendar in place of the open one. On failure the open one stays and `message` (UTF-8) names the
-  // file and what is wrong.
+  // Opens a calendar in place of the open one. On failure the open one stays. `message` (UTF-8), if not
+  // empty, is for the user: it names the file and what is wrong, or what is to be known about it all the
+  // same.
   bool OpenCalendar(const std::string& path, const std::string& password, bool withExamples,
                     std::string& message);
 
@@ -38,6 +39,10 @@ class CalendarPane : public ZarfWndApp {
  private:
   // Gives the keyboard to what it is for in the current pane.
   void FocusPane();
+  // Opens the start-up calendar or, where there is none, one that the user makes; without any the frame is
+  // closed.
+  void OpenAtStart();
+  void RunFileCommand(unsigned command);
   void TakeFile(std::unique_ptr<core::RecordFile> file);
 
   std::unique_ptr<core::RecordFile> calendarFile;  // outlives the panel, which borrows it

@@ -51,8 +51,11 @@ int CalendarPanel::PrepareClass(WNDCLASS* windowClass) {
 }
 
 LRESULT CalendarPanel::OnCreate(const MessageRecord&) {
-  const bool made = categorySelector.Create(this) && miniCalendar.Create(this) && dayList.Create(this);
-  return made ? 0 : -1;
+  // In the order in which Tab walks them.
+  if (!categorySelector.Create(this) || !dayList.Create(this) || !miniCalendar.Create(this)) return -1;
+  SetWindowText(hwnd, "Calendar");
+  SetWindowText(categorySelector.Handle(), "Category");
+  return 0;
 }
 
 LRESULT CalendarPanel::OnSize(const MessageRecord& record) {
@@ -78,6 +81,7 @@ void CalendarPanel::Attach(core::RecordFile* file) {
   if (file == nullptr) {
     records.Clear();
     dayList.SetFile(nullptr, nullptr);
+    categorySelector.SetFile(nullptr);
     return;
   }
   if (!wasAttached) currentDate = core::Today();
@@ -87,29 +91,21 @@ void CalendarPanel::Attach(core::RecordFile* file) {
 
 void CalendarPanel::Reload() {
   if (calendarFile == nullptr) return;
-  categorySelector.Fill(*calendarFile, categoryFilter);
+  categorySelector.SetFile(calendarFile);
   miniCalendar.SetDate(currentDate.year, currentDate.month, currentDate.day);
   LoadDay();
 }
 
 void CalendarPanel::LoadDay() {
   BeginWaitCursor();
-  ListDay(records, *calendarFile, currentDate, categoryFilter);
+  ListDay(records, *calendarFile, currentDate, CategoryFilter());
+  SetWindowText(dayList.Handle(), ("Appointments of " + core::FormatDate(currentDate)).c_str());
   dayList.SetFile(calendarFile, &records);
   EndWaitCursor();
 }
 
 void CalendarPanel::SetCurrentDate(const core::Date& date) {
   currentDate = date;
-  Reload();
-}
-
-void CalendarPanel::ChooseCategory(std::string_view name) {
-  if (calendarFile == nullptr) return;
-  if (name == kAllCategories) name = {};
-  name = name.substr(0, kCategorySize);
-  if (name == categoryFilter) return;
-  categoryFilter = name;
   Reload();
 }
 
@@ -131,10 +127,8 @@ LRESULT CalendarPanel::OnCommand(const MessageRecord& record) {
       OnCalendarNotice(code, *reinterpret_cast<const core::Date*>(record.lParam));
       break;
     default:
-      if (id >= kFirstCategoryCommand && id <= kFirstCategoryCommand + kAllCategoriesOffset) {
-        ChooseCategory(reinterpret_cast<const char*>(record.lParam));
-        FocusList();
-      }
+      if (CategorySelector::IsCategoryCommand(id))
+        OnCategoryCommand(static_cast<int>(id), reinterpret_cast<const char*>(record.lParam));
       break;
   }
   return 0;
@@ -183,12 +177,26 @@ void CalendarPanel::OnCalendarNotice(unsigned code, const core::Date& date) {
   }
 }
 
+void CalendarPanel::OnCategoryCommand(int command, const char* name) {
+  if (!BeginCommand()) return;
+  if (categorySelector.OnCategoryMenuCommand(command, name)) Reload();
+  EndCommand();
+}
+
+// At the mouse, but by the selected row when a key asked for the menu while the mouse was elsewhere.
+POINT CalendarPanel::MenuPoint() const {
+  const POINT mouse = GetCursorPos();
+  RECT list;
+  GetWindowRect(dayList.Handle(), &list);
+  return Contains(list, mouse) ? mouse : dayList.MenuPoint(dayList.SelectedItem());
+}
+
 void CalendarPanel::ShowPopupMenu(bool onItem) {
   const HMENU menu = CreatePopupMenu();
   AppendItem(menu, kNewItemText, ID_ITEM_NEW, true);
   AppendItem(menu, kEditItemText, ID_ITEM_EDIT, onItem);
   AppendItem(menu, kDeleteItemText, ID_ITEM_DELETE, onItem);
-  TrackPopupMenu(menu, GetCursorPos(), hwnd);
+  TrackPopupMenu(menu, MenuPoint(), hwnd);
   DestroyMenu(menu);
 }
 

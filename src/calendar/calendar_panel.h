@@ -29,10 +29,14 @@ class CalendarPanel : public ZarfWnd {
 
   const core::Date& CurrentDate() const { return currentDate; }
   // Empty for all categories.
-  const std::string& CategoryFilter() const { return categoryFilter; }
+  const std::string& CategoryFilter() const { return categorySelector.Filter(); }
   // The shown appointments, in the order of their rows.
   const core::RecordQuery& Records() const { return records; }
   void FocusList() { dayList.FocusList(); }
+  // Brackets a command: one runs at a time, and the frame stays open until it has come to its end. False when
+  // one runs already, and this one is to be dropped. The end gives the list the keyboard.
+  bool BeginCommand();
+  void EndCommand();
   // Whether the frame may close. While a command runs it may not; its end then posts the frame WM_CLOSE
   // again.
   bool MayClose();
@@ -48,8 +52,6 @@ class CalendarPanel : public ZarfWnd {
   LRESULT OnCommand(const MessageRecord& record) override;
 
  private:
-  bool BeginCommand();
-  void EndCommand();
   void RunCommand(unsigned command);
   void NewAppointment();
   void EditAppointment();
@@ -60,8 +62,9 @@ class CalendarPanel : public ZarfWnd {
   void OnListNotice(unsigned code, LPARAM value);
   void OnListChanged(LPARAM phase);
   void OnCalendarNotice(unsigned code, const core::Date& date);
-  void ChooseCategory(std::string_view name);
+  void OnCategoryCommand(int command, const char* name);
   void ShowPopupMenu(bool onItem);
+  POINT MenuPoint() const;
 
   void SetCurrentDate(const core::Date& date);
   void LoadDay();
@@ -75,7 +78,6 @@ class CalendarPanel : public ZarfWnd {
   bool commandRunning = false;
   bool closeWanted = false;
   core::Date currentDate;
-  std::string categoryFilter;
   core::RecordQuery records;
   core::RecordHeader keptSelection;  // of the list while it is rebuilt
   bool hasKeptSelection = false;

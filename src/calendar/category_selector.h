@@ -1,32 +1,50 @@
-// The chooser above the day list: one category of the open file, or all of them.
+// The chooser above the day list: one category of the open file, or all of them, or the editor of the file's
+// list. It keeps the choice, the filter of what the calendar shows. Its parent hears of a choice as of any
+// menu's, by WM_COMMAND, and hands it back to OnCategoryMenuCommand when it may be carried out.
 #pragma once
 
+#include <string>
 #include <string_view>
 
 #include "controls/fly_menu.h"
 #include "core/record_file.h"
 
-// The commands of its items: from the first one on, in the order of the file's list; "All Categories" comes
-// after the most names there can be.
+// The commands of its items: from the first one on, in the order of the file's list; "All Categories" and
+// "Edit Categories" come after the most names there can be.
 constexpr int kFirstCategoryCommand = 500;
 constexpr int kAllCategoriesOffset = 29;
-// Room for a category's name in a filter, without a terminator.
-constexpr int kCategorySize = 30;
+constexpr int kEditCategoriesOffset = 30;
 
-constexpr const char* kAllCategories = "All Categories";
-
-// Fills a menu anew: "All Categories", then the names of the file's list. The current item is the one named
-// by `filter`, "All Categories" when that is empty. A filter that another user took off the list stays in the
-// menu's face.
+// Fills a menu anew: "All Categories", the names of the file's list, "Edit Categories", with separators
+// between them. The current item is the one named by `filter`, "All Categories" when that is empty. A filter
+// that another user took off the list stays in the menu's face.
 void BuildCategoryMenu(TFlyMenu& menu, const core::RecordFile& file, int firstCommand,
-                       std::string_view filter);
+                       std::string_view filter = {});
 
 class CategorySelector : public TFlyMenu {
  public:
   CategorySelector();
 
-  // Fills the menu from the file and shows `filter` (empty for all) as the current choice.
-  void Fill(const core::RecordFile& file, std::string_view filter);
+  // The file whose categories are offered from now on: the caller's, and open until another one, or null, is
+  // given. The filter stays.
+  void SetFile(core::RecordFile* file);
+  // Empty for all categories. At most 30 bytes.
+  const std::string& Filter() const { return filter; }
+
+  // Whether a command is one of the menu's.
+  static bool IsCategoryCommand(unsigned command);
+  // Carries out a choice: a category by its name (not used for "Edit Categories"), which runs the editor over
+  // the parent and, when that ends with OK, sets the filter back to all. True when the filter changed.
+  bool OnCategoryMenuCommand(int command, std::string_view name);
+
   // A click anywhere opens the menu.
   RECT ActiveArea() const override;
+  LRESULT OnLButtonDown(const MessageRecord& record) override;
+  LRESULT OnCommand(const MessageRecord& record) override;
+
+ private:
+  void Fill();
+
+  core::RecordFile* calendarFile = nullptr;  // borrowed
+  std::string filter;
 };

@@ -24,3 +24,9 @@ void DayList::DrawRecordCell(core::RecordFile& calendar, core::RecordQuery& show
   const bool readable = calendar.ReadRecord(&record, shown.OffsetAt(static_cast<std::size_t>(index)));
   DrawDayRow(hdc, readable ? &record : nullptr, pictures, selection, rect);
 }
+
+std::string DayList::RecordCellText(core::RecordFile& calendar, core::RecordQuery& shown, int index) {
+  core::Appointment record;
+  const bool readable = calendar.ReadRecord(&record, shown.OffsetAt(static_cast<std::size_t>(index)));
+  return DayRowText(readable ? &record : nullptr);
+}

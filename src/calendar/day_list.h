@@ -11,6 +11,7 @@ class DayList : public ZarfWndListView {
   LRESULT OnCreate(const MessageRecord& record) override;
   void DrawRecordCell(core::RecordFile& calendar, core::RecordQuery& shown, HDC hdc, COLORREF colour,
                       int index, int state, const RECT& rect) override;
+  std::string RecordCellText(core::RecordFile& calendar, core::RecordQuery& shown, int index) override;
 
  private:
   DayRowPictures pictures;  // from the creation of the window on

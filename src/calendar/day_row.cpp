@@ -19,6 +19,8 @@ constexpr int kAllDayCategoryTop = 8;
 // Between marks and text that would touch.
 constexpr int kGap = 6;
 
+constexpr const char* kVanished = "Record is deleted by another user.";
+
 std::unique_ptr<Bitmap> LoadMark(const char* name) {
   std::unique_ptr<Bitmap> mark = Bitmap::Load(name);
   if (mark != nullptr) mark->MakeTransparent(kMagenta);
@@ -53,6 +55,10 @@ int DrawCategory(HDC hdc, const core::Appointment& record, int x, const RECT& li
   return x + MeasureText(font, text.c_str()).cx;
 }
 
+std::string TimesOf(const core::Appointment& record) {
+  return core::FormatTime(record.startTime) + "-" + core::FormatTime(record.endTime);
+}
+
 void DrawRowText(HDC hdc, const std::string& text, const RECT& rect, UINT format) {
   hdc->SelectFont(GetFont(FontSans, 400));
   hdc->SetTextColor(kRowText);
@@ -84,7 +90,7 @@ void DrawTimed(HDC hdc, const core::Appointment& record, const DayRowPictures& p
                const RECT& row) {
   const int middle = row.top + Height(row) / 2;
   const RECT firstLine = {row.left, row.top, row.right, middle};
-  const std::string times = core::FormatTime(record.startTime) + "-" + core::FormatTime(record.endTime);
+  const std::string times = TimesOf(record);
   DrawRowText(hdc, times, firstLine, DT_LEFT);
   DrawRowText(hdc, std::string(core::ReadText(record.subject)),
               {row.left + kSubjectIndent, middle, row.right, row.bottom}, DT_END_ELLIPSIS);
@@ -118,10 +124,23 @@ void DrawDayRow(HDC hdc, const core::Appointment* record, const DayRowPictures& 
   if (record == nullptr) {
     hdc->SelectFont(GetFont(FontSans, 400));
     hdc->SetTextColor(kRowMark);
-    hdc->DrawText("Record is deleted by another user.", row, DT_SINGLELINE | DT_VCENTER | DT_END_ELLIPSIS);
+    hdc->DrawText(kVanished, row, DT_SINGLELINE | DT_VCENTER | DT_END_ELLIPSIS);
   } else if (record->allDay != 0) {
     DrawAllDay(hdc, *record, pictures, row);
   } else {
     DrawTimed(hdc, *record, pictures, selected, row);
   }
+}
+
+std::string DayRowText(const core::Appointment* record) {
+  if (record == nullptr) return kVanished;
+  std::string text = record->allDay != 0 ? "All day" : TimesOf(*record);
+  text.append(", ").append(core::ReadText(record->subject));
+  const std::string_view category = core::ReadText(record->header.category);
+  if (!category.empty()) text.append(", category ").append(category);
+  if (record->header.confidential != 0) text += ", confidential";
+  if (record->alarmOn != 0) text += ", alarm";
+  if (core::HasAttachment(*record)) text += ", attachment";
+  if (core::HasRepeat(*record)) text += ", repeats";
+  return text;
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <string>
 
 #include "core/appointment.h"
 #include "platform/desktop/bitmap.h"
@@ -31,3 +32,6 @@ enum class RowSelection {
 // Draws over the cell's background. `record` is null for one that cannot be read any more.
 void DrawDayRow(HDC hdc, const core::Appointment* record, const DayRowPictures& pictures,
                 RowSelection selection, const RECT& cell);
+
+// What the row says, in words also where it has marks: "10:00-11:00, Lunch, category Private, repeats".
+std::string DayRowText(const core::Appointment* record);

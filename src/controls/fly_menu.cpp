@@ -15,6 +15,7 @@ namespace {
 constexpr int kArrowAreaWidth = 10;
 constexpr int kArrowLeft = 2;
 constexpr int kCaptionGap = 3;
+constexpr int kFocusGap = 2;
 
 }  // namespace
 
@@ -63,6 +64,7 @@ bool TFlyMenu::TakeCaption(const Item& item) {
   std::memset(caption, 0, sizeof caption);
   std::memcpy(caption, text, strnlen(text, kCaptionSize - 1));
   Invalidate(nullptr, 0);
+  AnnounceChange(hwnd, AccessibleChange::kValue);
   return true;
 }
 
@@ -82,6 +84,7 @@ int TFlyMenu::PrepareClass(WNDCLASS* windowClass) {
 
 LRESULT TFlyMenu::OnCreate(const MessageRecord&) {
   cursor = LoadCursor(IDC_ARROW);
+  SetTabStop(hwnd, true);
   arrow = LoadGlyph(kGlyphDown, background, textColour);
   return 0;
 }
@@ -104,6 +107,16 @@ void TFlyMenu::OnPaint(HDC hdc, PAINTSTRUCT) {
   RECT client;
   GetClientRect(&client);
   Paint(hdc, client);
+  if (!ShowsFocus(hwnd)) return;
+  // As wide as arrow and caption, so that it can be seen what it belongs to.
+  const SIZE text = MeasureText(GetFont(FontSmall, 400), caption);
+  const int middle = client.top + Height(client) / 2;
+  const int rise = text.cy / 2 + kFocusGap;
+  const int right = kArrowLeft + (arrow != nullptr ? arrow->Width() + kCaptionGap : 0) + text.cx + kFocusGap;
+  DrawFocusMark(hdc,
+                {client.left, std::max(middle - rise, client.top),
+                 std::min(client.left + right, client.right), std::min(middle + rise, client.bottom)},
+                background);
 }
 
 LRESULT TFlyMenu::OnSetCursor(const MessageRecord&) {
@@ -134,7 +147,20 @@ HMENU TFlyMenu::BuildMenu() const {
 }
 
 LRESULT TFlyMenu::OnLButtonDown(const MessageRecord& record) {
-  if (pressed || !Contains(ActiveArea(), PointFromLParam(record.lParam))) return 0;
+  if (Contains(ActiveArea(), PointFromLParam(record.lParam))) OpenMenu();
+  return 0;
+}
+
+LRESULT TFlyMenu::OnKeyDown(const MessageRecord& record) {
+  constexpr unsigned kF4 = VK_F1 + 3;
+  const WPARAM key = record.wParam;
+  if (key != VK_SPACE && key != VK_UP && key != VK_DOWN && key != kF4) return DefaultProc(record);
+  OpenMenu();
+  return 0;
+}
+
+void TFlyMenu::OpenMenu() {
+  if (pressed) return;
   pressed = true;
   RedrawNow();
   const HWND self = hwnd;
@@ -144,12 +170,11 @@ LRESULT TFlyMenu::OnLButtonDown(const MessageRecord& record) {
   // The choice comes as a posted command: an item's number may be 0, which the answer cannot tell from none.
   TrackPopupMenu(menu, ClientToScreen(self, {client.left, client.bottom}), self);
   DestroyMenu(menu);
-  if (!IsWindow(self)) return 0;  // the program ended while the menu was open
+  if (!IsWindow(self)) return;  // the program ended while the menu was open
   pressed = false;
   cursor = LoadCursor(IDC_ARROW);
   SetCursor(cursor);
   Invalidate(nullptr, 0);
-  return 0;
 }
 
 LRESULT TFlyMenu::OnCommand(const MessageRecord& record) {
@@ -159,4 +184,14 @@ LRESULT TFlyMenu::OnCommand(const MessageRecord& record) {
   PostMessage(Parent(), WM_COMMAND, MakeWParam(static_cast<unsigned>(item->commandId), 0),
               reinterpret_cast<LPARAM>(caption));
   return 0;
+}
+
+void TFlyMenu::Describe(int, AccessiblePart* part) {
+  part->role = AccessibleRole::kChooser;
+  part->value = caption;
+  part->pressable = true;
+}
+
+void TFlyMenu::DoAction(AccessibleAction action, int) {
+  if (action == AccessibleAction::kPress) OpenMenu();
 }

@@ -46,7 +46,11 @@ class TFlyMenu : public ZarfWnd {
   LRESULT OnSetCursor(const MessageRecord& record) override;
   LRESULT OnMouseMove(const MessageRecord& record) override;
   LRESULT OnLButtonDown(const MessageRecord& record) override;
+  // Space, Up, Down and F4 open the menu.
+  LRESULT OnKeyDown(const MessageRecord& record) override;
   LRESULT OnCommand(const MessageRecord& record) override;
+  void Describe(int item, AccessiblePart* part) override;
+  void DoAction(AccessibleAction action, int value) override;
 
  private:
   struct Item {
@@ -57,6 +61,7 @@ class TFlyMenu : public ZarfWnd {
   };
 
   bool Add(const Item& item);
+  void OpenMenu();
   const Item* FindItem(int commandId) const;
   bool TakeCaption(const Item& item);
   HMENU BuildMenu() const;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "framework/drawing.h"
 #include "framework/fonts.h"
 #include "framework/services.h"
 #include "platform/desktop/cursor.h"
@@ -33,6 +34,7 @@ void ZarfWndList::SetRows(double rows) {
   selected = -1;
   firstRow = UsableFirstRow(firstRow, setup.rows);
   Invalidate(nullptr, 0);
+  AnnounceChange(hwnd, AccessibleChange::kItems);
 }
 
 bool ZarfWndList::SetFirstRow(int row) {
@@ -59,9 +61,12 @@ bool ZarfWndList::SelectItem(int index) {
 
 bool ZarfWndList::Select(int index) {
   if (index == selected) return false;
+  // Without a selection the focus mark is around all cells.
+  if ((index == -1 || selected == -1) && ShowsFocus(hwnd)) Invalidate(nullptr, 0);
   InvalidateCell(selected);
   selected = index;
   InvalidateCell(selected);
+  AnnounceChange(hwnd, AccessibleChange::kCurrentItem);
   return true;
 }
 
@@ -97,6 +102,7 @@ int ZarfWndList::PrepareClass(WNDCLASS* windowClass) {
 
 LRESULT ZarfWndList::OnCreate(const MessageRecord&) {
   cursor = LoadCursor(IDC_ARROW);
+  SetTabStop(hwnd, true);
   SetTimer(hwnd, kFocusTimer, kFocusMs);
   return 0;
 }
@@ -107,7 +113,11 @@ LRESULT ZarfWndList::OnClose(const MessageRecord&) {
 }
 
 void ZarfWndList::OnPaint(HDC hdc, PAINTSTRUCT paint) {
-  Paint(hdc, Layout(), paint.paint);
+  const ListLayout layout = Layout();
+  Paint(hdc, layout, paint.paint);
+  if (!ShowsFocus(hwnd)) return;
+  const auto cell = FindCell(layout, selected);
+  DrawFocusMark(hdc, cell ? cell->rect : RECT{0, 0, layout.width, layout.height}, setup.evenCell);
 }
 
 LRESULT ZarfWndList::OnEraseBkgnd(const MessageRecord& record) {
@@ -235,7 +245,12 @@ LRESULT ZarfWndList::OnKeyDown(const MessageRecord& record) {
     return 0;
   }
   if (key == VK_ESCAPE && Select(-1)) return 0;
-  if (const auto next = KeySelection(key, selected, Layout().Cells())) {
+  if (key == VK_APPS) {
+    Notify(kListRightClick, selected);
+    return 0;
+  }
+  const ListLayout layout = Layout();
+  if (const auto next = KeySelection(key, selected, layout.Cells(), layout.VisibleRows() * layout.columns)) {
     owner.SelectItem(*next);
     return 0;
   }
@@ -244,4 +259,31 @@ LRESULT ZarfWndList::OnKeyDown(const MessageRecord& record) {
 
 void ZarfWndList::Notify(unsigned code, int value) {
   PostMessage(Parent(), WM_COMMAND, code, value);
+}
+
+void ZarfWndList::Describe(int item, AccessiblePart* part) {
+  const ListLayout layout = Layout();
+  if (item == kWholeWindow) {
+    part->role = AccessibleRole::kList;
+    part->name = GetWindowText(Parent());
+    part->items = layout.Cells();
+    part->currentItem = selected;
+    return;
+  }
+  part->role = AccessibleRole::kListItem;
+  part->name = owner.ListCellText(item);
+  part->state = kAccessibleSelectable | (item == selected ? kAccessibleSelected : 0);
+  part->pressable = true;
+  if (const auto cell = FindCell(layout, item)) part->place = cell->rect;
+}
+
+int ZarfWndList::ItemAt(POINT point) {
+  return HitCell(Layout(), point).index;
+}
+
+void ZarfWndList::DoAction(AccessibleAction action, int value) {
+  // The row may be gone by now.
+  if (value < 0 || !owner.SelectItem(value)) return;
+  SetFocus(hwnd);
+  if (action == AccessibleAction::kPress) Notify(kListDoubleClick, value);
 }

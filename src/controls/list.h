@@ -4,6 +4,8 @@
 // It posts its parent WM_COMMAND with one of the codes below as wParam.
 #pragma once
 
+#include <string>
+
 #include "controls/list_geometry.h"
 #include "framework/zarf_wnd.h"
 
@@ -27,6 +29,8 @@ class ListOwner {
   virtual void ListLButtonUp(POINT point, int index, const RECT& rect) = 0;
   // A key moves the selection.
   virtual bool SelectItem(int index) = 0;
+  // What a cell says, for those who do not see it (code page 1252).
+  virtual std::string ListCellText(int index) = 0;
 
  protected:
   ~ListOwner() = default;
@@ -85,6 +89,9 @@ class ZarfWndList : public ZarfWnd {
   LRESULT OnRButtonUp(const MessageRecord& record) override;
   LRESULT OnMouseWheel(const MessageRecord& record) override;
   LRESULT OnKeyDown(const MessageRecord& record) override;
+  void Describe(int item, AccessiblePart* part) override;
+  int ItemAt(POINT point) override;
+  void DoAction(AccessibleAction action, int value) override;
 
  private:
   bool Select(int index);

@@ -95,9 +95,16 @@ constexpr int WheelFirstRow(int delta, int firstRow, double rows) {
   return firstRow >= 1 ? firstRow - 1 : firstRow;
 }
 
-// The cell that a key moves the selection to; nothing when the key leaves it where it is.
-constexpr std::optional<int> KeySelection(unsigned key, int selected, int cells) {
+// The cell that a key moves the selection to; nothing when the key leaves it where it is. A page is that many
+// cells.
+constexpr std::optional<int> KeySelection(unsigned key, int selected, int cells, int page) {
   switch (key) {
+    case VK_NEXT:
+      if (selected + 1 < cells) return std::min(std::max(selected, 0) + std::max(page, 1), cells - 1);
+      return std::nullopt;
+    case VK_PRIOR:
+      if (selected >= 1) return std::max(selected - std::max(page, 1), 0);
+      return std::nullopt;
     case VK_RIGHT:
     case VK_DOWN:
       if (selected + 1 < cells) return selected + 1;

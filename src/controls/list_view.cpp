@@ -82,6 +82,11 @@ void ZarfWndListView::FocusList() {
   SetFocus(cellList.Handle());
 }
 
+POINT ZarfWndListView::MenuPoint(int index) const {
+  const auto cell = FindCell(cellList.Layout(), index);
+  return ClientToScreen(cellList.Handle(), cell ? POINT{cell->rect.left, cell->rect.bottom} : POINT{});
+}
+
 LPARAM ZarfWndListView::NoticeValue(ListRefresh cause, bool before) const {
   return (cause == ListRefresh::kByTimer ? 2 : 0) + (before ? 1 : 0);
 }
@@ -191,6 +196,10 @@ void ZarfWndListView::ListLButtonUp(POINT point, int index, const RECT& rect) {
   }
 }
 
+std::string ZarfWndListView::ListCellText(int index) {
+  return ShowsFile() ? RecordCellText(*shownFile, *shownRecords, index) : CellText(index);
+}
+
 void ZarfWndListView::DrawCell(HDC, COLORREF, int, int, const RECT&) {}
 void ZarfWndListView::OnCellMouseMove(POINT, int, const RECT&) {}
 void ZarfWndListView::OnCellLButtonDown(POINT, int, const RECT&) {}
@@ -201,3 +210,9 @@ void ZarfWndListView::OnRecordCellMouseMove(core::RecordFile&, core::RecordQuery
 void ZarfWndListView::OnRecordCellLButtonDown(core::RecordFile&, core::RecordQuery&, POINT, int,
                                               const RECT&) {}
 void ZarfWndListView::OnRecordCellLButtonUp(core::RecordFile&, core::RecordQuery&, POINT, int, const RECT&) {}
+std::string ZarfWndListView::CellText(int) {
+  return {};
+}
+std::string ZarfWndListView::RecordCellText(core::RecordFile&, core::RecordQuery&, int) {
+  return {};
+}

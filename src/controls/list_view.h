@@ -7,7 +7,11 @@
 // and posted after it (2 or 0). A rebuild takes the selection away: a parent that wants to keep it remembers
 // the selected record at the first and selects it again at the second. It must not take the file or the
 // record list away at the first.
+//
+// Its window's title is what the list is called for those who do not see it.
 #pragma once
+
+#include <string>
 
 #include "controls/list.h"
 #include "controls/scroll_bar.h"
@@ -54,6 +58,9 @@ class ZarfWndListView : public ZarfWnd, private ListOwner {
   int FirstRow() const { return cellList.FirstRow(); }
   bool SetRowHeight(int rowHeight) { return cellList.SetRowHeight(rowHeight); }
   void FocusList();
+  // Where the menu of an item belongs when no mouse asked for it, in screen pixels: under the item's left
+  // end, or in the list's corner for none (-1) and for one out of sight.
+  POINT MenuPoint(int index) const;
   // Whether the selected cell is to be drawn as in the window that has the keyboard.
   bool HasFocusMark() const { return cellList.HasFocusMark(); }
 
@@ -82,12 +89,16 @@ class ZarfWndListView : public ZarfWnd, private ListOwner {
                                        int index, const RECT& rect);
   virtual void OnRecordCellLButtonUp(core::RecordFile& file, core::RecordQuery& records, POINT point,
                                      int index, const RECT& rect);
+  // What a cell says, read out to those who do not see it (code page 1252). Empty by default.
+  virtual std::string CellText(int index);
+  virtual std::string RecordCellText(core::RecordFile& file, core::RecordQuery& records, int index);
 
  private:
   void DrawListCell(HDC hdc, COLORREF colour, int index, int selected, const RECT& rect) override;
   void ListMouseMove(POINT point, int index, const RECT& rect) override;
   void ListLButtonDown(POINT point, int index, const RECT& rect) override;
   void ListLButtonUp(POINT point, int index, const RECT& rect) override;
+  std::string ListCellText(int index) override;
   bool ShowsFile() const { return shownFile != nullptr && shownRecords != nullptr; }
   LPARAM NoticeValue(ListRefresh cause, bool before) const;
 

@@ -22,7 +22,9 @@ ZarfClassWndScrollBar::ZarfClassWndScrollBar(int id, double positions, int arrow
 
 bool ZarfClassWndScrollBar::SetPosition(int newPosition) {
   if (!slider.SetPosition(newPosition)) return false;
+  const bool moved = newPosition != position;
   position = newPosition;
+  if (moved) AnnounceChange(hwnd, AccessibleChange::kValue);
   return true;
 }
 
@@ -40,7 +42,10 @@ int ZarfClassWndScrollBar::PrepareClass(WNDCLASS* windowClass) {
 }
 
 LRESULT ZarfClassWndScrollBar::OnCreate(const MessageRecord&) {
-  return upButton.Create(this) && downButton.Create(this) && slider.Create(this) ? 0 : -1;
+  if (!upButton.Create(this) || !downButton.Create(this) || !slider.Create(this)) return -1;
+  SetWindowText(upButton.Handle(), "Up");
+  SetWindowText(downButton.Handle(), "Down");
+  return 0;
 }
 
 LRESULT ZarfClassWndScrollBar::OnSize(const MessageRecord&) {
@@ -63,6 +68,7 @@ LRESULT ZarfClassWndScrollBar::OnCommand(const MessageRecord& record) {
     case kSliderId:
       if (record.lParam >= 0 && static_cast<double>(record.lParam) < count) {
         position = static_cast<int>(record.lParam);
+        AnnounceChange(hwnd, AccessibleChange::kValue);
         Notify();
       }
       break;
@@ -91,4 +97,14 @@ void ZarfClassWndScrollBar::StepDown() {
 
 void ZarfClassWndScrollBar::Notify() {
   PostMessage(Parent(), WM_COMMAND, MakeWParam(static_cast<unsigned>(commandId), 0), position);
+}
+
+void ZarfClassWndScrollBar::Describe(int, AccessiblePart* part) {
+  part->role = AccessibleRole::kScrollBar;
+  part->position = position;
+  part->lastPosition = LastSlidePosition(count);
+}
+
+void ZarfClassWndScrollBar::DoAction(AccessibleAction action, int value) {
+  if (action == AccessibleAction::kSetPosition && value != position && SetPosition(value)) Notify();
 }

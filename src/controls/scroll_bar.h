@@ -24,6 +24,8 @@ class ZarfClassWndScrollBar : public ZarfWnd {
   LRESULT OnSize(const MessageRecord& record) override;
   LRESULT OnCommand(const MessageRecord& record) override;
   LRESULT OnMouseWheel(const MessageRecord& record) override;
+  void Describe(int item, AccessiblePart* part) override;
+  void DoAction(AccessibleAction action, int value) override;
 
  private:
   void StepUp();

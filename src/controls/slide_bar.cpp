@@ -28,6 +28,7 @@ bool ZarfSlideBar::SetPosition(int newPosition) {
   if (newPosition == position) return true;
   position = newPosition;
   Invalidate(nullptr, 0);
+  AnnounceChange(hwnd, AccessibleChange::kValue);
   return true;
 }
 
@@ -77,6 +78,7 @@ void ZarfSlideBar::OnPaint(HDC hdc, PAINTSTRUCT) {
   RECT client;
   GetClientRect(&client);
   Paint(hdc, client);
+  if (ShowsFocus(hwnd)) DrawFocusMark(hdc, client, trackColour != kNoColour ? faceColour : base);
 }
 
 LRESULT ZarfSlideBar::WindowProc(const MessageRecord& record) {
@@ -114,12 +116,31 @@ void ZarfSlideBar::Follow(int y) {
   RECT client;
   GetClientRect(&client);
   mouseY = SlideMouseY(y, Height(client));
-  const int wanted = SlidePosition(y, Height(client), count, position);
-  if (wanted != position) {
-    position = wanted;
-    PostMessage(Parent(), WM_COMMAND, MakeWParam(static_cast<unsigned>(commandId), 0), position);
-  }
+  MoveTo(SlidePosition(y, Height(client), count, position));
   Invalidate(nullptr, 0);
+}
+
+// By the user's hand: the parent is told.
+void ZarfSlideBar::MoveTo(int wanted) {
+  if (wanted == position || !SetPosition(wanted)) return;
+  PostMessage(Parent(), WM_COMMAND, MakeWParam(static_cast<unsigned>(commandId), 0), position);
+}
+
+LRESULT ZarfSlideBar::OnKeyDown(const MessageRecord& record) {
+  const auto wanted = SlideKeyPosition(static_cast<unsigned>(record.wParam), position, count);
+  if (!wanted) return DefaultProc(record);
+  MoveTo(*wanted);
+  return 0;
+}
+
+void ZarfSlideBar::Describe(int, AccessiblePart* part) {
+  part->role = AccessibleRole::kSlider;
+  part->position = position;
+  part->lastPosition = LastSlidePosition(count);
+}
+
+void ZarfSlideBar::DoAction(AccessibleAction action, int value) {
+  if (action == AccessibleAction::kSetPosition) MoveTo(value);
 }
 
 void ZarfSlideBar::StopDragging() {

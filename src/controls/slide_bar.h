@@ -32,9 +32,14 @@ class ZarfSlideBar : public ZarfWnd {
   LRESULT OnLButtonDown(const MessageRecord& record) override;
   LRESULT OnMouseMove(const MessageRecord& record) override;
   LRESULT OnLButtonUp(const MessageRecord& record) override;
+  // Arrows, pages of ten, Home and End. The owner decides whether it is a tab stop.
+  LRESULT OnKeyDown(const MessageRecord& record) override;
+  void Describe(int item, AccessiblePart* part) override;
+  void DoAction(AccessibleAction action, int value) override;
 
  private:
   void Follow(int y);
+  void MoveTo(int wanted);
   void StopDragging();
 
   const int commandId;

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <optional>
 
+#include "platform/desktop/messages.h"
 #include "platform/desktop/types.h"
 
 constexpr int kSlideThumbHeight = 20;
@@ -44,4 +45,36 @@ constexpr int SlidePosition(int y, int height, double count, int position) {
   y = SlideMouseY(y, height);
   const double step = SlideStep(height, count);
   return y >= height || step <= 0 ? static_cast<int>(count - 1) : static_cast<int>(y / step);
+}
+
+// The last position; -1 when there is none.
+constexpr int LastSlidePosition(double count) {
+  const double usable = UsableCount(count);
+  const int whole = static_cast<int>(usable);
+  return usable > whole ? whole : whole - 1;
+}
+
+// The position that a key moves to; nothing for a key that moves nothing.
+constexpr std::optional<int> SlideKeyPosition(unsigned key, int position, double count) {
+  constexpr int kPage = 10;
+  const int last = LastSlidePosition(count);
+  const auto step = [&](int by) { return std::clamp(position + by, 0, std::max(last, 0)); };
+  switch (key) {
+    case VK_UP:
+    case VK_LEFT:
+      return step(-1);
+    case VK_DOWN:
+    case VK_RIGHT:
+      return step(1);
+    case VK_PRIOR:
+      return step(-kPage);
+    case VK_NEXT:
+      return step(kPage);
+    case VK_HOME:
+      return step(-position);
+    case VK_END:
+      return step(last - position);
+    default:
+      return std::nullopt;
+  }
 }

@@ -45,10 +45,11 @@ void ZarfSpinButton::OnPaint(HDC hdc, PAINTSTRUCT) {
   RECT client;
   GetClientRect(&client);
   Paint(hdc, client);
+  if (ShowsFocus(hwnd)) DrawFocusMark(hdc, client, background);
 }
 
 LRESULT ZarfSpinButton::WindowProc(const MessageRecord& record) {
-  if (record.message == WM_CAPTURECHANGED) LetGo();
+  if (record.message == WM_CAPTURECHANGED || record.message == WM_KILLFOCUS) LetGo();
   return ZarfWnd::WindowProc(record);
 }
 
@@ -104,4 +105,28 @@ void ZarfFramedSpinButton::Paint(HDC hdc, const RECT& client) const {
   ZarfSpinButton::Paint(hdc, client);
   hdc->SetPenColor(RGB(0, 0, 0));
   OutlineRect(hdc, client);
+}
+
+LRESULT ZarfSpinButton::OnKeyDown(const MessageRecord& record) {
+  if (record.wParam != VK_SPACE) return DefaultProc(record);
+  pressed = true;
+  RedrawNow();
+  Notify();
+  return 0;
+}
+
+LRESULT ZarfSpinButton::OnKeyUp(const MessageRecord& record) {
+  if (record.wParam != VK_SPACE) return DefaultProc(record);
+  LetGo();
+  return 0;
+}
+
+void ZarfSpinButton::Describe(int, AccessiblePart* part) {
+  part->role = AccessibleRole::kButton;
+  part->state = pressed ? kAccessiblePressed : 0;
+  part->pressable = true;
+}
+
+void ZarfSpinButton::DoAction(AccessibleAction action, int) {
+  if (action == AccessibleAction::kPress) Notify();
 }

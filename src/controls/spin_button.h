@@ -30,6 +30,11 @@ class ZarfSpinButton : public ZarfWnd {
   LRESULT OnLButtonDown(const MessageRecord& record) override;
   LRESULT OnLButtonUp(const MessageRecord& record) override;
   LRESULT OnTimer(const MessageRecord& record) override;
+  // Space tells once a stroke, and again as the key repeats. The owner decides whether it is a tab stop.
+  LRESULT OnKeyDown(const MessageRecord& record) override;
+  LRESULT OnKeyUp(const MessageRecord& record) override;
+  void Describe(int item, AccessiblePart* part) override;
+  void DoAction(AccessibleAction action, int value) override;
 
  private:
   void LetGo();

@@ -14,6 +14,7 @@ namespace {
 constexpr std::size_t kCaptionSize = 255;  // with the zero byte
 constexpr int kFootHeight = 3;             // of the strip that joins the tabs to what is below
 constexpr int kShade = 40;
+constexpr int kFocusInset = 2;
 
 }  // namespace
 
@@ -37,6 +38,7 @@ bool TTabsWnd::SelectTab(int tabId, bool repaint) {
   if (found == tabs.end() || index == selected) return false;
   selected = index;
   if (repaint) Invalidate(nullptr, 0);
+  AnnounceChange(hwnd, AccessibleChange::kCurrentItem);
   return true;
 }
 
@@ -49,6 +51,7 @@ int TTabsWnd::PrepareClass(WNDCLASS* windowClass) {
 
 LRESULT TTabsWnd::OnCreate(const MessageRecord&) {
   cursor = LoadCursor(IDC_ARROW);
+  SetTabStop(hwnd, true);
   return 0;
 }
 
@@ -75,12 +78,17 @@ void TTabsWnd::OnPaint(HDC hdc, PAINTSTRUCT) {
   RECT client;
   GetClientRect(&client);
   Paint(hdc, client);
+  if (!ShowsFocus(hwnd) || tabs.empty()) return;
+  RECT mark = TabRect(client, tabWidth, selected, true);
+  mark = {mark.left + kFocusInset, mark.top + kFocusInset, mark.right - kFocusInset,
+          mark.bottom - kFootHeight};
+  DrawFocusMark(hdc, mark, tabs[static_cast<std::size_t>(selected)].face);
 }
 
-int TTabsWnd::TabAtPoint(LPARAM point) {
+int TTabsWnd::ItemAt(POINT point) {
   RECT client;
   GetClientRect(&client);
-  return TabAt(client, tabWidth, static_cast<int>(tabs.size()), selected, PointFromLParam(point));
+  return TabAt(client, tabWidth, static_cast<int>(tabs.size()), selected, point);
 }
 
 LRESULT TTabsWnd::OnSetCursor(const MessageRecord&) {
@@ -89,18 +97,64 @@ LRESULT TTabsWnd::OnSetCursor(const MessageRecord&) {
 }
 
 LRESULT TTabsWnd::OnMouseMove(const MessageRecord& record) {
-  cursor = LoadCursor(TabAtPoint(record.lParam) != -1 ? "CUR_HAND1" : IDC_ARROW);
+  cursor = LoadCursor(ItemAt(PointFromLParam(record.lParam)) != -1 ? "CUR_HAND1" : IDC_ARROW);
   SetCursor(cursor);
   return 0;
 }
 
 LRESULT TTabsWnd::OnLButtonDown(const MessageRecord& record) {
-  const int index = TabAtPoint(record.lParam);
-  if (index == -1 || index == selected) return 0;
+  ChooseTab(ItemAt(PointFromLParam(record.lParam)));
+  return 0;
+}
+
+LRESULT TTabsWnd::OnKeyDown(const MessageRecord& record) {
+  const int last = static_cast<int>(tabs.size()) - 1;
+  switch (record.wParam) {
+    case VK_LEFT:
+      ChooseTab(selected - 1);
+      return 0;
+    case VK_RIGHT:
+      ChooseTab(std::min(selected + 1, last));
+      return 0;
+    case VK_HOME:
+      ChooseTab(std::min(0, last));
+      return 0;
+    case VK_END:
+      ChooseTab(last);
+      return 0;
+    default:
+      return DefaultProc(record);
+  }
+}
+
+void TTabsWnd::ChooseTab(int index) {
+  if (index == -1 || index == selected) return;
   selected = index;
   RedrawNow();
+  AnnounceChange(hwnd, AccessibleChange::kCurrentItem);
   PostMessage(Parent(), WM_COMMAND, MakeWParam(static_cast<unsigned>(commandId), 0),
               tabs[static_cast<std::size_t>(index)].id);
   PlaySound("select.wav");
-  return 0;
+}
+
+void TTabsWnd::Describe(int item, AccessiblePart* part) {
+  if (item == kWholeWindow) {
+    part->role = AccessibleRole::kTabList;
+    part->items = static_cast<int>(tabs.size());
+    part->currentItem = tabs.empty() ? -1 : selected;
+    return;
+  }
+  RECT client;
+  GetClientRect(&client);
+  part->role = AccessibleRole::kTab;
+  part->name = tabs[static_cast<std::size_t>(item)].caption;
+  part->state = kAccessibleSelectable | (item == selected ? kAccessibleSelected : 0);
+  part->pressable = true;
+  part->place = TabRect(client, tabWidth, item, item == selected);
+}
+
+void TTabsWnd::DoAction(AccessibleAction action, int value) {
+  if (value < 0 || value >= static_cast<int>(tabs.size())) return;
+  if (action == AccessibleAction::kSelect) SetFocus(hwnd);
+  ChooseTab(value);
 }

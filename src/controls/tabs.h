@@ -32,6 +32,11 @@ class TTabsWnd : public ZarfWnd {
   LRESULT OnSetCursor(const MessageRecord& record) override;
   LRESULT OnMouseMove(const MessageRecord& record) override;
   LRESULT OnLButtonDown(const MessageRecord& record) override;
+  // Left, Right, Home and End select as a click does.
+  LRESULT OnKeyDown(const MessageRecord& record) override;
+  void Describe(int item, AccessiblePart* part) override;
+  int ItemAt(POINT point) override;
+  void DoAction(AccessibleAction action, int value) override;
 
  private:
   struct Tab {
@@ -41,7 +46,7 @@ class TTabsWnd : public ZarfWnd {
     COLORREF text;
   };
 
-  int TabAtPoint(LPARAM point);
+  void ChooseTab(int index);
 
   const int commandId;
   const COLORREF background;

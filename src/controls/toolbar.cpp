@@ -50,10 +50,10 @@ int ZarfToolBar::ButtonRect(int commandId, RECT* rect) {
   return -1;
 }
 
-int ZarfToolBar::ButtonAt(LPARAM point) {
+int ZarfToolBar::ItemAt(POINT point) {
   RECT client;
   GetClientRect(&client);
-  return ToolButtonAt(Height(client), static_cast<int>(buttons.size()), PointFromLParam(point));
+  return ToolButtonAt(Height(client), static_cast<int>(buttons.size()), point);
 }
 
 int ZarfToolBar::PrepareClass(WNDCLASS* windowClass) {
@@ -121,7 +121,7 @@ LRESULT ZarfToolBar::WindowProc(const MessageRecord& record) {
 }
 
 LRESULT ZarfToolBar::OnLButtonDown(const MessageRecord& record) {
-  const int index = ButtonAt(record.lParam);
+  const int index = ItemAt(PointFromLParam(record.lParam));
   // The click that closes a button's menu must not open it again.
   if (index == -1 || press != Press::kNone) return 0;
   press = Press::kHeld;
@@ -133,7 +133,7 @@ LRESULT ZarfToolBar::OnLButtonDown(const MessageRecord& record) {
 
 LRESULT ZarfToolBar::OnMouseMove(const MessageRecord& record) {
   if (press == Press::kTelling) return 0;
-  const int index = ButtonAt(record.lParam);
+  const int index = ItemAt(PointFromLParam(record.lParam));
   if (press == Press::kHeld) {
     SetActive(activeIndex, index == activeIndex ? State::kPressed : State::kHot);
     return 0;
@@ -146,14 +146,17 @@ LRESULT ZarfToolBar::OnMouseMove(const MessageRecord& record) {
 
 LRESULT ZarfToolBar::OnLButtonUp(const MessageRecord& record) {
   if (press != Press::kHeld) return 0;
+  Release(ItemAt(PointFromLParam(record.lParam)));
+  return 0;
+}
+
+void ZarfToolBar::Release(int index) {
   const HWND self = hwnd;
-  const int index = ButtonAt(record.lParam);
   if (index != -1 && index == activeIndex) {
     Tell(buttons[static_cast<std::size_t>(index)]);
-    if (!IsWindow(self)) return 0;  // the command took the toolbar away
+    if (!IsWindow(self)) return;  // the command took the toolbar away
   }
   LetGo();
-  return 0;
 }
 
 // The button stays drawn pressed meanwhile, but the mouse is free for the menu or the box that may open.
@@ -194,4 +197,27 @@ void ZarfToolBar::ShowTipOf(const Button& button) {
   RECT rect;
   ButtonRect(button.commandId, &rect);
   ShowTip(hwnd, {rect.left, rect.bottom + kTipGap}, resources::FindText(button.tipStringId));
+}
+
+void ZarfToolBar::Describe(int item, AccessiblePart* part) {
+  if (item == kWholeWindow) {
+    part->role = AccessibleRole::kToolBar;
+    part->items = static_cast<int>(buttons.size());
+    return;
+  }
+  const Button& button = buttons[static_cast<std::size_t>(item)];
+  RECT client;
+  GetClientRect(&client);
+  part->role = button.kind == kMenuToolButton ? AccessibleRole::kMenuButton : AccessibleRole::kButton;
+  part->name = resources::FindText(button.tipStringId);
+  part->state = item == activeIndex && activeState == State::kPressed ? kAccessiblePressed : 0;
+  part->pressable = true;
+  part->place = ToolButtonRect(Height(client), item);
+}
+
+void ZarfToolBar::DoAction(AccessibleAction action, int value) {
+  if (action != AccessibleAction::kPress || press != Press::kNone) return;
+  if (value < 0 || value >= static_cast<int>(buttons.size())) return;
+  SetActive(value, State::kPressed);
+  Release(value);
 }

@@ -41,6 +41,9 @@ class ZarfToolBar : public ZarfWnd {
   LRESULT OnMouseMove(const MessageRecord& record) override;
   LRESULT OnLButtonUp(const MessageRecord& record) override;
   LRESULT OnTimer(const MessageRecord& record) override;
+  void Describe(int item, AccessiblePart* part) override;
+  int ItemAt(POINT point) override;
+  void DoAction(AccessibleAction action, int value) override;
 
  private:
   struct Button {
@@ -54,10 +57,10 @@ class ZarfToolBar : public ZarfWnd {
   // What the button may be doing with the mouse.
   enum class Press { kNone, kHeld, kTelling };
 
-  int ButtonAt(LPARAM point);
   // True when that changed something.
   bool SetActive(int index, State state);
   void LetGo();
+  void Release(int index);
   void Tell(const Button& button);
   void ShowTipOf(const Button& button);
   void PaintButton(HDC hdc, const RECT& rect, const Button& button, State state) const;

@@ -1,12 +1,10 @@
 #include "core/calendar_file.h"
 
-#include <array>
 #include <utility>
 
-#include "core/appointment.h"
-#include "core/categories.h"
 #include "core/file_messages.h"
 #include "core/ini_file.h"
+#include "core/new_calendar.h"
 #include "core/value_compare.h"
 #include "platform/system/file.h"
 #include "platform/system/program_folder.h"
@@ -24,13 +22,12 @@ std::string TextOf(int id) {
 
 // Writes the default file into the settings. Nothing is chosen when a file is there that the settings did not
 // know.
-StartupChoice ChooseDefaultFile(const IniFile& settings) {
+StartupChoice ChooseDefaultFile() {
   StartupChoice choice;
   choice.path = DefaultCalendarPath();
-  platform::MakeFolder(choice.path.substr(0, choice.path.rfind('/')));
   if (platform::FileExists(choice.path)) return {};
-  settings.WriteString("Preference", "DefaulFile", choice.path);
-  settings.WriteString("Preference", "RecordExample", "1");
+  RememberCalendar(choice.path);
+  RememberExamples(true);
   choice.withExamples = true;
   choice.chosen = true;
   return choice;
@@ -39,12 +36,11 @@ StartupChoice ChooseDefaultFile(const IniFile& settings) {
 }  // namespace
 
 StartupChoice ChooseStartupFile(const std::string& commandLine, const PasswordPrompt& askPassword) {
-  const IniFile settings;
   StartupChoice choice;
   if (!commandLine.empty() && platform::FileExists(commandLine)) {
     choice.path = commandLine;
-  } else if (!settings.ReadString("Preference", "DefaulFile", choice.path)) {
-    return ChooseDefaultFile(settings);
+  } else if (!IniFile().ReadString("Preference", "DefaulFile", choice.path)) {
+    return ChooseDefaultFile();
   } else if (!platform::FileExists(choice.path)) {
     return {};
   }
@@ -77,26 +73,13 @@ bool AskFilePassword(const std::string& path, const PasswordPrompt& askPassword,
 std::string DefaultCalendarPath() {
   std::string name = platform::ExecutableBaseName();
   for (char& c : name) c = static_cast<char>(FoldCase(static_cast<unsigned char>(c)));
-  return ModuleFolder() + "/works/" + name + ".cld";
-}
-
-bool CreateCalendarFile(const std::string& path, bool withExamples) {
-  HeaderBlock header;
-  InitHeaderBlock(header, kCalendarKind.kind, kCalendarKind.kindDetail, 1);
-  std::array<Appointment, 3> examples{};
-  std::string_view slots;
-  if (withExamples) {
-    examples = ExampleAppointments(header);
-    slots = {reinterpret_cast<const char*>(examples.data()), sizeof examples};
-    header.changeCounter += examples.size();  // as if each had been added
-  }
-  return RecordFile(path, "").CreateNew(header, DefaultCategories(), kCalendarKind.slotSize, slots);
+  return WorksFolder() + "/" + name + ".cld";
 }
 
 OpenedCalendar OpenCalendarFile(const std::string& path, const std::string& password, bool withExamples,
                                 const CompactionWatcher& watcher) {
   // A file that another copy made meanwhile will do.
-  if (!platform::FileExists(path) && !CreateCalendarFile(path, withExamples) && !platform::FileExists(path)) {
+  if (!platform::FileExists(path) && CreateCalendar(path, withExamples) == NewCalendar::kFailed) {
     return {nullptr, TextOf(kCannotCreateText) + "\r\n\"" + path + "\""};
   }
   const RepairOutcome repair = RepairCheck(path, false, watcher);

@@ -36,12 +36,8 @@ StartupChoice ChooseStartupFile(const std::string& commandLine, const PasswordPr
 bool AskFilePassword(const std::string& path, const PasswordPrompt& askPassword, std::string& password,
                      std::string& message);
 
-// The default calendar: "works/<program>.cld", in lower case, in the program folder.
+// The default calendar: "<program>.cld", in lower case, in the folder of calendars.
 std::string DefaultCalendarPath();
-
-// Makes a new calendar file, with the three example appointments if asked for. False when it could not be
-// made or something is at the path already, which is left alone.
-bool CreateCalendarFile(const std::string& path, bool withExamples);
 
 // A calendar file that was opened, or why it was not.
 struct OpenedCalendar {

@@ -37,8 +37,18 @@ bool ReadCategories(const RecordFile& file, CategoryList& list) {
   if (!file.ReadCategoryBlock(block)) return false;
   list.count = block.count;
   const std::size_t kept = std::min<std::size_t>(block.count, kCategoryEntries);
-  for (std::size_t i = 0; i < kept; ++i) list.names.emplace_back(ReadText(block.entries[i].name));
+  for (std::size_t i = 0; i < kept; ++i) {
+    const std::string_view name = ReadText(block.entries[i].name);
+    if (!name.empty()) list.names.emplace_back(name);
+  }
   return true;
+}
+
+Result StoreCategories(RecordFile& file, const std::vector<std::string>& names) {
+  if (file.AccessLevel() == Access::kReader) return Result::kRefused;
+  if (!file.WriteCategoryBlock(CategoriesFromNames(names))) return Result::kFailed;
+  file.Flush();
+  return Result::kDone;
 }
 
 }  // namespace core

@@ -15,7 +15,7 @@ inline constexpr std::size_t kShownCategories = 29;
 
 struct CategoryList {
   std::uint32_t count = 0;         // as stored; may exceed the names
-  std::vector<std::string> names;  // code page 1252, in the order of the block, at most kCategoryEntries
+  std::vector<std::string> names;  // code page 1252, in the order of the block; those that are not empty
 };
 
 // The block of a new file: fifteen names, each with value -1.
@@ -24,7 +24,12 @@ CategoryBlock DefaultCategories();
 // The block that stores these names: the first 29 of them, but the count of all. Everything else is zero.
 CategoryBlock CategoriesFromNames(const std::vector<std::string>& names);
 
-// False when the block cannot be read; the list is then empty.
+// At most kCategoryEntries names, whatever the stored count. False when the block cannot be read; the list is
+// then empty.
 bool ReadCategories(const RecordFile& file, CategoryList& list);
+
+// Writes the list for all users of the file and brings it to the disk. It leaves the change counter alone,
+// which counts records: others see the list when they read it next. kRefused for a Reader.
+Result StoreCategories(RecordFile& file, const std::vector<std::string>& names);
 
 }  // namespace core

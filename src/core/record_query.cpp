@@ -1,11 +1,8 @@
 #include "core/record_query.h"
 
-#include <algorithm>
 #include <cstring>
-#include <limits>
-#include <memory>
-#include <new>
 
+#include "core/record_scan.h"
 #include "core/record_sort.h"
 #include "core/text_field.h"
 
@@ -14,9 +11,6 @@ namespace {
 
 // Entries from which the file is read in runs of slots instead of field by field.
 constexpr std::size_t kSortWholeFile = 100;
-
-// Where the offsets end that records can have.
-constexpr std::int64_t kOffsetsEnd = std::int64_t{std::numeric_limits<std::int32_t>::max()} + 1;
 
 bool SameFolded(const char* a, const char* b, std::size_t length) {
   for (std::size_t i = 0; i < length; ++i) {
@@ -30,11 +24,19 @@ bool BeginsWith(std::string_view text, std::string_view part) {
   return part.size() <= text.size() && SameFolded(text.data(), part.data(), part.size());
 }
 
+// Folds to lower case in a way that the compiler makes wide instructions of.
+void Fold(std::string_view text, char* folded) {
+  for (std::size_t i = 0; i < text.size(); ++i)
+    folded[i] = static_cast<char>(FoldCase(static_cast<unsigned char>(text[i])));
+}
+
 bool Contains(std::string_view text, std::string_view part) {
-  for (std::size_t at = 0; at + part.size() <= text.size(); ++at) {
-    if (SameFolded(text.data() + at, part.data(), part.size())) return true;
-  }
-  return false;
+  if (part.size() > text.size()) return false;
+  char foldedText[kLargestSlotSize];
+  char foldedPart[RecordQuery::kValueSize];
+  Fold(text, foldedText);
+  Fold(part, foldedPart);
+  return memmem(foldedText, text.size(), foldedPart, part.size()) != nullptr;
 }
 
 }  // namespace
@@ -165,35 +167,9 @@ bool RecordQuery::Run(const RecordFile& file) {
   if (!file.IsOpen()) return false;
   counterAtRun = file.GetChangeCounter();
   const std::size_t slotSize = file.SlotSize();
-  const std::size_t bytes = kSlotsPerRead * slotSize;
-  // The last slot that was read is followed by zeros, so that a callback made for a larger kind of record
-  // stays in the buffer.
-  const std::unique_ptr<char[]> slots(new (std::nothrow) char[bytes + kLargestSlotSize]);
-  if (slots == nullptr) return false;
-  Access level = Access::kNone;
-  bool levelKnown = false;
-  const auto seesConfidential = [&] {
-    if (!levelKnown) level = file.AccessLevel();
-    levelKnown = true;
-    return level == Access::kOwner;
-  };
-  for (std::int64_t offset = file.FirstSlotOffset();; offset += static_cast<std::int64_t>(bytes)) {
-    const int count = file.ReadSlots(slots.get(), offset);
-    if (count >= 0)
-      std::memset(slots.get() + static_cast<std::size_t>(count) * slotSize, 0, kLargestSlotSize);
-    for (int i = 0; i < count; ++i) {
-      const char* slot = slots.get() + static_cast<std::size_t>(i) * slotSize;
-      if (slot[offsetof(RecordHeader, inUse)] != 1) continue;
-      if (slot[offsetof(RecordHeader, confidential)] == 1 && !seesConfidential()) continue;
-      if (offsets.size() < kMostOffsets && Matches(slot, slotSize)) {
-        offsets.push_back(static_cast<std::int32_t>(offset + (slot - slots.get())));
-      }
-    }
-    // A read that falls short before the end came to a place that cannot be read: the slots behind it count.
-    const std::int64_t next = offset + static_cast<std::int64_t>(bytes);
-    if (count < static_cast<int>(kSlotsPerRead) && next >= std::min(file.SlotsEnd(), kOffsetsEnd))
-      return true;
-  }
+  return ScanRecords(file, [&](const char* slot, std::int32_t offset) {
+    if (offsets.size() < kMostOffsets && Matches(slot, slotSize)) offsets.push_back(offset);
+  });
 }
 
 bool RecordQuery::Sort(const RecordFile& file, const RecordOrder& order) {

@@ -6,8 +6,6 @@
 namespace core {
 namespace {
 
-constexpr std::uint32_t kWholeWeek = 0x7F;
-
 // All that the tests ask, in day numbers. 64 bits, so that no sum of a day and an interval overflows.
 struct Span {
   std::int64_t start;  // -1 for a date without a day number, as all four

@@ -36,6 +36,9 @@ bool OccursInRange(const void* slot, const void* value);
 // Makes the appointment one that does not repeat.
 void ClearRepeat(Appointment& appointment);
 
+// The bits of all seven days in a weekly rule's mask; others mean nothing.
+inline constexpr std::uint32_t kWholeWeek = 0x7F;
+
 // The bit of day number 1 (Sunday) .. 7 (Saturday) in a weekly rule's mask; 0 for every other number.
 std::uint32_t WeekdayBit(int dayNumber);
 bool HasWeekday(std::uint32_t mask, int dayNumber);

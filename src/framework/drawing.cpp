@@ -39,6 +39,24 @@ void Frame3D(HDC hdc, const RECT& rect, COLORREF bottomRight, COLORREF topLeft) 
   Line(hdc, rect.right - 1, rect.bottom, rect.right - 1, rect.top - 1);
 }
 
+void DrawFocusMark(HDC hdc, const RECT& rect, COLORREF ground) {
+  constexpr int kMiddleGrey = 3 * 128;
+  const bool light = RedOf(ground) + GreenOf(ground) + BlueOf(ground) >= kMiddleGrey;
+  const COLORREF colour = light ? RGB(0, 0, 0) : RGB(255, 255, 255);
+  const auto dot = [&](int x, int y) {
+    // Every other pixel all the way round, so that the dots meet at the corners.
+    if ((x + y - rect.left - rect.top) % 2 == 0) hdc->FillRect({x, y, x + 1, y + 1}, colour);
+  };
+  for (int x = rect.left; x < rect.right; ++x) {
+    dot(x, rect.top);
+    dot(x, rect.bottom - 1);
+  }
+  for (int y = rect.top + 1; y < rect.bottom - 1; ++y) {
+    dot(rect.left, y);
+    dot(rect.right - 1, y);
+  }
+}
+
 COLORREF Lighten(COLORREF colour, int n) {
   if (n < 1) return colour;
   const int step = std::min(n, 255);

@@ -19,6 +19,10 @@ void OutlineRect(HDC hdc, const RECT& rect);
 // right (r - 1, b)-(r - 1, t - 1) in the other. Note that the bottom line lies on y = b.
 void Frame3D(HDC hdc, const RECT& rect, COLORREF bottomRight, COLORREF topLeft);
 
+// Shows which control has the keyboard: dots along the inside of a rectangle, black on light ground and white
+// on dark.
+void DrawFocusMark(HDC hdc, const RECT& rect, COLORREF ground);
+
 // n steps towards white or black, each component by 1 a step and no further than 255 or 0. n below 1:
 // unchanged.
 COLORREF Lighten(COLORREF colour, int n);

@@ -32,14 +32,23 @@ void ZarfClassLinkButton::Paint(HDC hdc, const RECT& client) const {
   hdc->FillRect(client, look.background);
   hdc->SelectFont(GetFont(FontSans, 400));
   hdc->SetTextColor(hot ? look.hotText : look.text);
-  hdc->DrawText(captionStringId != -1 ? resources::FindText(captionStringId) : caption.c_str(), client,
-                format);
+  hdc->DrawText(Caption(), client, format);
+}
+
+const char* ZarfClassLinkButton::Caption() const {
+  return captionStringId != -1 ? resources::FindText(captionStringId) : caption.c_str();
+}
+
+LRESULT ZarfClassLinkButton::OnCreate(const MessageRecord&) {
+  SetTabStop(hwnd, true);
+  return 0;
 }
 
 void ZarfClassLinkButton::OnPaint(HDC hdc, PAINTSTRUCT) {
   RECT client;
   GetClientRect(&client);
   Paint(hdc, client);
+  if (ShowsFocus(hwnd)) DrawFocusMark(hdc, client, look.background);
 }
 
 LRESULT ZarfClassLinkButton::WindowProc(const MessageRecord& record) {
@@ -68,10 +77,29 @@ LRESULT ZarfClassLinkButton::OnMouseMove(const MessageRecord& record) {
 LRESULT ZarfClassLinkButton::OnLButtonUp(const MessageRecord& record) {
   if (!captured) return 0;
   LetGo();
-  if (Inside(record.lParam)) {
-    PostMessage(Parent(), WM_COMMAND, MakeWParam(static_cast<unsigned>(commandId), 0), 0);
-  }
+  if (Inside(record.lParam)) Tell();
   return 0;
+}
+
+LRESULT ZarfClassLinkButton::OnKeyDown(const MessageRecord& record) {
+  if (record.wParam != VK_SPACE && record.wParam != VK_RETURN) return DefaultProc(record);
+  Tell();
+  return 0;
+}
+
+void ZarfClassLinkButton::Tell() {
+  PostMessage(Parent(), WM_COMMAND, MakeWParam(static_cast<unsigned>(commandId), 0), 0);
+}
+
+void ZarfClassLinkButton::Describe(int, AccessiblePart* part) {
+  part->role = AccessibleRole::kLink;
+  part->name = Caption();
+  part->state = hot ? kAccessiblePressed : 0;
+  part->pressable = true;
+}
+
+void ZarfClassLinkButton::DoAction(AccessibleAction action, int) {
+  if (action == AccessibleAction::kPress) Tell();
 }
 
 void ZarfClassLinkButton::SetHot(bool newHot) {

@@ -29,8 +29,15 @@ class ZarfClassLinkButton : public ZarfWnd {
   LRESULT OnLButtonDown(const MessageRecord& record) override;
   LRESULT OnMouseMove(const MessageRecord& record) override;
   LRESULT OnLButtonUp(const MessageRecord& record) override;
+  LRESULT OnCreate(const MessageRecord& record) override;
+  // Space presses it, and Enter where it is nobody else's.
+  LRESULT OnKeyDown(const MessageRecord& record) override;
+  void Describe(int item, AccessiblePart* part) override;
+  void DoAction(AccessibleAction action, int value) override;
 
  private:
+  const char* Caption() const;
+  void Tell();
   void SetHot(bool newHot);
   bool Inside(LPARAM point);
   void LetGo();

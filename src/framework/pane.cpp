@@ -65,6 +65,10 @@ void ZarfPane::OnPaint(HDC hdc, PAINTSTRUCT) {
   hdc->FillRect(client, colours.background);
 }
 
+void ZarfPane::Describe(int, AccessiblePart* part) {
+  part->name = name;
+}
+
 int PaneCount() {
   return static_cast<int>(Panes().size());
 }

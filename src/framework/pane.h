@@ -42,6 +42,7 @@ class ZarfPane : public ZarfWnd {
   int PrepareClass(WNDCLASS* windowClass) override;
   int PreCreate(char title[kTitleSize], DWORD* style, int placement[4]) override;
   void OnPaint(HDC hdc, PAINTSTRUCT paint) override;
+  void Describe(int item, AccessiblePart* part) override;
 
  private:
   const std::string name;

@@ -53,15 +53,15 @@ void EndWaitCursor() {
 }
 
 void CenterOver(HWND owner, HWND window) {
-  const RECT desktop = DesktopRect();
+  const RECT desktop = DesktopRect(owner);
   RECT over = desktop;
   RECT own;
   if (IsWindow(owner)) GetWindowRect(owner, &over);
   if (!GetWindowRect(window, &own)) return;
   int x = Midway(over.left, over.right, Width(own));
   int y = Midway(over.top, over.bottom, Height(own));
-  x = std::max(std::min(x, desktop.right - Width(own)), 0);
-  y = std::max(std::min(y, desktop.bottom - Height(own)), 0);
+  x = std::max(std::min(x, desktop.right - Width(own)), desktop.left);
+  y = std::max(std::min(y, desktop.bottom - Height(own)), desktop.top);
   RECT client;
   GetClientRect(window, &client);
   MoveWindow(window, x, y, Width(client), Height(client));

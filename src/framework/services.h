@@ -21,7 +21,7 @@ void PlaySound(const char* fileName, UINT flags = SND_ASYNC | SND_NODEFAULT);
 void BeginWaitCursor();
 void EndWaitCursor();
 
-// Moves `window` over the middle of `owner` (null: the desktop), kept on the desktop.
+// Moves `window` over the middle of `owner` (null: the desktop), kept on the screen that has the owner.
 void CenterOver(HWND owner, HWND window);
 
 // Dragging between windows. The window under the cursor is asked by WM_COMMAND 1020 whether it takes a drop

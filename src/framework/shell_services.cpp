@@ -1,5 +1,6 @@
 #include "framework/shell_services.h"
 
+#include "core/new_calendar.h"
 #include "framework/notices.h"
 #include "framework/zarf_wnd.h"
 #include "platform/desktop/shell.h"
@@ -24,9 +25,7 @@ std::vector<std::string> Split(std::string_view text, char separator) {
 std::string FolderOf(int choice) {
   if (choice == kInCurrentFolder) return ".";
   if (choice == kInProgramFolder) return platform::ProgramFolder();
-  std::string works = platform::ProgramFolder() + "/works";
-  platform::MakeFolder(works);
-  return works;
+  return core::WorksFolder();
 }
 
 }  // namespace

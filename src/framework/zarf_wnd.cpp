@@ -172,6 +172,21 @@ LRESULT ZarfWnd::RouteColours(const MessageRecord& record) {
     case WM_QUERYNEWPALETTE:
       return OnQueryNewPalette(record);
     default:
+      return RouteAccess(record);
+  }
+}
+
+LRESULT ZarfWnd::RouteAccess(const MessageRecord& record) {
+  switch (record.message) {
+    case WM_DESCRIBE:
+      Describe(static_cast<int>(record.wParam), reinterpret_cast<AccessiblePart*>(record.lParam));
+      return 1;
+    case WM_ITEMAT:
+      return ItemAt(PointFromLParam(record.lParam)) + 1;
+    case WM_DOACTION:
+      DoAction(static_cast<AccessibleAction>(record.wParam), static_cast<int>(record.lParam));
+      return 0;
+    default:
       return DefaultProc(record);
   }
 }
@@ -368,3 +383,9 @@ void ZarfWnd::Show() {
 void ZarfWnd::Update() {
   UpdateWindow(hwnd);
 }
+
+void ZarfWnd::Describe(int, AccessiblePart*) {}
+int ZarfWnd::ItemAt(POINT) {
+  return -1;
+}
+void ZarfWnd::DoAction(AccessibleAction, int) {}

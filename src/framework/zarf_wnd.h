@@ -9,6 +9,7 @@
 
 #include <cstddef>
 
+#include "platform/desktop/accessible.h"
 #include "platform/desktop/window.h"
 
 // Posted to every window and dialog once it is made; arrives when the loop runs again, never inside Create.
@@ -115,6 +116,14 @@ class ZarfWnd {
   // Paints at once what waits to be painted.
   virtual void Update();
 
+  // For assistive technology; platform/desktop/accessible.h tells what is asked.
+  // Says what the window, or one of its items, is. A pane, by default, that has no items.
+  virtual void Describe(int item, AccessiblePart* part);
+  // The item at a client point; -1, the default, for none.
+  virtual int ItemAt(POINT point);
+  // Does to an item, kWholeWindow or a position what a user does with the mouse. Nothing, by default.
+  virtual void DoAction(AccessibleAction action, int value);
+
  protected:
   HWND hwnd = nullptr;
 
@@ -123,6 +132,7 @@ class ZarfWnd {
   LRESULT RouteMouse(const MessageRecord& record);
   LRESULT RouteFrame(const MessageRecord& record);
   LRESULT RouteColours(const MessageRecord& record);
+  LRESULT RouteAccess(const MessageRecord& record);
   void Paint();
   friend class ZarfDialog;
 };

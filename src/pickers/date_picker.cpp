@@ -35,7 +35,7 @@ void DatePickerDialog::Place() {
   RECT client;
   GetWindowRect(hwnd, &window);
   GetClientRect(&client);
-  const RECT desktop = DesktopRect();
+  const RECT desktop = DesktopRect(Parent());
   const int x = KeepBetween(position->x, Width(window), desktop.left, desktop.right);
   const int y = KeepBetween(position->y, Height(window), desktop.top, desktop.bottom);
   MoveWindow(hwnd, x, y, Width(client), Height(client));
@@ -60,6 +60,7 @@ LRESULT DatePickerDialog::OnInitDialog(const MessageRecord&) {
     RollDown(window.left, window.top, window.right, window.bottom);
   }
   calendar.Create(this);
+  calendar.FocusDays();
   return 1;
 }
 

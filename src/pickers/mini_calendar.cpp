@@ -67,9 +67,19 @@ int MiniCalendar::PrepareClass(WNDCLASS* windowClass) {
 }
 
 LRESULT MiniCalendar::OnCreate(const MessageRecord&) {
-  const bool made = years.Create(this) && months.Create(this) && previousButton.Create(this) &&
-                    nextButton.Create(this) && todayButton.Create(this) && grid.Create(this);
-  return made ? 0 : -1;
+  // In the order in which Tab walks them.
+  const bool made = years.Create(this) && months.Create(this) && grid.Create(this) &&
+                    previousButton.Create(this) && todayButton.Create(this) && nextButton.Create(this);
+  if (!made) return -1;
+  SetWindowText(hwnd, "Dates");
+  SetWindowText(years.Handle(), "Year");
+  SetWindowText(months.Handle(), "Month");
+  SetWindowText(previousButton.Handle(), "Previous month");
+  SetWindowText(todayButton.Handle(), "Today");
+  SetWindowText(nextButton.Handle(), "Next month");
+  for (const ZarfWnd* button : {&previousButton, &todayButton, &nextButton})
+    SetTabStop(button->Handle(), true);
+  return 0;
 }
 
 LRESULT MiniCalendar::OnSize(const MessageRecord&) {
@@ -145,7 +155,8 @@ void MiniCalendar::OnButton(unsigned id) {
 void MiniCalendar::Pick(const core::Date& date, unsigned code) {
   PickedPlace() = date;
   if (code == 0) {
-    SetDate(date.year, date.month, date.day);
+    grid.SetDate(date.year, date.month, date.day);
+    ShowChoices();           // also when the grid has moved to another month by itself
     PickedPlace() = Date();  // a day that the month lacks has become its last
   }
   PostMessage(Parent(), WM_COMMAND, MakeWParam(static_cast<unsigned>(commandId), code),

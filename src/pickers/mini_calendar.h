@@ -22,6 +22,9 @@ class MiniCalendar : public ZarfWnd {
   // nothing changes, when the date is the same or none of the calendar's.
   bool SetDate(int year, int month, int day);
 
+  // Gives the keyboard to the days.
+  void FocusDays() { SetFocus(grid.Handle()); }
+
   int PrepareClass(WNDCLASS* windowClass) override;
   LRESULT OnCreate(const MessageRecord& record) override;
   void OnPaint(HDC hdc, PAINTSTRUCT paint) override;

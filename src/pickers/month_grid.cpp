@@ -7,6 +7,7 @@
 #include "framework/fonts.h"
 #include "framework/services.h"
 #include "platform/desktop/cursor.h"
+#include "resources/strings.h"
 
 namespace {
 
@@ -32,8 +33,11 @@ bool MonthGrid::SetDate(int year, int month, int day) {
     return false;
   const core::Date wanted{std::min(day, core::DaysInMonth(year, month)), month, year};
   if (SameDate(wanted, date)) return false;
+  const bool otherMonth = wanted.month != date.month || wanted.year != date.year;
   date = wanted;
   Invalidate(nullptr, 0);
+  if (otherMonth) AnnounceChange(hwnd, AccessibleChange::kItems);
+  AnnounceChange(hwnd, AccessibleChange::kCurrentItem);
   return true;
 }
 
@@ -60,6 +64,11 @@ void MonthGrid::Paint(HDC hdc, const MonthGridLayout& layout, const core::Date& 
   }
 }
 
+LRESULT MonthGrid::OnCreate(const MessageRecord&) {
+  SetTabStop(hwnd, true);
+  return 0;
+}
+
 int MonthGrid::PrepareClass(WNDCLASS* windowClass) {
   windowClass->className = "ZarfCalMonth";
   windowClass->background = RGB(255, 255, 255);
@@ -69,7 +78,11 @@ int MonthGrid::PrepareClass(WNDCLASS* windowClass) {
 }
 
 void MonthGrid::OnPaint(HDC hdc, PAINTSTRUCT) {
-  Paint(hdc, Layout(), core::Today());
+  const MonthGridLayout layout = Layout();
+  Paint(hdc, layout, core::Today());
+  if (!ShowsFocus(hwnd)) return;
+  const RECT cell = DayCell(layout, date.day);
+  DrawFocusMark(hdc, {cell.left + 1, cell.top + 1, cell.right - 1, cell.bottom - 1}, colours.selection);
 }
 
 LRESULT MonthGrid::OnEraseBkgnd(const MessageRecord&) {
@@ -89,10 +102,52 @@ LRESULT MonthGrid::OnMouseMove(const MessageRecord& record) {
 
 LRESULT MonthGrid::OnLButtonDown(const MessageRecord& record) {
   const int day = DayAt(Layout(), PointFromLParam(record.lParam));
-  if (day < 1) return 0;
-  SetDate(date.year, date.month, day);
-  Report(0, date);
+  if (day >= 1) PickDate({day, date.month, date.year});
   return 0;
+}
+
+void MonthGrid::PickDate(const core::Date& picked) {
+  SetDate(picked.year, picked.month, picked.day);
+  Report(0, date);
+}
+
+LRESULT MonthGrid::OnKeyDown(const MessageRecord& record) {
+  const auto next = KeyDate(static_cast<unsigned>(record.wParam), date);
+  if (!next) return DefaultProc(record);
+  if (record.wParam == VK_SPACE || !SameDate(*next, date)) PickDate(*next);
+  return 0;
+}
+
+void MonthGrid::Describe(int item, AccessiblePart* part) {
+  constexpr int kMonthNames = 2009;  // strings, + the month
+  constexpr int kWeekdayNames = 2022;
+  const std::string month = resources::FindText(kMonthNames + date.month);
+  const std::string year = std::to_string(date.year);
+  if (item == kWholeWindow) {
+    part->role = AccessibleRole::kCalendar;
+    part->name = month + " " + year;
+    part->items = core::DaysInMonth(date.year, date.month);
+    part->currentItem = date.day - 1;
+    return;
+  }
+  const core::Date day{item + 1, date.month, date.year};
+  part->role = AccessibleRole::kDay;
+  part->name = resources::FindText(kWeekdayNames + core::Weekday(day));
+  part->name += ", " + month + " " + std::to_string(day.day) + ", " + year;
+  if (SameDate(day, core::Today())) part->description = "Today";
+  part->state = kAccessibleSelectable | (day.day == date.day ? kAccessibleSelected : 0);
+  part->pressable = true;
+  part->place = DayCell(Layout(), day.day);
+}
+
+int MonthGrid::ItemAt(POINT point) {
+  return DayAt(Layout(), point) - 1;
+}
+
+void MonthGrid::DoAction(AccessibleAction action, int value) {
+  if (value < 0 || value >= core::DaysInMonth(date.year, date.month)) return;
+  if (action == AccessibleAction::kSelect) SetFocus(hwnd);
+  PickDate({value + 1, date.month, date.year});
 }
 
 LRESULT MonthGrid::OnCommand(const MessageRecord& record) {

@@ -36,10 +36,18 @@ class MonthGrid : public ZarfWnd {
   LRESULT OnSetCursor(const MessageRecord& record) override;
   LRESULT OnMouseMove(const MessageRecord& record) override;
   LRESULT OnLButtonDown(const MessageRecord& record) override;
+  LRESULT OnCreate(const MessageRecord& record) override;
+  // Arrows pick the next day or week, Home and End the month's first and last day, Page Up and Page Down the
+  // same day of the month before and after; Space picks the selected day again.
+  LRESULT OnKeyDown(const MessageRecord& record) override;
   LRESULT OnCommand(const MessageRecord& record) override;
+  void Describe(int item, AccessiblePart* part) override;
+  int ItemAt(POINT point) override;
+  void DoAction(AccessibleAction action, int value) override;
 
  private:
   MonthGridLayout Layout() const;
+  void PickDate(const core::Date& picked);
   LRESULT TakeDrop(unsigned command, POINT screenPoint);
   void Report(unsigned code, const core::Date& reported);
 

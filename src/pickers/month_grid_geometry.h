@@ -1,9 +1,12 @@
-// Where the days of a month are in a grid of seven weekdays by six weeks, and what the mouse hits. The grid
-// fills a client area as far as whole cells go; pixels that are left over on the right and at the bottom
+// Where the days of a month are in a grid of seven weekdays by six weeks, and what mouse and keys pick. The
+// grid fills a client area as far as whole cells go; pixels that are left over on the right and at the bottom
 // belong to no day.
 #pragma once
 
+#include <optional>
+
 #include "core/date_time.h"
+#include "platform/desktop/messages.h"
 #include "platform/desktop/types.h"
 
 constexpr int kGridColumns = 7;
@@ -33,4 +36,42 @@ inline int DayAt(const MonthGridLayout& layout, POINT point) {
     if (Contains(DayCell(layout, day), point)) return day;
   }
   return 0;
+}
+
+// The date that a key moves to from a date of the calendar: the same one at its edges, nothing for a key that
+// means no date.
+inline std::optional<core::Date> KeyDate(unsigned key, core::Date date) {
+  const int day = core::DayIndex(date);
+  const auto step = [&](int days) { core::DateFromIndex(day + days, date); };
+  switch (key) {
+    case VK_LEFT:
+      step(-1);
+      break;
+    case VK_RIGHT:
+      step(1);
+      break;
+    case VK_UP:
+      step(-kGridColumns);
+      break;
+    case VK_DOWN:
+      step(kGridColumns);
+      break;
+    case VK_HOME:
+      date.day = 1;
+      break;
+    case VK_END:
+      date.day = core::DaysInMonth(date.year, date.month);
+      break;
+    case VK_PRIOR:
+      core::PreviousMonth(date);
+      break;
+    case VK_NEXT:
+      core::NextMonth(date);
+      break;
+    case VK_SPACE:
+      break;
+    default:
+      return std::nullopt;
+  }
+  return date;
 }

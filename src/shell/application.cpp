@@ -1,7 +1,6 @@
 #include "shell/application.h"
 
 #include <strings.h>
-#include <unistd.h>
 
 #include "core/ini_file.h"
 #include "framework/fonts.h"
@@ -31,13 +30,8 @@ platform::RunningCopies& Copies() {
 }
 
 void PassNoticesOn() {
-  platform::CopyNotice notice;
-  while (Copies().Receive(notice)) {
-    // A handle means nothing outside its own process.
-    const bool ours = notice.senderProcess == static_cast<std::int32_t>(getpid());
-    PostToAll(NotifyMessage(), static_cast<WPARAM>(notice.code),
-              ours ? static_cast<LPARAM>(notice.senderWindow) : 0);
-  }
+  std::int32_t code = 0;
+  while (Copies().Receive(code)) PostToAll(NotifyMessage(), static_cast<WPARAM>(code), 0);
 }
 
 // True unless the settings hold exactly "0".
@@ -94,11 +88,8 @@ bool OtherCopiesRun() {
 }
 
 void BroadcastNotify(int code, HWND senderWindow) {
-  if (Copies().Descriptor() >= 0) {
-    Copies().Broadcast(code, reinterpret_cast<std::uint64_t>(senderWindow));
-    return;
-  }
-  // Without a place among the copies this one still tells itself.
+  Copies().Broadcast(code);
+  // Not by the socket: the change must show here even where somebody tidied the runtime folder away.
   PostToAll(NotifyMessage(), static_cast<WPARAM>(code), reinterpret_cast<LPARAM>(senderWindow));
 }
 

@@ -32,7 +32,7 @@ constexpr int kNotifySettings = 100;  // sound, animation or the refresh time ch
 constexpr int kNotifySkin = 101;      // another skin was chosen
 
 // The message in which a notice arrives at every top-level window: wParam is the code, lParam the handle of
-// the window that sent it when that is one of this process, else 0.
+// the window that sent it when this process did, else 0: a handle means nothing outside its process.
 UINT NotifyMessage();
 // Whether another copy of the program runs, of this user on this machine.
 bool OtherCopiesRun();

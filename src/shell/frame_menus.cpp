@@ -5,6 +5,7 @@
 #include "platform/desktop/menu.h"
 #include "resources/strings.h"
 #include "shell/commands.h"
+#include "shell/web_pages.h"
 
 namespace {
 
@@ -15,29 +16,24 @@ struct MenuItem {
 };
 
 constexpr MenuItem kFileMenu[] = {
-    {ID_FILE_NEW, 200, false},
-    {ID_FILE_OPEN, 201, false},
+    {ID_FILE_NEW, 200, true},
+    {ID_FILE_OPEN, 201, true},
     {0, 0, false},
-    {ID_FILE_SAVE_AS, 202, false},
-    {ID_COMPACT, 203, false},
+    {ID_FILE_SAVE_AS, 202, true},
+    {ID_COMPACT, 203, true},
     {0, 0, false},
     {ID_IMPORT, 204, false},
     {ID_EXPORT, 205, false},
     {0, 0, false},
     {ID_PRINT, 206, false},
     {0, 0, false},
-    {ID_PASSWORDS, 207, false},
+    {ID_PASSWORDS, 207, true},
     {0, 0, false},
     {ID_OPTIONS, 208, true},
     {0, 0, false},
     {ID_SKINS, 209, true},
     {0, 0, false},
     {ID_EXIT, 210, true},
-};
-
-constexpr MenuItem kHelpMenu[] = {
-    {ID_HELP_CONTENTS, 211, true}, {0, 0, false}, {ID_COMPANY_WEB, 212, false},
-    {ID_PRODUCT_WEB, 213, false},  {0, 0, false}, {ID_ABOUT, 214, true},
 };
 
 void Track(std::span<const MenuItem> items, HWND frame, POINT screenPoint) {
@@ -56,5 +52,13 @@ void TrackFileMenu(HWND frame, POINT screenPoint) {
   Track(kFileMenu, frame, screenPoint);
 }
 void TrackHelpMenu(HWND frame, POINT screenPoint) {
-  Track(kHelpMenu, frame, screenPoint);
+  const MenuItem items[] = {
+      {ID_HELP_CONTENTS, 211, true},
+      {0, 0, false},
+      {ID_COMPANY_WEB, 212, *kCompanyPage != '\0'},
+      {ID_PRODUCT_WEB, 213, *kProductPage != '\0'},
+      {0, 0, false},
+      {ID_ABOUT, 214, true},
+  };
+  Track(items, frame, screenPoint);
 }

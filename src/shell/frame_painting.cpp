@@ -9,19 +9,12 @@
 
 namespace {
 
+// The pictures of a caption button where the skin has none.
 constexpr const char* kBuiltInButtons[3][kButtonStates] = {
-    {"minimize_button1", "minimize_button2", "minimize_button3"},
-    {"maximize_button1", "maximize_button2", "maximize_button3"},
-    {"close_button1", "close_button2", "close_button3"},
+    {"minimize_button1.bmp", "minimize_button2.bmp", "minimize_button3.bmp"},
+    {"maximize_button1.bmp", "maximize_button2.bmp", "maximize_button3.bmp"},
+    {"close_button1.bmp", "close_button2.bmp", "close_button3.bmp"},
 };
-
-// The picture of a caption button where the skin has none. Loaded once.
-const Bitmap* BuiltInButton(std::size_t button, std::size_t state) {
-  static std::unique_ptr<Bitmap> pictures[3][kButtonStates];
-  std::unique_ptr<Bitmap>& picture = pictures[button][state];
-  if (picture == nullptr) picture = Bitmap::Load(kBuiltInButtons[button][state]);
-  return picture.get();
-}
 
 void StretchIfThere(HDC hdc, const std::unique_ptr<Bitmap>& picture, const RECT& rect) {
   if (picture != nullptr) hdc->StretchBitmap(*picture, rect);
@@ -43,10 +36,12 @@ void PaintButton(HDC hdc, SIZE window, CaptionButton button, const SkinRecord& s
                          : button == CaptionButton::kMaximize ? skin.maximize
                                                               : skin.close;
   const auto shown = static_cast<std::size_t>(state);
-  const Bitmap* picture = pictures[shown].get();
-  if (picture == nullptr) picture = BuiltInButton(static_cast<std::size_t>(button), shown);
   const RECT square = CaptionButtonRect(window, button);
-  if (picture != nullptr) hdc->DrawBitmap(*picture, square.left, square.top);
+  if (const Bitmap* picture = pictures[shown].get()) {
+    hdc->DrawBitmap(*picture, square.left, square.top);
+  } else {
+    DrawBmpResource(hdc, square.left, square.top, kBuiltInButtons[static_cast<std::size_t>(button)][shown]);
+  }
 }
 
 }  // namespace

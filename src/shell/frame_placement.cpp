@@ -41,7 +41,8 @@ RECT MaximizedPlacement(const RECT& window, const RECT& desktop) {
   const SIZE size = large ? kSmallFrame : kLargeFrame;
   int x = window.left;
   int y = window.top;
-  if (!large && x + size.cx > desktop.right) x = desktop.right - size.cx;
-  if (!large && y + size.cy > desktop.bottom) y = desktop.bottom - size.cy;
+  // On a desktop smaller than the window the title stays in sight: without it there is no way back.
+  if (!large && x + size.cx > desktop.right) x = std::max(desktop.right - size.cx, desktop.left);
+  if (!large && y + size.cy > desktop.bottom) y = std::max(desktop.bottom - size.cy, desktop.top);
   return {x, y, x + size.cx, y + size.cy};
 }

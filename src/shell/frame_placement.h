@@ -13,5 +13,5 @@ std::optional<RECT> ReadPlacement(const core::IniFile& settings, const RECT& des
 void WritePlacement(const core::IniFile& settings, const RECT& window);
 
 // The rectangle a frame takes when its maximize button is pressed: the large size, moved so that it ends on
-// the desktop, or the small one if it has just the large one.
+// the desktop (or begins on it, where that is too small), or the small one if it has just the large one.
 RECT MaximizedPlacement(const RECT& window, const RECT& desktop);

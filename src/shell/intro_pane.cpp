@@ -53,6 +53,11 @@ void IntroPicture::OnPaint(HDC hdc, PAINTSTRUCT) {
   Paint(hdc, client);
 }
 
+void IntroPicture::Describe(int, AccessiblePart* part) {
+  part->role = AccessibleRole::kPicture;
+  part->name = TheApp().ModuleName();
+}
+
 ZarfIntroPane::ZarfIntroPane(const char* newName, const PaneColours& newColours, const Look& newLook)
     : ZarfPane(newName, newColours), look(newLook), picture(newLook.pictureId, newLook.pictureBackground) {}
 
@@ -127,4 +132,19 @@ LRESULT ZarfIntroPane::OnClose(const MessageRecord&) {
   StopTimer();
   if (IsWindow(picture.Handle())) picture.Destroy();
   return 0;
+}
+
+void ZarfIntroPane::Describe(int item, AccessiblePart* part) {
+  if (item == kWholeWindow) {
+    ZarfPane::Describe(item, part);
+    part->items = 1;
+    return;
+  }
+  part->role = AccessibleRole::kText;
+  part->name = TheApp().ModuleName();
+  part->place = largeTextRect;
+}
+
+int ZarfIntroPane::ItemAt(POINT point) {
+  return Contains(largeTextRect, point) ? 0 : -1;
 }

@@ -27,6 +27,7 @@ class IntroPicture : public ZarfWnd {
 
   LRESULT OnCreate(const MessageRecord& record) override;
   void OnPaint(HDC hdc, PAINTSTRUCT paint) override;
+  void Describe(int item, AccessiblePart* part) override;
 
  private:
   const int pictureId;
@@ -61,6 +62,9 @@ class ZarfIntroPane : public ZarfPane {
   LRESULT OnTimer(const MessageRecord& record) override;
   LRESULT OnClose(const MessageRecord& record) override;
   void OnPaint(HDC hdc, PAINTSTRUCT paint) override;
+  // The large name is its item.
+  void Describe(int item, AccessiblePart* part) override;
+  int ItemAt(POINT point) override;
   // Ends the changing of the picture for good.
   bool CanLeave() override;
   // Begins it, the first time.

@@ -9,6 +9,7 @@
 #include "framework/animations.h"
 #include "framework/notices.h"
 #include "framework/pane.h"
+#include "framework/shell_services.h"
 #include "platform/desktop/application.h"
 #include "platform/desktop/cursor.h"
 #include "platform/desktop/frame.h"
@@ -22,6 +23,7 @@
 #include "shell/skins.h"
 #include "shell/skins_dialog.h"
 #include "shell/skins_menu.h"
+#include "shell/web_pages.h"
 
 namespace {
 
@@ -97,7 +99,7 @@ int ZarfWndApp::PreCreate(char title[kTitleSize], DWORD* style, int placement[4]
   placement[3] = kSmallFrame.cy;
   // A second copy would hide the first one if it opened where that one was left.
   if (OtherCopiesRun()) return 0;
-  if (const auto saved = ReadPlacement(core::IniFile(), DesktopRect())) {
+  if (const auto saved = ReadPlacement(core::IniFile(), AllScreensRect())) {
     const int width = std::clamp(Width(*saved), kSmallFrame.cx, kLargeFrame.cx);
     const int height = std::clamp(Height(*saved), kSmallFrame.cy, kLargeFrame.cy);
     // A window that nobody can see could not be brought back, and would keep a second copy from starting.
@@ -116,6 +118,8 @@ LRESULT ZarfWndApp::OnCreate(const MessageRecord&) {
   AddToolBarButtons();
   paneBar = std::make_unique<ZarfPaneBar>();
   if (!toolBar->Create(this) || !paneBar->Create(this)) return -1;
+  SetWindowText(toolBar->Handle(), "Toolbar");
+  SetWindowText(paneBar->Handle(), "Panes");
   cursor = LoadCursor(IDC_ARROW);
   SetTimer(hwnd, kHoverTimer, kHoverMs);
   return 0;
@@ -302,7 +306,10 @@ void ZarfWndApp::TrackButton(CaptionButton button) {
   captured = false;
   if (!IsWindow(hwnd)) return;
   SetButtonState(button, 0);
-  if (!OverButton(button, GetCursorPos())) return;
+  if (OverButton(button, GetCursorPos())) PressButton(button);
+}
+
+void ZarfWndApp::PressButton(CaptionButton button) {
   if (button == CaptionButton::kMaximize) Post(WM_SYSCOMMAND, SC_MAXIMIZE, 0);
   if (button == CaptionButton::kMinimize) MinimizeWindow(hwnd);
   if (button == CaptionButton::kClose) Post(WM_CLOSE, 0, 0);
@@ -386,8 +393,39 @@ LRESULT ZarfWndApp::OnSysCommand(const MessageRecord& record) {
 void ZarfWndApp::ToggleMaximize() {
   RECT window;
   GetWindowRect(hwnd, &window);
-  const RECT next = MaximizedPlacement(window, DesktopRect());
+  const RECT next = MaximizedPlacement(window, DesktopRect(hwnd));
   MoveWindow(hwnd, next.left, next.top, Width(next), Height(next));
+}
+
+void ZarfWndApp::Describe(int item, AccessiblePart* part) {
+  constexpr const char* kNames[] = {"Minimize", "Maximize", "Close"};  // by CaptionButton
+  if (item == kWholeWindow) {
+    part->items = static_cast<int>(std::size(kNames));
+    return;
+  }
+  RECT window;
+  GetWindowRect(hwnd, &window);
+  const auto button = static_cast<CaptionButton>(item);
+  const RECT place = CaptionButtonRect(SizeOf(window), button);
+  part->role = AccessibleRole::kButton;
+  part->name = kNames[item];
+  part->state = ButtonState(button) == 2 ? kAccessiblePressed : 0;
+  part->pressable = true;
+  part->place = {place.left - kFrameInsets.left, place.top - kFrameInsets.top,
+                 place.right - kFrameInsets.left, place.bottom - kFrameInsets.top};
+}
+
+int ZarfWndApp::ItemAt(POINT point) {
+  const POINT screenPoint = ClientToScreen(hwnd, point);
+  for (const CaptionButton button : kHoverOrder) {
+    if (OverButton(button, screenPoint)) return static_cast<int>(button);
+  }
+  return -1;
+}
+
+void ZarfWndApp::DoAction(AccessibleAction action, int value) {
+  const bool button = value >= 0 && value <= static_cast<int>(CaptionButton::kClose);
+  if (action == AccessibleAction::kPress && button) PressButton(static_cast<CaptionButton>(value));
 }
 
 // ---- Commands ----
@@ -417,6 +455,12 @@ LRESULT ZarfWndApp::OnCommand(const MessageRecord& record) {
       return 0;
     case ID_HELP_CONTENTS:
       ShowHelp(0);
+      return 0;
+    case ID_PRODUCT_WEB:
+      ShellOpen(kProductPage);
+      return 0;
+    case ID_COMPANY_WEB:
+      ShellOpen(kCompanyPage);
       return 0;
     case ID_OPTIONS:
       ShowOptionsDialog(this);
@@ -477,6 +521,7 @@ bool ZarfWndApp::SwitchPane(int index, bool animate) {
   const RECT below = {client.left, client.top + 73, client.right, client.bottom};
   Invalidate(&below, 0);
   Update();
+  AnnounceChange(paneBar->Handle(), AccessibleChange::kCurrentItem);
   SetFocus(next->Handle());
   next->OnEnter();
   return true;

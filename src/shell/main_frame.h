@@ -59,6 +59,11 @@ class ZarfWndApp : public ZarfWnd {
   LRESULT OnNcActivate(const MessageRecord& record) override;
   LRESULT OnSetText(const MessageRecord& record) override;
 
+  // The caption buttons are its items.
+  void Describe(int item, AccessiblePart* part) override;
+  int ItemAt(POINT point) override;
+  void DoAction(AccessibleAction action, int value) override;
+
   virtual void ShowFileMenu();
   virtual void ShowHelpMenu();
   // Paints the frame in its own pixels.
@@ -79,6 +84,7 @@ class ZarfWndApp : public ZarfWnd {
   void ToggleMaximize();
   void SizeByGrip(POINT screenPoint);
   void TrackButton(CaptionButton button);
+  void PressButton(CaptionButton button);
   void SetButtonState(CaptionButton button, int state);
   int ButtonState(CaptionButton button) const { return captionStates[static_cast<std::size_t>(button)]; }
   bool OverButton(CaptionButton button, POINT screenPoint) const;

@@ -51,6 +51,9 @@ std::string TrayProgram() {
 LRESULT OptionsDialog::OnInitDialog(const MessageRecord&) {
   const core::IniFile settings = Settings();
   for (const auto& [box, key] : kSwitches) CheckDlgButton(hwnd, box, IsShownOn(settings, key));
+  const bool trayRuns = platform::ProgramRuns(TrayProgram());
+  CheckDlgButton(hwnd, kTrayBox, trayRuns);
+  EnableWindow(GetDlgItem(hwnd, kTrayBox), !trayRuns);
   for (int seconds = 1; seconds <= kMostSeconds; ++seconds) {
     char text[16];
     std::snprintf(text, sizeof text, "%d sec.", seconds);
@@ -67,7 +70,8 @@ LRESULT OptionsDialog::OnInitDialog(const MessageRecord&) {
 LRESULT OptionsDialog::OnCommand(const MessageRecord& record) {
   if (LowWord(record.wParam) != IDOK) return ZarfDialog::OnCommand(record);
   Save();
-  if (IsDlgButtonChecked(hwnd, kTrayBox)) platform::StartProgram(TrayProgram());
+  const bool trayWanted = IsDlgButtonChecked(hwnd, kTrayBox) && IsWindowEnabled(GetDlgItem(hwnd, kTrayBox));
+  if (trayWanted && !platform::ProgramRuns(TrayProgram())) platform::StartProgram(TrayProgram());
   EndDialog(1);
   return 1;
 }

@@ -66,19 +66,46 @@ void ZarfPaneBar::OnPaint(HDC hdc, PAINTSTRUCT) {
 }
 
 LRESULT ZarfPaneBar::OnLButtonDown(const MessageRecord& record) {
-  RECT client;
-  GetClientRect(&client);
-  const int index = SectionAt(Height(client), PaneCount(), PointFromLParam(record.lParam));
-  if (index == -1 || index == CurrentPaneIndex() || clicked != -1) return 0;
+  TurnTo(ItemAt(PointFromLParam(record.lParam)));
+  return 0;
+}
+
+void ZarfPaneBar::TurnTo(int index) {
+  if (index == -1 || index == CurrentPaneIndex() || clicked != -1) return;
   // Turning to a pane takes its time; the button answers at once.
   clicked = index;
   RedrawNow();
   const HWND self = hwnd;
   SendMessage(Parent(), WM_COMMAND, ID_PANE, index);
-  if (!IsWindow(self)) return 0;
+  if (!IsWindow(self)) return;
   clicked = -1;
   if (CurrentPaneIndex() != index) Invalidate(nullptr, 0);  // the frame stays where it is
-  return 0;
+}
+
+void ZarfPaneBar::Describe(int item, AccessiblePart* part) {
+  if (item == kWholeWindow) {
+    part->role = AccessibleRole::kTabList;
+    part->items = PaneCount();
+    part->currentItem = PaneCount() > 0 ? CurrentPaneIndex() : -1;
+    return;
+  }
+  RECT client;
+  GetClientRect(&client);
+  part->role = AccessibleRole::kTab;
+  part->name = PaneList()[static_cast<std::size_t>(item)]->Name();
+  part->state = kAccessibleSelectable | (item == CurrentPaneIndex() ? kAccessibleSelected : 0);
+  part->pressable = true;
+  part->place = SectionRect(Height(client), item);
+}
+
+int ZarfPaneBar::ItemAt(POINT point) {
+  RECT client;
+  GetClientRect(&client);
+  return SectionAt(Height(client), PaneCount(), point);
+}
+
+void ZarfPaneBar::DoAction(AccessibleAction, int value) {
+  if (value >= 0 && value < PaneCount()) TurnTo(value);
 }
 
 LRESULT ZarfPaneBar::OnRButtonDown(const MessageRecord& record) {

@@ -22,8 +22,12 @@ class ZarfPaneBar : public ZarfWnd {
   LRESULT OnLButtonDown(const MessageRecord& record) override;
   // Hands the press to the frame, which has a menu for it.
   LRESULT OnRButtonDown(const MessageRecord& record) override;
+  void Describe(int item, AccessiblePart* part) override;
+  int ItemAt(POINT point) override;
+  void DoAction(AccessibleAction action, int value) override;
 
  private:
+  void TurnTo(int index);
   void PaintSection(HDC hdc, const RECT& rect, const char* caption, bool pressed) const;
 
   // All from the creation of the window on.

@@ -1,24 +1,14 @@
-// Where the section buttons of the pane bar are, in client pixels: one size, a little apart, in the middle of
-// the height.
+// Where the section buttons of the pane bar are: a little apart.
 #pragma once
 
-#include "platform/desktop/types.h"
+#include "controls/bar_geometry.h"
 
-constexpr int kSectionWidth = 72;
-constexpr int kSectionHeight = 16;
-constexpr int kSectionStep = 75;
-constexpr int kFirstSectionLeft = 4;
+constexpr BarLayout kPaneBarLayout = {.firstLeft = 4, .step = 75, .button = {72, 16}};
 
 constexpr RECT SectionRect(int clientHeight, int index) {
-  const int left = kFirstSectionLeft + kSectionStep * index;
-  const int top = clientHeight / 2 - kSectionHeight / 2;
-  return {left, top, left + kSectionWidth, top + kSectionHeight};
+  return BarButtonRect(kPaneBarLayout, clientHeight, index);
 }
-
 // The section at a point, of `count`; -1 for none.
 constexpr int SectionAt(int clientHeight, int count, POINT point) {
-  for (int index = 0; index < count; ++index) {
-    if (Contains(SectionRect(clientHeight, index), point)) return index;
-  }
-  return -1;
+  return BarButtonAt(kPaneBarLayout, clientHeight, count, point);
 }

@@ -5,9 +5,8 @@
 #include <cstring>
 
 #include "calendar/appointment_editor.h"
-#include "platform/desktop/message_box.h"
+#include "desktop/picker_steps.h"
 #include "resources/resources.h"
-#include "support/desktop_driver.h"
 #include "support/temporary_calendar.h"
 
 namespace tests {
@@ -22,6 +21,8 @@ constexpr int kCategoryBox = 104;
 constexpr int kConfidentialBox = 105;
 constexpr int kNotesEdit = 107;
 constexpr int kAllDayBox = 111;
+constexpr int kRepeatButton = 112;
+constexpr int kRepeatEndButton = 208;  // in the dialog "Repeat"
 
 std::string TextOf(HWND dialog, int id) {
   char text[2048];
@@ -73,8 +74,7 @@ TEST_F(EditorTest, OkUntouchedChangesNothingButTheAlarmThatIsOff) {
         EXPECT_EQ(TextOf(dialog, kTimeButton), "13:30 / 13:30");
         EXPECT_EQ(TextOf(dialog, kCategoryBox), std::string(30, 'C'));
         EXPECT_TRUE(IsDlgButtonChecked(dialog, kAllDayBox) && IsDlgButtonChecked(dialog, kConfidentialBox));
-        for (const int absent : {kTimeButton, 106, 110, 112, 113})
-          EXPECT_FALSE(Enabled(dialog, absent)) << absent;
+        for (const int absent : {kTimeButton, 106, 110, 113}) EXPECT_FALSE(Enabled(dialog, absent)) << absent;
         PressOk(dialog);
       }),
       1);
@@ -130,38 +130,44 @@ TEST_F(EditorTest, OnlyTheOwnerHasAWordOnConfidential) {
   EXPECT_EQ(record.header.confidential, 0);
 }
 
+TEST_F(EditorTest, TheRepeatButtonSetsTheRule) {
+  Edit([&](HWND dialog) {
+    driver.WhenDialogOpens([&](HWND repeat) {
+      driver.ClickControl(repeat, 103);  // monthly
+      PressOk(repeat);
+    });
+    driver.ClickControl(dialog, kRepeatButton);
+    PressOk(dialog);
+  });
+  EXPECT_EQ(record.repeat.repeatType, core::kRepeatMonthly);
+  EXPECT_EQ(+record.repeat.repeatParam, 14U);
+}
+
 TEST_F(EditorTest, TheDateButtonOpensThePicker) {
   record.repeat = Entry().Every(1, core::kRepeatDaily).Until(17, 3, 2004).appointment.repeat;
-  // The picker's calendar is one month on after a click on its arrow.
-  const auto nextMonth = [&](HWND picker) {
-    RECT client;
-    GetClientRect(picker, &client);
-    HWND arrow = nullptr;
-    for (int y = Height(client) - 1; y > 0 && arrow == nullptr; --y) {
-      for (int x = Width(client) - 1; x > 0 && arrow == nullptr; --x) {
-        const HWND at = WindowFromPoint(ClientToScreen(picker, {x, y}));
-        if (GetClassName(at) == "ZarfSpinButton") arrow = at;
-      }
-    }
-    driver.Click(arrow, {5, 5});
-    driver.ClickControl(picker, IDOK);
-  };
+  const auto nextMonth = [&](HWND picker) { PickMonth(driver, picker, 1); };
+  // A day after the end of the repeats is refused; the dialog in which the end can be moved opens by itself.
   Edit([&](HWND dialog) {
     driver.WhenDialogOpens(nextMonth);
     driver.AnswerMessageBox("end date must occur after the start date.", IDOK);
+    bool moved = false;
+    driver.WhenDialogOpens([&](HWND repeat) {
+      EXPECT_EQ(TextOf(repeat, kRepeatEndButton), "17/3/2004");
+      driver.WhenDialogOpens(nextMonth);
+      driver.ClickControl(repeat, kRepeatEndButton);
+      PressOk(repeat);
+      moved = true;
+    });
     driver.ClickControl(dialog, kDateButton);
+    driver.WaitUntil([&] { return moved; });
     EXPECT_EQ(TextOf(dialog, kDateButton), "14/3/2004");
-    PressOk(dialog);
-  });
-  EXPECT_EQ(core::DayIndex(record.date), core::DayIndex(2004, 3, 14));
-  record.repeat = {};
-  Edit([&](HWND dialog) {
     driver.WhenDialogOpens(nextMonth);
     driver.ClickControl(dialog, kDateButton);
     EXPECT_EQ(TextOf(dialog, kDateButton), "14/4/2004");
     PressOk(dialog);
   });
   EXPECT_EQ(core::DayIndex(record.date), core::DayIndex(2004, 4, 14));
+  EXPECT_EQ(core::DayIndex(record.repeat.repeatEnd), core::DayIndex(2004, 4, 17));
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 #include "shell/commands.h"
 #include "shell/frame_metrics.h"
 #include "shell/frame_placement.h"
+#include "shell/web_pages.h"
 #include "support/calendar_program.h"
 #include "support/temporary_calendar.h"
 #include "support/temporary_folder.h"
@@ -33,6 +34,7 @@ TEST(FramePlacement, MaximizeTogglesBetweenTwoSizesOnTheDesktop) {
   EXPECT_EQ(MaximizedPlacement({10, 20, 570, 600}, kDesktop), (RECT{10, 20, 430, 450}));
   EXPECT_EQ(MaximizedPlacement({10, 20, 510, 520}, kDesktop), (RECT{10, 20, 570, 600}));
   EXPECT_EQ(MaximizedPlacement({600, 500, 1020, 930}, kDesktop), (RECT{240, 120, 800, 700}));
+  EXPECT_EQ(MaximizedPlacement({50, 40, 470, 470}, {0, 0, 500, 480}), (RECT{0, 0, 560, 580}));
 }
 
 TEST(FramePlacement, IsReadOnlyWhenWholeAndOnTheDesktop) {
@@ -68,8 +70,8 @@ class MainFrame : public testing::Test {
     program.driver.PressAndRelease(program.Frame(), Middle(button), Middle(button));
   }
 
+  CalendarProgram program;  // first: making a calendar already asks for the program folder
   tests::TemporaryCalendar calendar;
-  CalendarProgram program;
 };
 
 TEST_F(MainFrame, HoldsBarsAndPaneAndKeepsThemPlaced) {
@@ -128,29 +130,27 @@ TEST_F(MainFrame, MenusOpenUnderTheirButtonsAndByKey) {
     program.driver.ChooseMenuItem("");
     program.driver.Press(program.Frame(), 'F', 0, true);
     program.driver.Wait(50);
-    const std::vector<std::string> file = {"(New...)",
-                                           "(Open...)",
-                                           "-",
-                                           "(Save As...)",
-                                           "(Compact...)",
-                                           "-",
-                                           "(Import...)",
-                                           "(Export...)",
-                                           "-",
-                                           "(Print Report..)",
-                                           "-",
-                                           "(Network Passwords...)",
-                                           "-",
-                                           "General Options...",
-                                           "-",
-                                           "Skins...",
-                                           "-",
-                                           "Exit"};
+    const std::vector<std::string> file = {"New...",      "Open...",
+                                           "-",           "Save As...",
+                                           "Compact...",  "-",
+                                           "(Import...)", "(Export...)",
+                                           "-",           "(Print Report..)",
+                                           "-",           "Network Passwords...",
+                                           "-",           "General Options...",
+                                           "-",           "Skins...",
+                                           "-",           "Exit"};
     EXPECT_EQ(program.driver.LastMenu(), file);
     program.driver.ChooseMenuItem("About...");
     program.driver.AnswerMessageBox("Daybrix Tempoline", 1);
     program.driver.Press(program.Frame(), 'H', 0, true);
     program.driver.Wait(100);
+    const std::vector<std::string> help = {"Contents...",
+                                           "-",
+                                           *kCompanyPage != '\0' ? "Company Web" : "(Company Web)",
+                                           *kProductPage != '\0' ? "Daybrix Web" : "(Daybrix Web)",
+                                           "-",
+                                           "About..."};
+    EXPECT_EQ(program.driver.LastMenu(), help);
     const HWND frame = program.Frame();
     program.driver.ChooseMenuItem("Exit");
     program.driver.Press(frame, 'F', 0, true);

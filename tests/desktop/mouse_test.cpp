@@ -115,11 +115,4 @@ TEST_F(Mouse, ADragAsksAndTellsTheWindowUnderTheCursor) {
   EXPECT_EQ(left.Count(WM_COMMAND), 0);
 }
 
-TEST_F(Mouse, CursorsAreSharedByName) {
-  EXPECT_EQ(LoadCursor("CUR_HAND1"), LoadCursor("CUR_HAND1"));
-  EXPECT_NE(LoadCursor("CUR_HAND1"), LoadCursor("CUR_DRAG_STOP"));
-  SetCursor(LoadCursor("CUR_HAND1"));
-  EXPECT_EQ(SetCursor(LoadCursor(IDC_ARROW)), LoadCursor("CUR_HAND1"));
-}
-
 }  // namespace

@@ -1,10 +1,15 @@
 // General Options, and the splash screen that they switch.
+#include <sys/wait.h>
+#include <unistd.h>
+
 #include <chrono>
+#include <csignal>
 
 #include "desktop/shell_fixture.h"
 #include "framework/services.h"
 #include "platform/desktop/dialog.h"
 #include "platform/system/program_folder.h"
+#include "platform/system/program_start.h"
 #include "shell/options_dialog.h"
 #include "shell/splash.h"
 
@@ -115,6 +120,19 @@ TEST_F(Options, TheTrayProgramIsStartedWhenAskedForAndThere) {
   start(false);
   start(true);
   driver.WaitUntil([&] { return Folder().Read("started") == "started\n"; });
+  // One that runs already is neither offered nor started again.
+  std::filesystem::copy_file("/bin/sleep", program, std::filesystem::copy_options::overwrite_existing);
+  const pid_t tray = fork();
+  if (tray == 0) _exit(execl(program.c_str(), program.c_str(), "60", nullptr));
+  driver.WaitUntil([&] { return platform::ProgramRuns(program); });
+  Open([&](HWND dialog) {
+    EXPECT_FALSE(IsWindowEnabled(GetDlgItem(dialog, kTrayBox)));
+    EXPECT_TRUE(IsDlgButtonChecked(dialog, kTrayBox));
+    driver.ClickControl(dialog, IDOK);
+  });
+  kill(tray, SIGKILL);
+  waitpid(tray, nullptr, 0);
+  EXPECT_FALSE(platform::ProgramRuns(program));
   std::filesystem::remove(program);
 }
 
@@ -150,7 +168,6 @@ class ShortApplication : public ZarfWndApp {
   }
 };
 
-// Last in the program: it opens this copy's place among the others, and notices take that way from then on.
 TEST(Start, TheSplashComesBeforeTheFrameUnlessItIsOff) {
   const TemporaryFolder folder;
   setenv("DAYBRIX_FOLDER", folder.Path().c_str(), 1);

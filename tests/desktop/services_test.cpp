@@ -55,6 +55,28 @@ class Services : public testing::Test {
   DesktopDriver driver;
 };
 
+// What opens over a window stays on that window's screen.
+TEST(Screens, ADialogIsPlacedOnItsOwnersScreen) {
+  const TemporaryFolder folder;
+  const std::string screen = R"("y": 0, "width": 800, "height": 700, "logicalDpi": 96, "dpr": 1})";
+  const std::string screens =
+      folder.Write("screens.json", R"({"screens": [{"name": "left", "x": 0, )" + screen +
+                                       R"(, {"name": "right", "x": 800, )" + screen + "]}");
+  setenv("QT_QPA_PLATFORM", ("offscreen:configfile=" + screens).c_str(), 1);
+  const DesktopDriver driver;
+  if (AllScreensRect() != RECT{0, 0, 1600, 700}) GTEST_SKIP() << "started with one screen by another test";
+  const HostWindow owner({1500, 650, 1580, 690});
+  const HostWindow dialog({0, 0, 300, 200});
+  CenterOver(owner.Handle(), dialog.Handle());
+  RECT place;
+  GetWindowRect(dialog.Handle(), &place);
+  EXPECT_EQ((POINT{place.left, place.top}), (POINT{1300, 500}));
+  EXPECT_EQ(DesktopRect(owner.Handle()), (RECT{800, 0, 1600, 700}));
+  CenterOver(nullptr, dialog.Handle());
+  GetWindowRect(dialog.Handle(), &place);
+  EXPECT_EQ((POINT{place.left, place.top}), (POINT{250, 250})) << "the middle of the first screen";
+}
+
 TEST_F(Services, SoundsAreSilentWhileSoundIsOffAndOpenNothing) {
   Folder().Write("add.wav", "RIFF");
   SetSoundEnabled(0);

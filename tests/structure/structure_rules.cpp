@@ -161,7 +161,7 @@ Findings StrayQt(const SourceFile& file) {
   const bool inside = IsIn(file, "src/platform/desktop/.*\\.h$");
   if (!IsCpp(file) || IsIn(file,
                            "src/platform/desktop/(qt/|.*\\.cpp$)|benchmarks/empty_window.cpp$|"
-                           "tests/(support/desktop_driver.cpp$|desktop/qt)")) {
+                           "tests/(support/(desktop_driver|screen_reader).cpp$|desktop/qt)")) {
     return {};
   }
   return CheckLines(file, [&](const std::string& line, const std::string& code) -> std::string {

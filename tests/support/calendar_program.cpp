@@ -1,5 +1,7 @@
 #include "support/calendar_program.h"
 
+#include <gtest/gtest.h>
+
 #include <cstdlib>
 
 #include "calendar/day_row.h"
@@ -19,6 +21,9 @@ const TemporaryFolder& ProgramFolder() {
   static const TemporaryFolder folder;
   return folder;
 }
+
+// Before anything asks for it, be it to make a calendar: the program looks for its folder once.
+const bool folderIsNamed = setenv("DAYBRIX_FOLDER", ProgramFolder().Path().c_str(), 1) == 0;
 
 // Tells when the start-up calendar was opened or refused.
 class ScriptedPane : public CalendarPane {
@@ -62,7 +67,7 @@ std::string CalendarProgramFolder() {
 
 CalendarProgram::CalendarProgram() {
   setenv("DAYBRIX_CLOCK", "2004-03-14T10:43:12", 1);
-  setenv("DAYBRIX_FOLDER", CalendarProgramFolder().c_str(), 1);
+  EXPECT_TRUE(folderIsNamed);
   // A copy that the developer has open is none of the test's.
   setenv("XDG_RUNTIME_DIR", CalendarProgramFolder().c_str(), 1);
   // Nobody waits for the splash screen.

@@ -13,6 +13,7 @@
 #include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QPointer>
+#include <QProgressBar>
 #include <QPushButton>
 #include <QTest>
 #include <QTimer>
@@ -42,7 +43,7 @@ auto* const stopAtEnd = static_cast<StopAtEnd*>(testing::AddGlobalTestEnvironmen
 void StartOnce() {
   if (stopAtEnd->started) return;
   stopAtEnd->started = true;
-  qputenv("QT_QPA_PLATFORM", "offscreen");
+  if (!qgetenv("QT_QPA_PLATFORM").startsWith("offscreen")) qputenv("QT_QPA_PLATFORM", "offscreen");
   static int argc = 1;
   static char name[] = "test";
   static char* argv[] = {name, nullptr};
@@ -85,6 +86,14 @@ Qt::Key KeyFor(unsigned key) {
       return Qt::Key_Return;
     case VK_ESCAPE:
       return Qt::Key_Escape;
+    case VK_SPACE:
+      return Qt::Key_Space;
+    case VK_PRIOR:
+      return Qt::Key_PageUp;
+    case VK_NEXT:
+      return Qt::Key_PageDown;
+    case VK_APPS:
+      return Qt::Key_Menu;
     case VK_END:
       return Qt::Key_End;
     case VK_HOME:
@@ -161,6 +170,7 @@ void DesktopDriver::Poll() {
   QWidget* open = QApplication::activePopupWidget();
   if (open == nullptr) open = QApplication::activeModalWidget();
   if (open == nullptr || !open->isVisible()) return;
+  if (open->findChild<QProgressBar*>() != nullptr) return;  // nothing to answer: it goes by itself
   if (watch->handled.contains(open)) {
     if (watch->current != open) {
       watch->current = open;
@@ -422,8 +432,4 @@ COLORREF DesktopDriver::PixelAt(HWND window, POINT point) {
   if (widget == nullptr) return kNoColour;
   const QColor colour = widget->grab().toImage().pixelColor(point.x, point.y);
   return RGB(colour.red(), colour.green(), colour.blue());
-}
-
-void DesktopDriver::SavePicture(HWND window, const std::string& path) {
-  if (QWidget* widget = WidgetFor(window)) widget->window()->grab().save(QString::fromStdString(path));
 }

@@ -66,9 +66,8 @@ class DesktopDriver {
   int Paints() const;
   // The tip that is shown (code page 1252); empty when there is none.
   std::string ShownTip();
-  // What the window shows at a client point, and the window as a picture file.
+  // What the window shows at a client point.
   COLORREF PixelAt(HWND window, POINT point);
-  void SavePicture(HWND window, const std::string& path);
 
  private:
   struct Answer;

@@ -115,6 +115,14 @@ T Value(T field) {
   return field;
 }
 
+// A list of every record of a file, in the file's order.
+inline core::RecordQuery AllRecords(const core::RecordFile& file) {
+  core::RecordQuery query;
+  query.AddMatchAll();
+  query.Run(file);
+  return query;
+}
+
 // The subjects of a list, in its order.
 inline std::vector<std::string> Subjects(const core::RecordFile& file, const core::RecordQuery& query) {
   std::vector<std::string> subjects;

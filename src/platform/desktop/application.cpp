@@ -4,6 +4,7 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <QAccessible>
 #include <QApplication>
 #include <QDialog>
 #include <QKeyEvent>
@@ -18,6 +19,7 @@
 #include <vector>
 
 #include "platform/desktop/font.h"
+#include "platform/desktop/qt/accessible_window.h"
 #include "platform/desktop/qt/font_handle.h"
 #include "platform/desktop/qt/keyboard.h"
 #include "platform/desktop/qt/window_table.h"
@@ -121,6 +123,7 @@ bool StartDesktop(int& argc, char** argv) {
   desktop.application = std::make_unique<QApplication>(argc, argv);
   fontReader.join();
   QApplication::setQuitOnLastWindowClosed(false);
+  QAccessible::installFactory(MakeAccessible);
   // Dialogs and menus are laid out for this font.
   const HFONT dialogFont = CreateFont({"MS Sans Serif", -11, 400, false});
   QApplication::setFont(dialogFont->Resolve().font);
@@ -155,6 +158,10 @@ void PostQuitMessage(int exitCode) {
   desktop.exitCode = exitCode;
   desktop.quitPosted = true;
   if (desktop.running) QCoreApplication::exit(exitCode);
+}
+
+void RunWaitingMessages() {
+  QCoreApplication::processEvents();
 }
 
 void WatchDescriptor(int descriptor, std::function<void()> ready) {

@@ -20,6 +20,11 @@ using MessageFilter = std::function<bool(const MessageRecord&)>;
 int RunMessageLoop(HWND mainWindow, const MessageFilter& filter);
 void PostQuitMessage(int exitCode);
 
+// Handles what waits in the event loop and returns: long work calls it now and then, so that windows are
+// painted and the desktop does not take the program for dead. Anything may happen in it that may happen in
+// the loop.
+void RunWaitingMessages();
+
 // Calls `ready` from the loop whenever the descriptor can be read. The descriptor stays the caller's and must
 // stay open until StopDesktop.
 void WatchDescriptor(int descriptor, std::function<void()> ready);

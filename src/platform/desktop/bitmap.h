@@ -13,7 +13,7 @@ class Bitmap {
   // A built-in picture; null when there is none of that name (a mistake in the program).
   static std::unique_ptr<Bitmap> Load(const char* name);
   // A bitmap file, which may come from anywhere. Null when it cannot be read, has more than 16 MiB or more
-  // than 4096 pixels a side, is cut, contradicts itself, is compressed, or is no bitmap.
+  // than 2048 pixels a side, is cut, contradicts itself, is compressed, or is no bitmap.
   static std::unique_ptr<Bitmap> LoadFile(const std::string& path);
   // The same of a bitmap file's bytes. Bit fields must lie apart, and transparency counts for nothing.
   static std::unique_ptr<Bitmap> FromBmp(std::string_view bytes);

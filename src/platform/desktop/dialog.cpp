@@ -3,6 +3,7 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QEventLoop>
+#include <QFile>
 #include <QLayout>
 #include <algorithm>
 #include <cstring>
@@ -117,6 +118,11 @@ void SetDialogFrameless(HWND dialog) {
   entry->widget->setWindowFlags(Qt::Dialog | Qt::FramelessWindowHint);
 }
 
+void BlockOtherWindows(HWND dialog) {
+  const WindowEntry* entry = FindWindowEntry(dialog);
+  if (entry != nullptr) entry->widget->setWindowModality(Qt::ApplicationModal);
+}
+
 HWND GetDlgItem(HWND dialog, int id) {
   const WindowEntry* entry = FindWindowEntry(dialog);
   if (entry == nullptr) return nullptr;
@@ -144,6 +150,20 @@ int GetDlgItemText(HWND dialog, int id, char* buffer, int size) {
   std::memcpy(buffer, text.data(), length);
   buffer[length] = '\0';
   return static_cast<int>(length);
+}
+
+void SetDlgItemPath(HWND dialog, int id, const std::string& path) {
+  if (QWidget* control = ControlOf(dialog, id)) SetControlPath(*control, path);
+}
+
+std::string GetDlgItemPath(HWND dialog, int id) {
+  const QWidget* control = ControlOf(dialog, id);
+  return control != nullptr ? ControlPath(*control) : std::string();
+}
+
+void SetDialogTitle(HWND dialog, const std::string& title) {
+  const WindowEntry* entry = FindWindowEntry(dialog);
+  if (entry != nullptr) entry->widget->setWindowTitle(QFile::decodeName(title.c_str()));
 }
 
 void CheckDlgButton(HWND dialog, int id, bool checked) {

@@ -5,8 +5,11 @@
 // WM_COMMAND IDCANCEL.
 //
 // Controls are told by number (SendDlgItemMessage) and report by WM_COMMAND: low word their number, high word
-// what happened. All texts are in code page 1252; a character that it lacks cannot be typed or pasted.
+// what happened. Texts are in code page 1252; a character that it lacks cannot be typed or pasted. Only what
+// names a file may hold any character (SetDlgItemPath and the like).
 #pragma once
+
+#include <string>
 
 #include "platform/desktop/types.h"
 
@@ -23,13 +26,24 @@ bool EndDialog(HWND dialog, int result);
 // Takes the title bar and the border from a dialog. Only while WM_INITDIALOG is handled.
 void SetDialogFrameless(HWND dialog);
 
-// The control with a number; null when there is none.
+// Keeps every other window of the program from input for as long as the dialog is open. Only while
+// WM_INITDIALOG is handled; what DialogBox runs needs it not.
+void BlockOtherWindows(HWND dialog);
+
+// The control with a number; null when there is none. One that is hidden (ShowWindow) keeps its place free.
 HWND GetDlgItem(HWND dialog, int id);
 bool SetDlgItemText(HWND dialog, int id, const char* text);
 // Copies a control's text, cut to size - 1 bytes and always terminated; answers the bytes copied. Line ends
 // in an edit are carriage return and line feed. A text that the user has not touched comes back byte for byte
 // as it was set.
 int GetDlgItemText(HWND dialog, int id, char* buffer, int size);
+// The same for what names a file, in the file system's encoding. An edit takes any character where its
+// template gives it the dynamic property `anyCharacter`. A label shows what its width has room for, cut in
+// the middle.
+void SetDlgItemPath(HWND dialog, int id, const std::string& path);
+std::string GetDlgItemPath(HWND dialog, int id);
+// The title of the dialog, in the same encoding.
+void SetDialogTitle(HWND dialog, const std::string& title);
 void CheckDlgButton(HWND dialog, int id, bool checked);
 bool IsDlgButtonChecked(HWND dialog, int id);
 LRESULT SendDlgItemMessage(HWND dialog, int id, UINT message, WPARAM wParam, LPARAM lParam);
@@ -39,6 +53,8 @@ LRESULT SendDlgItemMessage(HWND dialog, int id, UINT message, WPARAM wParam, LPA
 constexpr LRESULT kControlError = -1;
 constexpr UINT EM_LIMITTEXT = 0x00C5;      // wParam: most bytes the user can type; a text set stays whole
 constexpr UINT WM_GETTEXTLENGTH = 0x000E;  // answers bytes
+constexpr UINT PBM_SETPOS = 0x0402;        // wParam: how far a progress bar is
+constexpr UINT PBM_SETRANGE32 = 0x0406;    // wParam: where it begins, lParam: where it ends
 constexpr UINT CB_ADDSTRING = 0x0143;      // lParam: text; answers its index
 constexpr UINT CB_RESETCONTENT = 0x014B;   // empties list and edit field
 constexpr UINT CB_GETCOUNT = 0x0146;
@@ -46,6 +62,7 @@ constexpr UINT CB_GETCURSEL = 0x0147;
 constexpr UINT CB_SETCURSEL = 0x014E;        // wParam: index, -1 for none
 constexpr UINT CB_FINDSTRINGEXACT = 0x0158;  // lParam: text; letter case counts
 constexpr UINT LB_ADDSTRING = 0x0180;        // lParam: text; answers its index
+constexpr UINT LB_DELETESTRING = 0x0182;     // wParam: index; answers how many are left, none is selected
 constexpr UINT LB_RESETCONTENT = 0x0184;
 constexpr UINT LB_SETCURSEL = 0x0186;  // wParam: index, -1 for none
 constexpr UINT LB_GETCURSEL = 0x0188;

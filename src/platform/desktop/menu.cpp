@@ -12,6 +12,19 @@ struct MenuHandle {
 
 namespace {
 
+// Of a user's own text; a menu as wide as the screen would cover what it belongs to.
+constexpr int kWidestLiteral = 300;
+
+// The text as it stands, cut where it is too wide. Control characters have no look of their own.
+QString LiteralLabel(const QMenu& menu, QString text) {
+  for (QChar& character : text) {
+    if (character.category() == QChar::Other_Control) character = u' ';
+  }
+  return menu.fontMetrics()
+      .elidedText(text, Qt::ElideRight, kWidestLiteral)
+      .replace(u'&', QStringLiteral("&&"));
+}
+
 QAction* FindAction(const QMenu& menu, unsigned command) {
   for (QAction* action : menu.actions()) {
     if (!action->isSeparator() && action->data().toUInt() == command) return action;
@@ -33,9 +46,8 @@ void AppendMenu(HMENU menu, UINT flags, unsigned command, const char* text) {
     menu->menu.addSeparator();
     return;
   }
-  QString label = TextFromCodePage(text);
-  if (flags & MF_LITERAL) label.replace(u'&', QStringLiteral("&&")).replace(u'\t', u' ');
-  QAction* action = menu->menu.addAction(label);
+  const QString label = TextFromCodePage(text);
+  QAction* action = menu->menu.addAction(flags & MF_LITERAL ? LiteralLabel(menu->menu, label) : label);
   action->setData(command);
   action->setEnabled(!(flags & MF_GRAYED));
   action->setCheckable(flags & MF_CHECKED);

@@ -8,7 +8,8 @@ constexpr UINT MF_STRING = 0x0000;
 constexpr UINT MF_GRAYED = 0x0001;
 constexpr UINT MF_CHECKED = 0x0008;
 constexpr UINT MF_SEPARATOR = 0x0800;
-constexpr UINT MF_LITERAL = 0x10000;  // the text is the user's own: an & in it is an &
+// The text is the user's own: an & in it is an &, and what is very long is cut.
+constexpr UINT MF_LITERAL = 0x10000;
 
 // An empty menu, owned by the caller until DestroyMenu.
 HMENU CreatePopupMenu();

@@ -88,7 +88,8 @@ constexpr unsigned VK_RIGHT = 0x27;
 constexpr unsigned VK_DOWN = 0x28;
 constexpr unsigned VK_INSERT = 0x2D;
 constexpr unsigned VK_DELETE = 0x2E;
-constexpr unsigned VK_F1 = 0x70;  // VK_F1 + n is F(n + 1), up to F12
+constexpr unsigned VK_APPS = 0x5D;  // the menu key, or Shift+F10
+constexpr unsigned VK_F1 = 0x70;    // VK_F1 + n is F(n + 1), up to F12
 
 constexpr int HTNOWHERE = 0;
 constexpr int HTCLIENT = 1;

@@ -9,6 +9,7 @@
 #include "platform/desktop/cursor.h"
 #include "platform/desktop/device_context.h"
 #include "platform/desktop/frame.h"
+#include "platform/desktop/qt/dialog_owner.h"
 #include "platform/desktop/qt/dialog_widget.h"
 #include "platform/desktop/qt/frame_widget.h"
 #include "platform/desktop/qt/mouse.h"
@@ -174,6 +175,10 @@ void ShowWindow(HWND window, int how) {
   if (how != SW_HIDE && widget->isWindow()) widget->activateWindow();
 }
 
+void WaitUntilShown(HWND window) {
+  ReadyOwner(window);
+}
+
 bool IsWindowVisible(HWND window) {
   const QWidget* widget = AnyWidgetOf(window);
   return widget != nullptr && widget->isVisible();
@@ -242,8 +247,13 @@ HWND WindowFromPoint(POINT screenPoint) {
   return HandleAround(QApplication::widgetAt(screenPoint.x, screenPoint.y));
 }
 
-RECT DesktopRect() {
-  return FromQt(QGuiApplication::primaryScreen()->geometry());
+RECT DesktopRect(HWND window) {
+  const QWidget* widget = OuterWidgetOf(window);
+  return FromQt((widget != nullptr ? widget->screen() : QGuiApplication::primaryScreen())->geometry());
+}
+
+RECT AllScreensRect() {
+  return FromQt(QGuiApplication::primaryScreen()->virtualGeometry());
 }
 
 bool IsOnScreen(const RECT& rect) {
@@ -341,6 +351,9 @@ LRESULT DefWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
       return DefaultHitTest(window, PointFromLParam(lParam));
     case WM_NCACTIVATE:
       return 1;
+    case WM_KEYDOWN:
+      if (wParam == VK_TAB) widget->WalkTabStops();
+      return 0;
     default:
       return 0;
   }
@@ -366,6 +379,16 @@ void SetFocus(HWND window) {
 
 HWND GetFocus() {
   return HandleAround(QApplication::focusWidget());
+}
+
+void SetTabStop(HWND window, bool stop) {
+  // Not by a click: which windows take the focus then is theirs to say.
+  if (QWidget* widget = AnyWidgetOf(window)) widget->setFocusPolicy(stop ? Qt::TabFocus : Qt::NoFocus);
+}
+
+bool ShowsFocus(HWND window) {
+  const WindowWidget* widget = WidgetOf(window);
+  return widget != nullptr && widget->ShowsFocus();
 }
 
 HWND GetForegroundWindow() {

@@ -74,6 +74,8 @@ constexpr int SW_HIDE = 0;
 constexpr int SW_SHOWNORMAL = 1;
 constexpr int SW_SHOW = 5;
 void ShowWindow(HWND window, int how);
+// Handles messages, but no input, until a window that was shown is on the screen; at most a second.
+void WaitUntilShown(HWND window);
 bool IsWindowVisible(HWND window);
 void EnableWindow(HWND window, bool enabled);
 bool IsWindowEnabled(HWND window);
@@ -89,8 +91,10 @@ POINT ClientToScreen(HWND window, POINT point);
 POINT ScreenToClient(HWND window, POINT point);
 // The visible window of this program under a screen point, the innermost one; null when there is none.
 HWND WindowFromPoint(POINT screenPoint);
-// The whole area of the primary screen.
-RECT DesktopRect();
+// The whole area of the screen that a window is on; of the primary screen for null or a dead one.
+RECT DesktopRect(HWND window = nullptr);
+// The smallest rectangle that has all screens in it.
+RECT AllScreensRect();
 // Whether any part of a rectangle of screen pixels lies on one of the screens.
 bool IsOnScreen(const RECT& rect);
 
@@ -126,6 +130,12 @@ bool KillTimer(HWND window, UINT id);
 // The keyboard focus. GetFocus is null while another program has the keyboard.
 void SetFocus(HWND window);
 HWND GetFocus();
+// Whether Tab reaches the window. It does so in dialogs, and where the window with the focus leaves the key
+// to the default handling; it walks in the order in which windows were made. A click alone focuses nothing.
+void SetTabStop(HWND window, bool stop);
+// Whether the window has the focus and Tab brought it there: only then is the user helped by a mark that
+// shows where it is. A tab stop is painted again when that changes.
+bool ShowsFocus(HWND window);
 // The window the user works in, when it is one of ours.
 HWND GetForegroundWindow();
 void SetForegroundWindow(HWND window);

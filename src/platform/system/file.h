@@ -158,6 +158,9 @@ bool RemoveFile(const std::string& path);
 // otherwise.
 std::string ResolvedPath(const std::string& path);
 
+// The path from the root on, without doubled slashes and the parts that stay in their folder (".").
+std::string FullPath(const std::string& path);
+
 // Reads a whole file of at most `limit` bytes into `content`. False (content empty) when it cannot be read or
 // is longer.
 bool ReadWholeFile(const std::string& path, std::size_t limit, std::string& content);

@@ -9,7 +9,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstddef>
 #include <cstdlib>
 #include <cstring>
 #include <map>
@@ -29,17 +28,11 @@ constexpr int kMostSockets =
     100;  // for one process id: leftovers of the dead, or containers that share the folder
 constexpr ByteLock kHold = {0, F_WRLCK, 0};
 
-// A notice on its way. Both ends are on one machine, so the numbers are in its own order.
-#pragma pack(push, 1)
+// A notice on its way. Both ends are on one machine, so the number is in its own order.
 struct Datagram {
   std::int32_t code;
-  std::int32_t senderProcess;
-  std::uint64_t senderWindow;
 };
-#pragma pack(pop)
-static_assert(sizeof(Datagram) == 16);
-static_assert(offsetof(Datagram, code) == 0 && offsetof(Datagram, senderProcess) == 4 &&
-              offsetof(Datagram, senderWindow) == 8);
+static_assert(sizeof(Datagram) == 4);
 
 // Makes the folder if need be and makes sure that it is the user's alone: in /tmp anybody could have put
 // something of that name before.
@@ -130,11 +123,12 @@ bool RunningCopies::Open() {
   return false;
 }
 
-void RunningCopies::Broadcast(std::int32_t code, std::uint64_t senderWindow) {
+void RunningCopies::Broadcast(std::int32_t code) {
   if (descriptor < 0) return;
-  const Datagram datagram = {code, getpid(), senderWindow};
+  const Datagram datagram = {code};
   const std::string folder = path.substr(0, path.rfind('/'));
   for (const std::string& receiver : SocketsIn(folder)) {
+    if (receiver == path) continue;
     const sockaddr_un address = AddressOf(receiver);
     ssize_t sent = 0;
     do {
@@ -158,7 +152,7 @@ bool RunningCopies::Others() const {
   return false;
 }
 
-bool RunningCopies::Receive(CopyNotice& notice) {
+bool RunningCopies::Receive(std::int32_t& code) {
   if (descriptor < 0) return false;
   for (;;) {
     Datagram datagram = {};
@@ -166,7 +160,7 @@ bool RunningCopies::Receive(CopyNotice& notice) {
     const ssize_t length = recv(descriptor, &datagram, sizeof(datagram), MSG_DONTWAIT | MSG_TRUNC);
     if (length < 0 && errno != EINTR) return false;
     if (length != static_cast<ssize_t>(sizeof(datagram))) continue;
-    notice = {datagram.code, datagram.senderWindow, datagram.senderProcess};
+    code = datagram.code;
     return true;
   }
 }

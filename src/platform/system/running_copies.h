@@ -8,13 +8,6 @@
 
 namespace platform {
 
-// A message between copies: what happened and which window, in which process, it happened to.
-struct CopyNotice {
-  std::int32_t code;           // the meaning is the sender's and receiver's affair
-  std::uint64_t senderWindow;  // the sender's window handle, 0 for none
-  std::int32_t senderProcess;  // process id
-};
-
 // Holds `name` for this process until it ends. False when another process holds it, or when there is no
 // folder to hold it in. `name` is used as part of a file name and has no slash.
 bool HoldInstance(const std::string& name);
@@ -36,12 +29,13 @@ class RunningCopies {
   // Whether another copy runs.
   bool Others() const;
 
-  // Sends a notice to every copy, this one included. Never waits: a copy that left its last notices lying
-  // until its socket was full misses this one. Sockets of copies that died are removed.
-  void Broadcast(std::int32_t code, std::uint64_t senderWindow);
+  // Sends a notice to every other copy: a number whose meaning is the copies' affair. Never waits: a copy
+  // that left its last notices lying until its socket was full misses this one. Sockets of copies that died
+  // are removed.
+  void Broadcast(std::int32_t code);
 
   // Takes one waiting notice. False when none waits. A datagram of any other form is thrown away.
-  bool Receive(CopyNotice& notice);
+  bool Receive(std::int32_t& code);
 
  private:
   int descriptor = -1;

@@ -118,6 +118,23 @@ std::string ResolvedPath(const std::string& path) {
   return path;
 }
 
+std::string FullPath(const std::string& path) {
+  std::string whole = path;
+  std::array<char, PATH_MAX> current;
+  // Without a current folder the path stays as it is and leads nowhere.
+  if (!path.starts_with('/') && getcwd(current.data(), current.size()) != nullptr) {
+    whole = std::string(current.data()) + "/" + path;
+  }
+  std::string full;
+  for (std::size_t at = 0; at < whole.size();) {
+    const std::size_t end = std::min(whole.find('/', at), whole.size());
+    const std::string part = whole.substr(at, end - at);
+    if (!part.empty() && part != ".") full.append("/").append(part);
+    at = end + 1;
+  }
+  return full.empty() ? "/" : full;
+}
+
 bool ReplaceFile(const std::string& path, const void* data, std::size_t size) {
   const std::string target = ResolvedPath(path);
   struct stat old = {};

@@ -104,24 +104,29 @@ TEST(ListGeometry, TheWheelMovesOneRowAndStopsAtTheEnds) {
   EXPECT_EQ(WheelFirstRow(-120, 0, 0), 0);
 }
 
-TEST(ListGeometry, KeysMoveByOneCellAndToTheEnds) {
+TEST(ListGeometry, KeysMoveByOneCellByPagesAndToTheEnds) {
   for (const unsigned key : {VK_RIGHT, VK_DOWN}) {
-    EXPECT_EQ(KeySelection(key, -1, 5), 0);
-    EXPECT_EQ(KeySelection(key, 3, 5), 4);
-    EXPECT_EQ(KeySelection(key, 4, 5), std::nullopt);
-    EXPECT_EQ(KeySelection(key, -1, 0), std::nullopt);
+    EXPECT_EQ(KeySelection(key, -1, 5, 3), 0);
+    EXPECT_EQ(KeySelection(key, 3, 5, 3), 4);
+    EXPECT_EQ(KeySelection(key, 4, 5, 3), std::nullopt);
+    EXPECT_EQ(KeySelection(key, -1, 0, 3), std::nullopt);
   }
   for (const unsigned key : {VK_LEFT, VK_UP}) {
-    EXPECT_EQ(KeySelection(key, 3, 5), 2);
-    EXPECT_EQ(KeySelection(key, 0, 5), std::nullopt);
-    EXPECT_EQ(KeySelection(key, -1, 5), std::nullopt);
+    EXPECT_EQ(KeySelection(key, 3, 5, 3), 2);
+    EXPECT_EQ(KeySelection(key, 0, 5, 3), std::nullopt);
+    EXPECT_EQ(KeySelection(key, -1, 5, 3), std::nullopt);
   }
-  EXPECT_EQ(KeySelection(VK_HOME, 3, 5), 0);
-  EXPECT_EQ(KeySelection(VK_HOME, 0, 5), std::nullopt);
-  EXPECT_EQ(KeySelection(VK_END, -1, 5), 4);
-  EXPECT_EQ(KeySelection(VK_END, 4, 5), std::nullopt);
-  EXPECT_EQ(KeySelection(VK_END, -1, 0), std::nullopt);
-  EXPECT_EQ(KeySelection('A', 2, 5), std::nullopt);
+  EXPECT_EQ(KeySelection(VK_HOME, 3, 5, 3), 0);
+  EXPECT_EQ(KeySelection(VK_HOME, 0, 5, 3), std::nullopt);
+  EXPECT_EQ(KeySelection(VK_END, -1, 5, 3), 4);
+  EXPECT_EQ(KeySelection(VK_END, 4, 5, 3), std::nullopt);
+  EXPECT_EQ(KeySelection(VK_END, -1, 0, 3), std::nullopt);
+  EXPECT_EQ(KeySelection(VK_NEXT, 0, 9, 3), 3);
+  EXPECT_EQ(KeySelection(VK_NEXT, 7, 9, 3), 8);
+  EXPECT_EQ(KeySelection(VK_NEXT, 8, 9, 3), std::nullopt);
+  EXPECT_EQ(KeySelection(VK_PRIOR, 8, 9, 3), 5);
+  EXPECT_EQ(KeySelection(VK_PRIOR, 2, 9, 0), 1) << "a list without room still moves";
+  EXPECT_EQ(KeySelection('A', 2, 5, 3), std::nullopt);
 }
 
 }  // namespace

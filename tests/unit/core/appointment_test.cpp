@@ -96,20 +96,24 @@ TEST(Categories, DefaultsAndStoredLists) {
   for (std::size_t i = 0; i < names.size(); ++i) names[i] = std::to_string(i);
   names[0] = std::string(40, 'x');  // fills its field and is cut
   const std::uint64_t counter = calendar.file.GetChangeCounter();
-  ASSERT_TRUE(calendar.file.WriteCategoryBlock(CategoriesFromNames(names)));
+  ASSERT_EQ(StoreCategories(calendar.file, names), Result::kDone);
   ASSERT_TRUE(ReadCategories(calendar.file, list));
   EXPECT_EQ(list.count, 31U);
-  ASSERT_EQ(list.names.size(), 30U);
+  ASSERT_EQ(list.names.size(), 29U);
   EXPECT_EQ(list.names[0], std::string(30, 'x'));
   EXPECT_EQ(list.names[28], "28");
-  EXPECT_EQ(list.names[29], "");
   EXPECT_EQ(calendar.file.GetChangeCounter(), counter);
+  CategoryBlock block;
+  ASSERT_TRUE(calendar.file.ReadCategoryBlock(block));
 
-  CategoryBlock damaged{};
-  damaged.count = 0xFFFFFFFF;
-  calendar.file.WriteCategoryBlock(damaged);
-  ASSERT_TRUE(ReadCategories(calendar.file, list));
-  EXPECT_EQ(list.names.size(), 30U);
+  for (const std::uint32_t count : {2'000'000'000U, 0xFFFFFFFFU}) {
+    block.count = count;
+    WriteText(block.entries[29].name, "thirtieth");
+    ASSERT_TRUE(calendar.file.WriteCategoryBlock(block));
+    ASSERT_TRUE(ReadCategories(calendar.file, list));
+    EXPECT_EQ(list.count, count);
+    EXPECT_EQ(list.names.size(), 30U);
+  }
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 
 #include "core/file_messages.h"
 #include "core/ini_file.h"
+#include "core/new_calendar.h"
 #include "gtest/gtest.h"
 #include "platform/system/program_folder.h"
 #include "support/child_process.h"
@@ -144,6 +145,35 @@ TEST_F(CalendarFile, NewFileIsWholeOrNotThere) {
   const OpenedCalendar opened = OpenCalendarFile(path, "", false);
   ASSERT_NE(opened.file, nullptr);
   EXPECT_EQ(opened.file->SlotsEnd(), 2625);
+}
+
+TEST_F(CalendarFile, ANewCalendarTakesNobodysPlace) {
+  const std::string path = NewCalendarPath(ProgramFolder().Path() + "//.", "mine");
+  EXPECT_EQ(path, ProgramFolder().Join("mine.cld"));
+  {
+    // Another program's file appears after this one found nothing.
+    FaultyCalls faults;
+    faults.Before(FaultyCalls::kRenameNew, 1, [&] { ProgramFolder().Write("mine.cld", "theirs"); });
+    EXPECT_EQ(CreateCalendar(path, false), NewCalendar::kExists);
+  }
+  EXPECT_EQ(CreateCalendar(path, false), NewCalendar::kExists);
+  EXPECT_EQ(ProgramFolder().Read("mine.cld"), "theirs");
+  EXPECT_EQ(CreateCalendar(ProgramFolder().Path(), false), NewCalendar::kExists);
+  EXPECT_EQ(CreateCalendar(NewCalendarPath(ProgramFolder().Path(), "no/such"), false), NewCalendar::kFailed);
+  EXPECT_EQ(CreateCalendar(NewCalendarPath(ProgramFolder().Path(), std::string(256, 'n')), false),
+            NewCalendar::kFailed);
+  EXPECT_EQ(ProgramFolder().Count(), 1U);
+}
+
+TEST_F(Settings, WhetherNewCalendarsHaveExamplesIsRemembered) {
+  EXPECT_TRUE(ExamplesWanted());
+  for (const auto& [written, wanted] :
+       {std::pair{"0", false}, std::pair{"yes", false}, std::pair{"", true}}) {
+    IniFile().WriteString("Preference", "RecordExample", written);
+    EXPECT_EQ(ExamplesWanted(), wanted) << written;
+  }
+  RememberExamples(false);
+  EXPECT_FALSE(ExamplesWanted());
 }
 
 // Another copy creates the calendar, and adds to it, after this one found it missing.

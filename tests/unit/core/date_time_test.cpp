@@ -77,32 +77,32 @@ TEST(DateTime, KnownDayNumbersAndWeekdays) {
 }
 
 TEST(DateTime, StepsAtTheEdges) {
-  Date date = kLastDate;
-  EXPECT_FALSE(NextDay(date) || NextMonth(date));
-  EXPECT_TRUE(Same(date, kLastDate));
-  date = {5, 12, kLastYear};
-  EXPECT_FALSE(NextMonth(date));
-  date = kFirstDate;
-  EXPECT_FALSE(PreviousDay(date) || PreviousMonth(date));
-  EXPECT_TRUE(Same(date, kFirstDate));
-
-  date = {3, 1, kFirstYear};
-  EXPECT_TRUE(PreviousWeek(date) && Same(date, kFirstDate));
-  date = {28, 12, kLastYear};
-  EXPECT_TRUE(NextWeek(date) && Same(date, kLastDate));
-  date = {28, 2, 2004};
-  EXPECT_TRUE(NextWeek(date) && Same(date, {6, 3, 2004}));
-
-  date = {31, 1, 2004};
-  EXPECT_TRUE(NextMonth(date) && Same(date, {29, 2, 2004}));
-  date = {31, 1, 2005};
-  EXPECT_TRUE(NextMonth(date) && Same(date, {28, 2, 2005}));
-  date = {31, 3, 2005};
-  EXPECT_TRUE(PreviousMonth(date) && Same(date, {28, 2, 2005}));
-  date = {15, 12, 2004};
-  EXPECT_TRUE(NextMonth(date) && Same(date, {15, 1, 2005}));
-  date = {15, 1, 2005};
-  EXPECT_TRUE(PreviousMonth(date) && Same(date, {15, 12, 2004}));
+  struct Step {
+    bool (*go)(Date&);
+    Date from;
+    Date to;  // the same: refused
+  };
+  constexpr Date kLateInLastYear{5, 12, kLastYear};
+  const Step steps[] = {
+      {NextDay, kLastDate, kLastDate},
+      {NextMonth, kLastDate, kLastDate},
+      {NextMonth, kLateInLastYear, kLateInLastYear},
+      {PreviousDay, kFirstDate, kFirstDate},
+      {PreviousMonth, kFirstDate, kFirstDate},
+      {PreviousWeek, {3, 1, kFirstYear}, kFirstDate},
+      {NextWeek, {28, 12, kLastYear}, kLastDate},
+      {NextWeek, {28, 2, 2004}, {6, 3, 2004}},
+      {NextMonth, {31, 1, 2004}, {29, 2, 2004}},
+      {NextMonth, {31, 1, 2005}, {28, 2, 2005}},
+      {PreviousMonth, {31, 3, 2005}, {28, 2, 2005}},
+      {NextMonth, {15, 12, 2004}, {15, 1, 2005}},
+      {PreviousMonth, {15, 1, 2005}, {15, 12, 2004}},
+  };
+  for (const Step& step : steps) {
+    Date date = step.from;
+    EXPECT_EQ(step.go(date), !Same(step.from, step.to)) << DayIndex(step.from);
+    EXPECT_TRUE(Same(date, step.to)) << DayIndex(step.from);
+  }
 }
 
 // Whatever a damaged record holds: no overflow (the sanitizer tells), and a refused step changes nothing.

@@ -34,10 +34,7 @@ std::string With(std::string bytes, std::size_t offset, std::string_view part) {
 }
 
 std::size_t LiveRecords(const RecordFile& file) {
-  RecordQuery query;
-  query.AddMatchAll();
-  query.Run(file);
-  return query.OffsetCount();
+  return tests::AllRecords(file).OffsetCount();
 }
 
 TEST(RecordFileDamage, UnsuitableFilesAreRefusedAndLeftAlone) {

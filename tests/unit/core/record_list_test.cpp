@@ -13,6 +13,7 @@
 namespace core {
 namespace {
 
+using tests::AllRecords;
 using tests::Entry;
 using tests::FaultyCalls;
 using tests::Subjects;
@@ -49,9 +50,7 @@ void Fill(TemporaryCalendar& calendar, int count) {
 TEST(RecordList, TenThousandAtMost) {
   TemporaryCalendar calendar;
   Fill(calendar, 10001);
-  RecordQuery query;
-  query.AddMatchAll();
-  ASSERT_TRUE(query.Run(calendar.file));
+  RecordQuery query = AllRecords(calendar.file);
   ASSERT_EQ(query.OffsetCount(), 10000U);
   EXPECT_EQ(query.OffsetAt(9999), 2625 + 9999 * 2627);
   EXPECT_TRUE(query.Sort(calendar.file, kListOrder));
@@ -64,9 +63,7 @@ TEST(RecordList, BothWaysOfSortingWithAndWithoutKeys) {
     TemporaryCalendar calendar;
     Fill(calendar, count);
     for (const RecordOrder* order : {&kDayOrder, &kListOrder, &kDateTimeOrder}) {
-      RecordQuery query;
-      query.AddMatchAll();
-      ASSERT_TRUE(query.Run(calendar.file));
+      RecordQuery query = AllRecords(calendar.file);
       std::vector<std::int32_t> expected = query.Offsets();
       auto field = [&, slot = Appointment()](std::int32_t offset) mutable {
         EXPECT_TRUE(calendar.file.ReadRecord(&slot, offset));
@@ -97,9 +94,7 @@ TEST(RecordList, DayOrderPutsAllDayFirst) {
   calendar.Add(Entry("all day").At(23, 0).AllDay());
   calendar.Add(Entry("nine two").At(9, 2));
   calendar.Add(Entry("no time").At(9, 59));
-  RecordQuery query;
-  query.AddMatchAll();
-  query.Run(calendar.file);
+  RecordQuery query = AllRecords(calendar.file);
   EXPECT_TRUE(query.Sort(calendar.file, kDayOrder));
   EXPECT_EQ(Subjects(calendar.file, query), (Names{"all day", "no time", "nine four", "nine two", "ten"}));
 }
@@ -108,9 +103,7 @@ TEST(RecordList, DayOrderPutsAllDayFirst) {
 TEST(RecordList, SenselessComparison) {
   TemporaryCalendar calendar;
   Fill(calendar, 300);
-  RecordQuery query;
-  query.AddMatchAll();
-  query.Run(calendar.file);
+  RecordQuery query = AllRecords(calendar.file);
   std::vector<std::int32_t> all = query.Offsets();
   const RecordOrder senseless{kSubject, 150, [](const void*, const void*, std::size_t) { return -1; }};
   EXPECT_TRUE(query.Sort(calendar.file, senseless));
@@ -123,9 +116,7 @@ TEST(RecordList, UnreadableRecordsFailTheSortButLoseNothing) {
   for (const int count : {20, 150}) {
     TemporaryCalendar calendar;
     Fill(calendar, count);
-    RecordQuery query;
-    query.AddMatchAll();
-    query.Run(calendar.file);
+    RecordQuery query = AllRecords(calendar.file);
     FaultyCalls faults;
     faults.Fail(FaultyCalls::kRead, 1, EIO, 6);  // for the long list: both runs and some fields
     EXPECT_FALSE(query.Sort(calendar.file, kBySubject));
@@ -169,9 +160,7 @@ TEST(RecordList, StampAndRefresh) {
   TemporaryCalendar calendar;
   calendar.Add(Entry("b"));
   RecordFile other(calendar.Path(), "");
-  RecordQuery query;
-  query.AddMatchAll();
-  query.Run(calendar.file);
+  RecordQuery query = AllRecords(calendar.file);
   EXPECT_EQ(query.Stamp(), RecordQuery::kNoStamp);
   EXPECT_FALSE(query.RefreshIfChanged(calendar.file));
   query.Sort(calendar.file, kBySubject);
@@ -202,9 +191,7 @@ TEST(RecordList, StampAndRefresh) {
 // What somebody adds between the scan and the sort must not count as seen.
 TEST(RecordList, ChangeBetweenScanAndSortIsNoticed) {
   TemporaryCalendar calendar;
-  RecordQuery query;
-  query.AddMatchAll();
-  query.Run(calendar.file);
+  RecordQuery query = AllRecords(calendar.file);
   calendar.Add(Entry("late"));
   query.Sort(calendar.file, kBySubject);
   EXPECT_TRUE(query.RefreshIfChanged(calendar.file));
@@ -227,8 +214,9 @@ TEST(RecordList, RefreshSortsInTheFileItIsGiven) {
   EXPECT_EQ(Subjects(calendar.file, query), (Names{"a", "b"}));
 }
 
-// Offsets that are none of the file's slots, with a slot that would reach beyond the buffer of a run.
-TEST(RecordList, ListOfAnotherKindOfFileIsSortedWithinTheBuffer) {
+// What is made for appointments stays in the buffer of a run over a file of smaller records: offsets that are
+// none of the sorted file's slots, and a callback and an order whose fields reach beyond the last slot.
+TEST(RecordList, AnotherKindOfFileStaysInTheBuffer) {
   const tests::TemporaryFolder folder;
   RecordFile contacts(folder.Join("contacts.adr"), "");
   HeaderBlock header;
@@ -240,28 +228,15 @@ TEST(RecordList, ListOfAnotherKindOfFileIsSortedWithinTheBuffer) {
   ASSERT_TRUE(contacts.Create(header, DefaultCategories(), 859, slots));
   TemporaryCalendar calendar;
   Fill(calendar, 150);
-  RecordQuery query;
-  query.AddMatchAll();
-  query.Run(contacts);
+  RecordQuery query = AllRecords(contacts);
   EXPECT_TRUE(query.Sort(calendar.file, kListOrder));
   EXPECT_EQ(query.OffsetCount(), 400U);
-}
 
-// A callback made for appointments, on the last slot of a file of smaller records.
-TEST(RecordList, CallbackForALargerKindStaysInTheBuffer) {
-  const tests::TemporaryFolder folder;
-  RecordFile contacts(folder.Join("contacts.adr"), "");
-  HeaderBlock header;
-  InitHeaderBlock(header, "Nameleaf", "Nameleaf", 1);
-  ASSERT_TRUE(contacts.Create(header, DefaultCategories(), 859));
-  std::vector<char> slot(859);
-  ASSERT_TRUE(contacts.InitRecord(slot.data()));
-  for (int i = 0; i < 100; ++i) ASSERT_EQ(contacts.AddRecord(slot.data()), Result::kDone);
   const Date day{1, 3, 2004};
-  RecordQuery query;
+  query.Clear();
   query.AddCallbackCondition(0, &day, sizeof day, OccursOnDate, Connector::kAnd);
   EXPECT_TRUE(query.Run(contacts));
-  EXPECT_FALSE(query.Sort(contacts, kDayOrder));  // the order's field is larger than the slot
+  EXPECT_FALSE(AllRecords(contacts).Sort(contacts, kDayOrder)) << "its field is larger than the slot";
 }
 
 }  // namespace

@@ -1,6 +1,5 @@
-// Lists of a calendar of 1,200 slots that another program made, against what that program says they must
-// hold.
-#include <algorithm>
+// What is found in a calendar of 1,200 slots that another program made, against what that program says it
+// must be. Its days are looked at in the running program (tests/desktop/sample_days_test.cpp).
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
@@ -27,16 +26,13 @@ std::string Id(const Appointment& appointment) {
 
 class SampleCalendar : public testing::Test {
  protected:
-  static std::vector<Appointment> Records(const RecordFile& file, const RecordQuery& query) {
-    std::vector<Appointment> records(query.OffsetCount());
-    for (std::size_t i = 0; i < records.size(); ++i)
-      EXPECT_TRUE(file.ReadRecord(&records[i], query.OffsetAt(i)));
-    return records;
-  }
-
   static std::set<std::string> Ids(const RecordFile& file, const RecordQuery& query) {
     std::set<std::string> ids;
-    for (const Appointment& record : Records(file, query)) ids.insert(Id(record));
+    Appointment record;
+    for (const std::int32_t offset : query.Offsets()) {
+      EXPECT_TRUE(file.ReadRecord(&record, offset));
+      ids.insert(Id(record));
+    }
     return ids;
   }
 
@@ -44,14 +40,6 @@ class SampleCalendar : public testing::Test {
     std::set<std::string> texts;
     for (const Json& item : list.items) texts.insert(item.text);
     return texts;
-  }
-
-  static RecordQuery OneDay(const std::string& isoDate) {
-    const Date day{std::stoi(isoDate.substr(8)), std::stoi(isoDate.substr(5, 2)),
-                   std::stoi(isoDate.substr(0, 4))};
-    RecordQuery query;
-    query.AddCallbackCondition(0, &day, sizeof day, OccursOnDate, Connector::kAnd);
-    return query;
   }
 
   std::string Copy() const {
@@ -69,56 +57,6 @@ class SampleCalendar : public testing::Test {
   RecordFile file{Copy(), ""};
   const Json expected = ReadExpected();
 };
-
-// Rows in order; those with equal keys may stand in any order and are compared as a set.
-TEST_F(SampleCalendar, DaysOfTheOwner) {
-  ASSERT_EQ(expected["days"].fields.size(), 44U);
-  for (const auto& [date, lists] : expected["days"].fields) {
-    RecordQuery query = OneDay(date);
-    ASSERT_TRUE(query.Run(file) && query.Sort(file, kDayOrder));
-    std::vector<std::string> rows;
-    for (const Appointment& record : Records(file, query)) {
-      const int slot = TimeSlot(record.startTime);
-      rows.push_back((record.allDay != 0 ? "0 " : "1 ") + std::to_string(1000 + slot) + ' ' + Id(record) +
-                     ' ' + platform::Utf8FromCodePage(ReadText(record.header.category)) + '|' +
-                     platform::Utf8FromCodePage(ReadText(record.subject)));
-    }
-    std::vector<std::string> wanted;
-    for (const Json& row : lists["owner"].items) {
-      wanted.push_back((row["allDay"].number != 0 ? "0 " : "1 ") +
-                       std::to_string(1000 + static_cast<int>(row["slot"].number)) + ' ' + row["id"].text +
-                       ' ' + row["category"].text + '|' + row["subject"].text);
-    }
-    EXPECT_TRUE(std::is_sorted(rows.begin(), rows.end(), [](const std::string& a, const std::string& b) {
-      return a.substr(0, 6) < b.substr(0, 6);
-    })) << date;
-    std::sort(rows.begin(), rows.end());
-    std::sort(wanted.begin(), wanted.end());
-    EXPECT_EQ(rows, wanted) << date;
-  }
-}
-
-TEST_F(SampleCalendar, DaysOfAReaderAndOfACategory) {
-  ASSERT_TRUE(file.UpdateHeaderBlock([](HeaderBlock& header) {
-    WriteText(header.ownerPassword, "own");
-    WriteText(header.assistantPassword, "assist");
-    WriteText(header.readerPassword, "read");
-  }));
-  const RecordFile reader(file.Path(), "read");
-  file.SetPassword("own");
-  std::size_t found = 0;
-  for (const auto& [date, lists] : expected["days"].fields) {
-    RecordQuery query = OneDay(date);
-    ASSERT_TRUE(query.Run(reader));
-    EXPECT_EQ(Ids(reader, query), Texts(lists["reader_ids"])) << date;
-    query.AddTextCondition(offsetof(RecordHeader, category), 30, ConditionOp::kEqual, "Calls",
-                           Connector::kAnd);
-    ASSERT_TRUE(query.Run(file));
-    EXPECT_EQ(Ids(file, query), Texts(lists["calls_ids"])) << date;
-    found += query.OffsetCount();
-  }
-  EXPECT_GT(found, 0U);
-}
 
 TEST_F(SampleCalendar, FindAndRange) {
   for (const auto& [utf8, ids] : expected["find"].fields) {

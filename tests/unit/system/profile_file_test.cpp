@@ -6,6 +6,7 @@
 
 #include <cerrno>
 #include <string>
+#include <utility>
 
 #include "platform/system/file.h"
 #include "support/child_process.h"
@@ -53,19 +54,22 @@ TEST(ProfileFileTest, ReadsWhatPeopleWrite) {
                                         "Late=1\n"
                                         "[a]b]\n"
                                         "Last=end");
-  EXPECT_EQ(Value(path, "First", "Sound"), "<1>");
-  EXPECT_EQ(Value(path, "fIRST", " SOUND "), "<1>");
-  EXPECT_EQ(Value(path, "First", "Splash"), "<two words>");
-  EXPECT_EQ(Value(path, "First", "Empty"), "<>");
-  EXPECT_EQ(Value(path, "First", "Equals"), "<a=b>");
-  EXPECT_EQ(Value(path, "First", "no value"), "missing");
-  EXPECT_EQ(Value(path, "First", "Double"), "< x >");
-  EXPECT_EQ(Value(path, "First", "Single"), "<y>");
-  EXPECT_EQ(Value(path, "First", "Twice"), "<\"z\">");
-  EXPECT_EQ(Value(path, "First", "Half"), "<\"h>");
-  EXPECT_EQ(Value(path, "First", "Mixed"), "<'m\">");
-  EXPECT_EQ(Value(path, "First", "Lone"), "<\">");
-  EXPECT_EQ(Value(path, "First", "Bytes"), "<\xE9\x01\xFF>");
+  constexpr std::pair<const char*, const char*> kFirst[] = {
+      {"Sound", "<1>"},
+      {" SOUND ", "<1>"},
+      {"Splash", "<two words>"},
+      {"Empty", "<>"},
+      {"Equals", "<a=b>"},
+      {"no value", "missing"},
+      {"Double", "< x >"},
+      {"Single", "<y>"},
+      {"Twice", "<\"z\">"},
+      {"Half", "<\"h>"},
+      {"Mixed", "<'m\">"},
+      {"Lone", "<\">"},
+      {"Bytes", "<\xE9\x01\xFF>"},
+  };
+  for (const auto& [key, value] : kFirst) EXPECT_EQ(Value(path, "fIRST", key), value) << key;
   EXPECT_EQ(Value(path, "First", "Still"), "<first>") << "a broken line begins no section";
   EXPECT_EQ(Value(path, "First", "Late"), "missing") << "the first section of a name counts";
   EXPECT_EQ(Value(path, "Second", "Sound"), "<3>");

@@ -10,14 +10,12 @@
 #include <cstdlib>
 #include <filesystem>
 #include <string>
-#include <utility>
 
 #include "support/child_process.h"
 #include "support/temporary_folder.h"
 
 namespace {
 
-using platform::CopyNotice;
 using platform::HoldInstance;
 using platform::RunningCopies;
 using tests::ChildProcess;
@@ -84,35 +82,29 @@ TEST_F(RunningCopiesTest, OneProcessHoldsANameUntilItEnds) {
   EXPECT_EQ(tryToHold(""), 0);
 }
 
-TEST_F(RunningCopiesTest, NoticesReachEveryCopyTheSenderIncluded) {
+TEST_F(RunningCopiesTest, NoticesReachEveryCopyButTheSender) {
   RunningCopies here;
   ASSERT_TRUE(here.Open());
+  RunningCopies beside;
+  ASSERT_TRUE(beside.Open());
   ChildProcess other([](const ChildProcess::Signal& ready) {
     RunningCopies copies;
     if (!copies.Open()) return 1;
     ready();
-    CopyNotice notice = {};
-    if (!Waits(copies) || !copies.Receive(notice)) return 2;
-    if (notice.code != 100 || notice.senderWindow != 0x123456789AU || notice.senderProcess != getppid())
-      return 3;
-    copies.Broadcast(-101, 0);
+    std::int32_t code = 0;
+    if (!Waits(copies) || !copies.Receive(code) || code != 100) return 2;
+    copies.Broadcast(-101);
     return 0;
   });
   ASSERT_TRUE(other.Ready());
-  here.Broadcast(100, 0x123456789AU);
+  here.Broadcast(100);
   EXPECT_EQ(other.ExitCode(), 0);
-  // One's own comes back, and the other's answer may have overtaken it.
-  CopyNotice own = {};
-  CopyNotice answer = {};
-  ASSERT_TRUE(here.Receive(own));
-  ASSERT_TRUE(here.Receive(answer));
-  if (own.code != 100) std::swap(own, answer);
-  EXPECT_EQ(own.code, 100);
-  EXPECT_EQ(own.senderProcess, getpid());
-  EXPECT_EQ(answer.code, -101);
-  EXPECT_EQ(answer.senderWindow, 0U);
-  EXPECT_NE(answer.senderProcess, getpid());
-  EXPECT_FALSE(here.Receive(own));
+  std::int32_t code = 0;
+  ASSERT_TRUE(here.Receive(code));
+  EXPECT_EQ(code, -101);
+  EXPECT_FALSE(here.Receive(code));
+  ASSERT_TRUE(beside.Receive(code));
+  EXPECT_EQ(code, 100);
 }
 
 TEST_F(RunningCopiesTest, SocketsOfTheDeadAreRemovedAndNobodyElses) {
@@ -131,7 +123,7 @@ TEST_F(RunningCopiesTest, SocketsOfTheDeadAreRemovedAndNobodyElses) {
     other.Kill();
   }
   EXPECT_EQ(Sockets(), 3U);
-  here.Broadcast(100, 0);
+  here.Broadcast(100);
   EXPECT_EQ(Sockets(), 2U) << "this copy's and the stranger's file";
   {
     RunningCopies second;
@@ -144,18 +136,18 @@ TEST_F(RunningCopiesTest, SocketsOfTheDeadAreRemovedAndNobodyElses) {
 TEST_F(RunningCopiesTest, ThrowsAwayWhatIsNoNotice) {
   RunningCopies here;
   ASSERT_TRUE(here.Open());
-  CopyNotice notice = {};
-  SendBytes("");
-  SendBytes(std::string(15, 'x'));
-  SendBytes(std::string(17, 'x'));
-  EXPECT_FALSE(here.Receive(notice));
+  RunningCopies beside;
+  ASSERT_TRUE(beside.Open());
+  std::int32_t code = 0;
+  for (const std::size_t size : {0U, 3U, 5U, 16U}) SendBytes(std::string(size, 'x'));
+  EXPECT_FALSE(here.Receive(code));
   SendBytes(std::string(5000, 'x'));
-  here.Broadcast(100, 7);
-  ASSERT_TRUE(here.Receive(notice));
-  EXPECT_EQ(notice.senderWindow, 7U);
-  for (int i = 0; i < 5000; ++i) here.Broadcast(i, 0);  // far more than a socket holds: none of them waits
+  beside.Broadcast(7);
+  ASSERT_TRUE(here.Receive(code));
+  EXPECT_EQ(code, 7);
+  for (int i = 0; i < 5000; ++i) beside.Broadcast(i);  // far more than a socket holds: none of them waits
   int received = 0;
-  while (here.Receive(notice)) ++received;
+  while (here.Receive(code)) ++received;
   EXPECT_GT(received, 0);
 }
 

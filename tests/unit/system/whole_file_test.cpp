@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <filesystem>
 #include <functional>
 #include <string>
 
@@ -300,6 +301,15 @@ TEST(ReadWholeFileTest, HoldsToItsLimitAndReportsErrors) {
   faults.Fail(FaultyCalls::kRead, faults.Count(FaultyCalls::kRead) + 2, EIO);
   EXPECT_FALSE(ReadWholeFile(path, big.size(), content)) << "half a file is no file";
   EXPECT_EQ(content, "");
+}
+
+TEST(FullPathTest, BeginsAtTheRootAndKeepsWhatLeadsElsewhere) {
+  const std::string here = std::filesystem::current_path();
+  EXPECT_EQ(platform::FullPath("/a//b/./c/"), "/a/b/c");
+  EXPECT_EQ(platform::FullPath("/a/link/../b"), "/a/link/../b");
+  EXPECT_EQ(platform::FullPath("x.cld"), here + "/x.cld");
+  EXPECT_EQ(platform::FullPath("./"), here);
+  EXPECT_EQ(platform::FullPath("//"), "/");
 }
 
 TEST(MakeFolderTest, MakesEveryLevel) {

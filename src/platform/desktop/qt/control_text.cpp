@@ -2,6 +2,8 @@
 
 #include <QAbstractButton>
 #include <QComboBox>
+#include <QFile>
+#include <QFontMetrics>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
@@ -43,6 +45,24 @@ void Show(QWidget& control, const QString& text) {
   }
 }
 
+// The bytes are remembered before the text is shown: showing it already asks for it.
+void SetBytes(QWidget& control, const QByteArray& bytes, const QString& text) {
+  control.setProperty(kSetBytes, bytes);
+  control.setProperty(kShownText, QVariant());
+  Show(control, text);
+  control.setProperty(kShownText, ShownText(control));
+}
+
+// False when the user has changed what was set.
+bool IsUntouched(const QWidget& control) {
+  const QVariant shown = control.property(kShownText);
+  return shown.isValid() && shown.toString() == ShownText(control);
+}
+
+std::string SetBytesOf(const QWidget& control) {
+  return control.property(kSetBytes).toByteArray().toStdString();
+}
+
 // Bytes that a part of a text takes in the files, where each line end takes two.
 qsizetype StoredSize(const QString& text) {
   return text.size() + text.count(u'\n');
@@ -51,22 +71,28 @@ qsizetype StoredSize(const QString& text) {
 }  // namespace
 
 void SetControlText(QWidget& control, const char* text) {
-  // The bytes are remembered before the text is shown: showing it already asks for it.
-  control.setProperty(kSetBytes, QByteArray(text));
-  control.setProperty(kShownText, QVariant());
-  Show(control, TextFromCodePage(text));
-  control.setProperty(kShownText, ShownText(control));
+  SetBytes(control, QByteArray(text), TextFromCodePage(text));
 }
 
 std::string ControlText(const QWidget& control) {
+  if (IsUntouched(control)) return SetBytesOf(control);
   QString text = ShownText(control);
-  const QVariant shown = control.property(kShownText);
-  if (shown.isValid() && shown.toString() == text)
-    return control.property(kSetBytes).toByteArray().toStdString();
   if (qobject_cast<const QPlainTextEdit*>(&control) != nullptr) {
     text.replace(u'\n', QStringLiteral("\r\n"));
   }
   return CodePageFromText(text);
+}
+
+void SetControlPath(QWidget& control, const std::string& path) {
+  QString text = QFile::decodeName(path.c_str());
+  if (qobject_cast<QLabel*>(&control) != nullptr) {
+    text = control.fontMetrics().elidedText(text, Qt::ElideMiddle, control.width());
+  }
+  SetBytes(control, QByteArray::fromStdString(path), text);
+}
+
+std::string ControlPath(const QWidget& control) {
+  return IsUntouched(control) ? SetBytesOf(control) : QFile::encodeName(ShownText(control)).toStdString();
 }
 
 void LimitControlText(QWidget& control, int bytes) {
@@ -81,10 +107,9 @@ void LimitControlText(QWidget& control, int bytes) {
 
 void TrimTextEdit(QPlainTextEdit& edit, int position, int added) {
   const QString whole = edit.toPlainText();
-  const QVariant shown = edit.property(kShownText);
   const QVariant limit = edit.property(kLimit);
   // A text set by the program is not trimmed, only what the user adds.
-  if (shown.isValid() && shown.toString() == whole) return;
+  if (IsUntouched(edit)) return;
   const int end = static_cast<int>(std::min<qsizetype>(position + added, whole.size()));
   if (position >= end) return;
   const QString part = whole.mid(position, end - position);

@@ -10,6 +10,10 @@ class QWidget;
 void SetControlText(QWidget& control, const char* text);
 // The text as bytes, line ends as CR LF; byte for byte what was set as long as the user has not touched it.
 std::string ControlText(const QWidget& control);
+// The same for what names a file, in the file system's encoding; a label cuts it in the middle where it has
+// no room.
+void SetControlPath(QWidget& control, const std::string& path);
+std::string ControlPath(const QWidget& control);
 // At most so many bytes can be typed from now on.
 void LimitControlText(QWidget& control, int bytes);
 // Takes back, of `added` characters that came in at `position`, what the code page lacks or the limit

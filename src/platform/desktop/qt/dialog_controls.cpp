@@ -8,6 +8,7 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPlainTextEdit>
+#include <QProgressBar>
 #include <QSignalBlocker>
 #include <QTextBlock>
 #include <QTextCursor>
@@ -46,7 +47,7 @@ void Report(const QWidget* control, unsigned code) {
 }
 
 void BindLineEdit(QLineEdit* edit, QWidget* control, unsigned code) {
-  edit->setValidator(new CodePageValidator(edit));
+  if (!control->property("anyCharacter").toBool()) edit->setValidator(new CodePageValidator(edit));
   QObject::connect(edit, &QLineEdit::textChanged, control, [control, code] { Report(control, code); });
 }
 
@@ -149,6 +150,19 @@ LRESULT SendToComboBox(QComboBox& box, UINT message, WPARAM wParam, LPARAM lPara
   }
 }
 
+LRESULT SendToProgressBar(QProgressBar& bar, UINT message, WPARAM wParam, LPARAM lParam) {
+  switch (message) {
+    case PBM_SETRANGE32:
+      bar.setRange(static_cast<int>(wParam), static_cast<int>(lParam));
+      return 1;
+    case PBM_SETPOS:
+      bar.setValue(static_cast<int>(wParam));
+      return 1;
+    default:
+      return kControlError;
+  }
+}
+
 int SelectedLine(const QListWidget& list) {
   const QList<QListWidgetItem*> selected = list.selectedItems();
   return selected.isEmpty() ? -1 : list.row(selected.front());
@@ -176,6 +190,12 @@ LRESULT SendToListBox(QListWidget& list, UINT message, WPARAM wParam, LPARAM lPa
       const int place = PlaceFor(list, text, [&](int index) { return list.item(index)->text(); });
       list.insertItem(place, item);
       return place;
+    }
+    case LB_DELETESTRING: {
+      const QSignalBlocker quiet(list);
+      const std::unique_ptr<QListWidgetItem> taken(list.takeItem(line));
+      list.clearSelection();
+      return taken != nullptr ? list.count() : kControlError;
     }
     case LB_RESETCONTENT: {
       const QSignalBlocker quiet(list);
@@ -212,6 +232,10 @@ void BindControls(QDialog& dialog) {
     if (!id.isValid()) continue;
     WindowEntry& entry = AddWindow(control, WindowKind::kControl, Bind(control));
     entry.controlId = id.toInt();
+    // A dialog that hides what does not belong to a choice must not jump about.
+    QSizePolicy policy = control->sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    control->setSizePolicy(policy);
   }
 }
 
@@ -229,5 +253,7 @@ LRESULT SendToControl(const WindowEntry& control, UINT message, WPARAM wParam, L
     return SendToComboBox(*box, message, wParam, lParam);
   if (auto* list = qobject_cast<QListWidget*>(control.widget))
     return SendToListBox(*list, message, wParam, lParam);
+  if (auto* bar = qobject_cast<QProgressBar*>(control.widget))
+    return SendToProgressBar(*bar, message, wParam, lParam);
   return kControlError;
 }

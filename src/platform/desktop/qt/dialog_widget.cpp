@@ -11,6 +11,7 @@
 #include "platform/desktop/qt/posted_message.h"
 
 DialogWidget::DialogWidget(QWidget* parent) : QDialog(parent) {
+  TrimDialogFrame(*this);
   setMouseTracking(true);
 }
 

@@ -4,16 +4,32 @@
 
 #include "platform/desktop/messages.h"
 
+namespace {
+
+// The row above the letters has the digits whatever it types: on many keyboards these are marks. 0 for other
+// keys and where the platform does not number its keys.
+unsigned DigitOfRow(const QKeyEvent& event) {
+  constexpr unsigned kFirstInRow = 10;  // as X and Wayland number them
+  const unsigned place = event.nativeScanCode() - kFirstInRow;
+  return place < 10 ? static_cast<unsigned>("1234567890"[place]) : 0;
+}
+
+}  // namespace
+
 unsigned KeyOf(const QKeyEvent& event) {
   const int key = event.key();
+  if (key == Qt::Key_F10 && event.modifiers() == Qt::ShiftModifier) return VK_APPS;
   if ((key >= Qt::Key_A && key <= Qt::Key_Z) || (key >= Qt::Key_0 && key <= Qt::Key_9)) {
     return static_cast<unsigned>(key);
   }
   if (key >= Qt::Key_F1 && key <= Qt::Key_F12) return VK_F1 + static_cast<unsigned>(key - Qt::Key_F1);
+  if (const unsigned digit = DigitOfRow(event); digit != 0 && event.modifiers() & Qt::AltModifier)
+    return digit;
   switch (key) {
     case Qt::Key_Backspace:
       return VK_BACK;
     case Qt::Key_Tab:
+    case Qt::Key_Backtab:
       return VK_TAB;
     case Qt::Key_Return:
     case Qt::Key_Enter:
@@ -42,6 +58,8 @@ unsigned KeyOf(const QKeyEvent& event) {
       return VK_INSERT;
     case Qt::Key_Delete:
       return VK_DELETE;
+    case Qt::Key_Menu:
+      return VK_APPS;
     default:
       return 0;
   }

@@ -1,12 +1,14 @@
 #include "platform/desktop/qt/window_widget.h"
 
 #include <QCloseEvent>
+#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QPaintEvent>
 #include <QTimer>
 #include <QTimerEvent>
 #include <QWheelEvent>
 
+#include "platform/desktop/qt/accessible_window.h"
 #include "platform/desktop/qt/icon.h"
 #include "platform/desktop/qt/keyboard.h"
 #include "platform/desktop/qt/mouse.h"
@@ -15,6 +17,12 @@
 #include "platform/desktop/qt/window_table.h"
 
 namespace {
+
+// How the focus came to where it is; of the whole program, since there is one focus.
+bool focusByKeyboard = false;
+
+// While a window walks the tab stops outside of dialogs.
+bool walking = false;
 
 Qt::WindowFlags FlagsOf(DWORD style) {
   if (style & WS_CHILD) return Qt::Widget;
@@ -116,7 +124,7 @@ bool WindowWidget::InDialog() const {
 }
 
 bool WindowWidget::focusNextPrevChild(bool next) {
-  return InDialog() && QWidget::focusNextPrevChild(next);
+  return (InDialog() || walking) && QWidget::focusNextPrevChild(next);
 }
 
 void WindowWidget::keyPressEvent(QKeyEvent* event) {
@@ -142,10 +150,29 @@ void WindowWidget::keyReleaseEvent(QKeyEvent* event) {
   }
 }
 
-void WindowWidget::focusInEvent(QFocusEvent*) {
+void WindowWidget::WalkTabStops() {
+  walking = true;  // the windows around this one are asked, too
+  focusNextPrevChild(!(QGuiApplication::keyboardModifiers() & Qt::ShiftModifier));
+  walking = false;
+}
+
+bool WindowWidget::ShowsFocus() const {
+  return focusByKeyboard && hasFocus();
+}
+
+void WindowWidget::focusInEvent(QFocusEvent* event) {
+  // A window or a menu that closes gives the focus back as it was.
+  const Qt::FocusReason reason = event->reason();
+  const bool walked = reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason;
+  if (walked || reason == Qt::OtherFocusReason || reason == Qt::MouseFocusReason) focusByKeyboard = walked;
+  if (focusByKeyboard) update();
+  // When Qt has told that the window has the focus, it is told which of its items has it.
+  if (AccessibilityIsHeard()) QTimer::singleShot(0, this, [this] { AnnounceFocus(this); });
   Tell(WM_SETFOCUS, 0, 0);
 }
+
 void WindowWidget::focusOutEvent(QFocusEvent*) {
+  if (focusByKeyboard) update();
   Tell(WM_KILLFOCUS, 0, 0);
 }
 

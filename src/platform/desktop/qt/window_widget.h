@@ -22,6 +22,9 @@ class WindowWidget : public QWidget {
   // The window, or the frame around it, was painted.
   void NoteSeen();
   const QRegion& Marked() const { return marked; }
+  // Tab, with Shift backwards, from this window.
+  void WalkTabStops();
+  bool ShowsFocus() const;
 
  protected:
   bool event(QEvent* event) override;

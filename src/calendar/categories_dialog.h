@@ -1,0 +1,11 @@
+// The dialogs "Categories" and "New Category", in which a user edits the list of category names that a
+// calendar file carries. Appointments keep the names they have.
+#pragma once
+
+#include "core/record_file.h"
+#include "framework/zarf_wnd.h"
+
+// Shows the file's list over `owner` and stores what the user made of it: in alphabetical order, the first 29
+// names. True when it was stored; false, the list as it was, when the user cancelled or may only read the
+// file, which is told.
+bool EditCategories(ZarfWnd* owner, core::RecordFile& file);

@@ -1,0 +1,27 @@
+// The dialog in which a calendar is made: it asks for a name and a folder and stays until the file is there.
+#pragma once
+
+#include <string>
+
+#include "framework/zarf_dialog.h"
+
+class NewFileDialog : public ZarfDialog {
+ public:
+  // `note` is a line (UTF-8) above the fields that says why the user is asked; empty for none.
+  explicit NewFileDialog(std::string note = "") : noteText(std::move(note)) {}
+
+  // 1 when the user made a calendar, which is then at Path(); 0 for Cancel.
+  int Run(ZarfWnd* owner);
+  const std::string& Path() const { return path; }
+
+  LRESULT OnInitDialog(const MessageRecord& record) override;
+  LRESULT OnCommand(const MessageRecord& record) override;
+
+ private:
+  void EnableOk();
+  void OnBrowse();
+  void OnOk();
+
+  const std::string noteText;
+  std::string path;
+};

@@ -1,0 +1,63 @@
+#include "framework/progress_window.h"
+
+#include <algorithm>
+
+#include "framework/services.h"
+#include "platform/desktop/application.h"
+
+namespace {
+
+constexpr int kTemplate = 1009;
+constexpr int kLine = 99;
+constexpr int kBar = 100;
+
+}  // namespace
+
+ProgressWindow::~ProgressWindow() {
+  Close();
+}
+
+void ProgressWindow::Begin(ZarfWnd* owner, const std::string& text, std::uint32_t newSteps) {
+  Close();
+  dialogOwner = owner;
+  steps = std::max<std::uint32_t>(newSteps, 1);
+  done = 0;
+  shown = 0;
+  if (Open(owner, kTemplate) != 1) return;
+  SetDlgItemPath(hwnd, kLine, text);
+  const HWND bar = GetDlgItem(hwnd, kBar);
+  RECT area;
+  if (::GetClientRect(bar, &area)) barWidth = static_cast<std::uint64_t>(Width(area));
+  SendMessage(bar, PBM_SETRANGE32, 0, static_cast<LPARAM>(barWidth));
+  WaitUntilShown(hwnd);
+}
+
+void ProgressWindow::Step() {
+  ++done;
+  const std::uint64_t pixels = std::min(done, steps) * barWidth / steps;
+  if (pixels == shown) return;
+  shown = pixels;
+  SendItemMessage(kBar, PBM_SETPOS, pixels, 0);
+  RunWaitingMessages();
+}
+
+void ProgressWindow::Close() {
+  barWidth = 0;
+  if (!IsWindow(hwnd)) return;
+  DestroyWindow(hwnd);
+  if (dialogOwner != nullptr) SetForegroundWindow(dialogOwner->Handle());
+}
+
+int ProgressWindow::Open(ZarfWnd* owner, int templateId) {
+  return CreateModeless(owner, templateId) ? 1 : -1;
+}
+
+LRESULT ProgressWindow::OnInitDialog(const MessageRecord&) {
+  BlockOtherWindows(hwnd);
+  CenterOver(Parent(), hwnd);
+  return 1;
+}
+
+LRESULT ProgressWindow::OnCommand(const MessageRecord&) {
+  return 1;
+}

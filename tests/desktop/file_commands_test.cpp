@@ -1,0 +1,393 @@
+// The commands of the File menu that deal with calendar files, and the start of the program without one.
+#include <gtest/gtest.h>
+
+#include <array>
+#include <filesystem>
+
+#include "core/ini_file.h"
+#include "platform/desktop/dialog.h"
+#include "platform/desktop/message_box.h"
+#include "platform/system/file.h"
+#include "shell/commands.h"
+#include "support/calendar_program.h"
+#include "support/child_process.h"
+#include "support/temporary_calendar.h"
+
+namespace tests {
+namespace {
+
+constexpr int kNameEdit = 100;
+constexpr int kFolderEdit = 101;
+constexpr int kBrowseButton = 102;
+constexpr int kNoteLine = 103;
+constexpr int kExamplesBox = 104;
+constexpr int kPasswordEdit = 100;
+constexpr int kOwnerEdit = 100;
+
+constexpr const char* kWrongPassword = "Can't open this file. Incorrect password.";
+constexpr const char* kNoPermission = "You don't have permission for this action.";
+constexpr const char* kNoAccess = "\".\r\nAccess has been denied";
+
+using Passwords = std::array<std::string, 3>;
+
+// A program whose settings are empty, on a calendar that the test has open as well.
+class FileCommands : public testing::Test {
+ protected:
+  FileCommands() : FileCommands(TemporaryCalendar::Passwords{}) {}
+  explicit FileCommands(const TemporaryCalendar::Passwords& passwords) : calendar(passwords) {
+    for (const auto& entry : std::filesystem::directory_iterator(CalendarProgramFolder())) {
+      if (entry.path().filename() != "Daybrix.ini") std::filesystem::remove_all(entry.path());
+    }
+    calendar.Add(Entry("Ours").On(14, 3, 2004));
+  }
+
+  static std::string Works(const std::string& name) { return CalendarProgramFolder() + "/works/" + name; }
+  static std::string Setting(const char* key) {
+    std::string value;
+    core::IniFile().ReadString("Preference", key, value);
+    return value;
+  }
+  static std::string Bytes(const std::string& path) {
+    std::string bytes;
+    platform::ReadWholeFile(path, 1 << 20, bytes);
+    return bytes;
+  }
+  static std::uint32_t OpenCount(const std::string& path) {
+    core::HeaderBlock header;
+    std::memcpy(&header, Bytes(path).substr(core::kHeaderBlockOffset).data(), sizeof header);
+    return header.openCount;
+  }
+  std::string Sample() const {
+    std::string copy = folder.Join("guarded.cld");
+    std::filesystem::copy_file(DAYBRIX_SOURCE_FOLDER "/tests/data/guarded.cld", copy);
+    return copy;
+  }
+
+  void Command(unsigned id) { SendMessage(program.Frame(), WM_COMMAND, id, 0); }
+  // Opens a file by the keyboard; with a password when it is asked for one.
+  void OpenFile(const std::string& path, const char* password = nullptr) {
+    program.driver.ChooseFile(path);
+    if (password != nullptr) EnterPassword(password);
+    program.driver.Press(program.List(), 'O', MK_CONTROL);
+  }
+  // An empty one cancels.
+  void EnterPassword(const std::string& password) {
+    program.driver.WhenDialogOpens([this, password](HWND dialog) {
+      EXPECT_FALSE(IsWindowEnabled(GetDlgItem(dialog, IDOK)));
+      program.driver.TypeInto(dialog, kPasswordEdit, password);
+      program.driver.Press(dialog, password.empty() ? VK_ESCAPE : VK_RETURN);
+    });
+  }
+  // Types into the dialog for three passwords that opens next; `shown` is what it is to begin with.
+  void EnterPasswords(const Passwords& shown, const Passwords& typed, int answer = IDOK) {
+    program.driver.WhenDialogOpens([this, shown, typed, answer](HWND dialog) {
+      for (int i = 0; i < 3; ++i) {
+        char text[64];
+        GetDlgItemText(dialog, kOwnerEdit + i, text, sizeof text);
+        EXPECT_EQ(text, shown[static_cast<std::size_t>(i)]);
+        program.driver.TypeInto(dialog, kOwnerEdit + i, typed[static_cast<std::size_t>(i)]);
+        if (typed[static_cast<std::size_t>(i)].empty()) program.driver.Press(dialog, VK_DELETE);
+      }
+      program.driver.ClickControl(dialog, answer);
+    });
+  }
+
+  CalendarProgram program;
+  TemporaryCalendar calendar;
+  TemporaryFolder folder;
+};
+
+TEST_F(FileCommands, NewMakesACalendarOnceItsNameIsGood) {
+  program.Run(calendar.Path(), [&] {
+    const std::string taken = folder.Write("taken.cld", "not ours to touch");
+    program.driver.WhenDialogOpens([&](HWND dialog) {
+      EXPECT_EQ(GetWindowText(dialog), "Create New File");
+      EXPECT_EQ(GetDlgItemPath(dialog, kFolderEdit), CalendarProgramFolder() + "/works");
+      EXPECT_TRUE(IsDlgButtonChecked(dialog, kExamplesBox));
+      EXPECT_FALSE(IsWindowVisible(GetDlgItem(dialog, kNoteLine)));
+      EXPECT_FALSE(IsWindowEnabled(GetDlgItem(dialog, IDOK)));
+      program.driver.TypeInto(dialog, kNameEdit, "taken");
+      program.driver.TypeInto(dialog, kFolderEdit, folder.Path() + "//.");
+      program.driver.AnswerMessageBox("This file alredy exists.\r\nPlease selact another file name.", IDOK);
+      program.driver.Press(dialog, VK_RETURN);
+      for (const std::string& bad : {std::string("no/such/folder"), std::string(255, 'n')}) {
+        program.driver.TypeInto(dialog, kNameEdit, bad);
+        program.driver.AnswerMessageBox("Error in creating a file.", IDOK);
+        program.driver.ClickControl(dialog, IDOK);
+      }
+      EXPECT_EQ(Setting("RecordExample"), "");
+      program.driver.ClickControl(dialog, kExamplesBox);
+      program.driver.TypeInto(dialog, kNameEdit, "Team.2");
+      program.driver.ClickControl(dialog, IDOK);
+    });
+    program.driver.Press(program.List(), 'N', MK_CONTROL);
+    const std::string made = folder.Join("Team.2.cld");
+    EXPECT_EQ(program.File()->Path(), made);
+    EXPECT_EQ(Setting("DefaulFile"), made);
+    EXPECT_EQ(Setting("RecordExample"), "0");
+    EXPECT_EQ(Bytes(made).size(), 2625U);
+    EXPECT_EQ(OpenCount(made), 1U);
+    EXPECT_EQ(Bytes(taken), "not ours to touch");
+    EXPECT_EQ(+calendar.Header().openCount, 1U) << "the test's own";
+    EXPECT_EQ(folder.Count(), 2U);
+    EXPECT_EQ(GetFocus(), program.List());
+
+    program.driver.WhenDialogOpens([&](HWND dialog) {
+      EXPECT_FALSE(IsDlgButtonChecked(dialog, kExamplesBox));
+      program.driver.ClickControl(dialog, kExamplesBox);
+      program.driver.TypeInto(dialog, kNameEdit, "never");
+      program.driver.Press(dialog, VK_ESCAPE);
+    });
+    Command(ID_FILE_NEW);
+    EXPECT_EQ(program.File()->Path(), made);
+    EXPECT_EQ(Setting("RecordExample"), "0");
+    EXPECT_FALSE(platform::FileExists(Works("never.cld")));
+  });
+}
+
+// A folder whose name the code page lacks, chosen by hand, and a name typed with it.
+TEST_F(FileCommands, AnyPathWillDo) {
+  const std::string greek = folder.Join("Ημερολόγιο");
+  ASSERT_TRUE(platform::MakeFolder(greek));
+  program.Run(calendar.Path(), [&] {
+    program.driver.WhenDialogOpens([&](HWND dialog) {
+      program.driver.ChooseFile(greek);
+      program.driver.ClickControl(dialog, kBrowseButton);
+      EXPECT_EQ(GetDlgItemPath(dialog, kFolderEdit), greek);
+      program.driver.TypeInto(dialog, kNameEdit, "Caf\xE9");
+      program.driver.ClickControl(dialog, IDOK);
+    });
+    Command(ID_FILE_NEW);
+    EXPECT_EQ(program.File()->Path(), greek + "/Café.cld");
+    EXPECT_EQ(program.Subjects().size(), 3U);
+    OpenFile(calendar.Path());
+    EXPECT_EQ(program.Subjects(), std::vector<std::string>{"Ours"});
+    OpenFile(greek + "/Café.cld");
+    EXPECT_EQ(program.Subjects().size(), 3U);
+  });
+  program.Run("", [&] { EXPECT_EQ(program.File()->Path(), greek + "/Café.cld"); });
+}
+
+TEST_F(FileCommands, OpenLeavesTheOldFileUnlessTheNewOneOpens) {
+  const std::string guarded = Sample();
+  const std::string letter = folder.Write("letter.cld", "Dear reader");
+  program.Run(calendar.Path(), [&] {
+    for (const char* wrong : {"read3", "Read3 ", ""}) {
+      program.driver.ChooseFile(guarded);
+      EnterPassword(wrong);
+      program.driver.AnswerMessageBox(kWrongPassword, IDOK);
+      Command(ID_FILE_OPEN);
+    }
+    EXPECT_EQ(program.driver.LastFileKinds(), std::vector<std::string>{"Tempoline file (*.cld)"});
+    program.driver.ChooseFile(letter);
+    program.driver.AnswerMessageBox(letter + "\".\r\nThe file is incomplete.", IDOK);
+    Command(ID_FILE_OPEN);
+    program.driver.ChooseFile("");
+    Command(ID_FILE_OPEN);
+    EXPECT_EQ(program.Subjects(), std::vector<std::string>{"Ours"});
+    EXPECT_EQ(Setting("DefaulFile"), "");
+    EXPECT_EQ(OpenCount(guarded), 2U) << "only looked at";
+
+    OpenFile(guarded, "Read3");
+    EXPECT_EQ(program.File()->Path(), guarded);
+    EXPECT_EQ(program.File()->AccessLevel(), core::Access::kReader);
+    EXPECT_EQ(Setting("DefaulFile"), guarded);
+    EXPECT_EQ(OpenCount(guarded), 1U) << "a file left open by a dead program is brought in order";
+    EXPECT_EQ(+calendar.Header().openCount, 1U) << "the test's own";
+    OpenFile(guarded, "OwnerPw1");  // the open file itself
+    EXPECT_EQ(program.File()->AccessLevel(), core::Access::kOwner);
+    EXPECT_EQ(OpenCount(guarded), 1U);
+  });
+  EXPECT_EQ(OpenCount(guarded), 0U);
+}
+
+TEST_F(FileCommands, TheOwnerSetsThePasswordsTypingThemTwice) {
+  const std::string before = calendar.Bytes();
+  const std::string twenty = "abcdefghij0123456789";
+  program.Run(calendar.Path(), [&] {
+    const std::string opened = calendar.Bytes();
+    EnterPasswords({}, {"x", "y", "z"}, IDCANCEL);
+    Command(ID_PASSWORDS);
+    EnterPasswords({}, {"x", "y", "z"});
+    EnterPasswords({}, {"x", "y", "z"}, IDCANCEL);
+    Command(ID_PASSWORDS);
+    EXPECT_EQ(calendar.Bytes(), opened);
+
+    const Passwords set = {twenty, "caf\xE9", ""};
+    EnterPasswords({}, set);
+    EnterPasswords({}, {twenty, "Caf\xE9", ""});
+    program.driver.AnswerMessageBox("You did not enter the same password. Try again.", IDOK);
+    EnterPasswords({}, set);
+    Command(ID_PASSWORDS);
+    EXPECT_EQ(program.File()->AccessLevel(), core::Access::kOwner);
+    std::string expected = opened;
+    expected.replace(12 + 217, 19, twenty.substr(0, 19)).replace(12 + 237, 4, "caf\xE9");
+    EXPECT_EQ(calendar.Bytes(), expected);
+
+    // What was typed in full length was kept one shorter.
+    program.driver.ChooseFile(calendar.Path());
+    EnterPassword(twenty);
+    program.driver.AnswerMessageBox(kWrongPassword, IDOK);
+    Command(ID_FILE_OPEN);
+    OpenFile(calendar.Path(), "caf\xE9");
+    EXPECT_EQ(program.File()->AccessLevel(), core::Access::kAssistant);
+    program.driver.AnswerMessageBox(kNoPermission, IDOK);
+    Command(ID_PASSWORDS);
+    EXPECT_EQ(calendar.Bytes(), expected);
+
+    OpenFile(calendar.Path(), twenty.substr(0, 19).c_str());
+    EnterPasswords({twenty.substr(0, 19), "caf\xE9", ""}, {});
+    EnterPasswords({}, {});
+    Command(ID_PASSWORDS);
+    EXPECT_EQ(calendar.Bytes(), opened) << "empty ones are taken away";
+    EXPECT_EQ(program.File()->AccessLevel(), core::Access::kOwner);
+  });
+  EXPECT_EQ(calendar.Bytes(), before);
+}
+
+TEST_F(FileCommands, SaveAsWritesACompactedCopyBesideTheOpenFile) {
+  const std::int32_t gone = calendar.Add(Entry("Gone"));
+  ASSERT_EQ(calendar.file.DeleteRecord(gone), core::Result::kDone);
+  ASSERT_TRUE(calendar.file.LockRecord(2625));
+  core::SetRefreshEnabled(true);
+  const auto saveAs = [&](const std::string& target) {
+    program.driver.ChooseFile(target);
+    if (platform::FileExists(target)) program.driver.AnswerMessageBox("already exists", IDYES);
+  };
+  program.Run(calendar.Path(), [&] {
+    const std::string opened = calendar.Bytes();
+    const std::string copy = folder.Join("copy.cld");
+    saveAs(folder.Join("copy"));
+    Command(ID_FILE_SAVE_AS);
+    EXPECT_EQ(Bytes(copy).size(), 2625U + 2627U);
+    EXPECT_EQ(OpenCount(copy), 0U);
+    EXPECT_EQ(Bytes(copy)[2625 + 5], 0) << "nobody edits the copy";
+    EXPECT_EQ(program.File()->Path(), calendar.Path());
+    EXPECT_EQ(Setting("DefaulFile"), "");
+
+    folder.Write("copy.cld", "replaced");
+    saveAs(copy);
+    Command(ID_FILE_SAVE_AS);
+    EXPECT_EQ(Bytes(copy).size(), 2625U + 2627U);
+
+    saveAs(calendar.Path());
+    Command(ID_FILE_SAVE_AS);
+    {
+      const core::RecordFile other(copy, "");
+      const std::string theirs = Bytes(copy);
+      saveAs(copy);
+      program.driver.AnswerMessageBox(copy + kNoAccess, IDOK);
+      Command(ID_FILE_SAVE_AS);
+      EXPECT_EQ(Bytes(copy), theirs);
+    }
+    saveAs("");
+    Command(ID_FILE_SAVE_AS);
+    EXPECT_EQ(calendar.Bytes(), opened);
+    EXPECT_EQ(folder.Count(), 1U);
+  });
+}
+
+TEST_F(FileCommands, CompactTakesAFileThatNobodyHasOpen) {
+  const std::string guarded = Sample();
+  const std::size_t size = Bytes(guarded).size();
+  program.Run(calendar.Path(), [&] {
+    const auto compact = [&](const std::string& path, bool refused) {
+      program.driver.ChooseFile(path);
+      if (refused) program.driver.AnswerMessageBox(path + kNoAccess, IDOK);
+      Command(ID_COMPACT);
+    };
+    compact(calendar.Path(), true);
+    {
+      ChildProcess other([&](const ChildProcess::Signal& ready) {
+        const core::RecordFile file(guarded, "");
+        ready();
+        return UntilKilled();
+      });
+      ASSERT_TRUE(other.Ready());
+      compact(guarded, true);
+      EXPECT_EQ(Bytes(guarded).size(), size);
+    }
+    compact(guarded, false);
+    EXPECT_EQ(OpenCount(guarded), 0U);
+    const std::string text = folder.Write("text.cld", "no calendar");
+    program.driver.ChooseFile(text);
+    program.driver.AnswerMessageBox(text, IDOK);
+    Command(ID_COMPACT);
+    EXPECT_EQ(Bytes(text), "no calendar");
+  });
+}
+
+TEST_F(FileCommands, OneAtATimeAndTheFrameWaitsForItsEnd) {
+  bool ended = false;
+  program.Run(calendar.Path(), [&] {
+    const HWND frame = program.Frame();
+    program.driver.WhenDialogOpens([&](HWND dialog) {
+      PostMessage(frame, WM_COMMAND, ID_FILE_OPEN, 0);
+      PostMessage(frame, WM_COMMAND, ID_ITEM_NEW, 0);
+      PostMessage(frame, WM_CLOSE, 0, 0);
+      program.driver.ProcessEvents();
+      EXPECT_TRUE(IsWindow(frame));
+      program.driver.ClickControl(dialog, IDCANCEL);
+    });
+    Command(ID_FILE_NEW);
+    program.driver.WaitUntil([&] { return !IsWindow(frame); });
+    ended = true;
+  });
+  EXPECT_TRUE(ended);
+}
+
+class StartWithoutAFile : public FileCommands {
+ protected:
+  StartWithoutAFile() : FileCommands({"Owner", "", ""}) {}
+
+  // The dialog that makes a calendar comes next; it is left by Escape, or with a name.
+  void ExpectNew(const std::string& note, const std::string& name = "") {
+    program.driver.WhenDialogOpens([this, note, name](HWND dialog) {
+      EXPECT_EQ(GetWindowText(dialog), "Create New File");
+      EXPECT_EQ(GetDlgItemPath(dialog, kNoteLine), note);
+      program.driver.TypeInto(dialog, kNameEdit, name);
+      program.driver.Press(dialog, name.empty() ? VK_ESCAPE : VK_RETURN);
+    });
+  }
+  // True when the program came to its message loop with a calendar.
+  bool Starts(const std::string& file) {
+    bool started = false;
+    EXPECT_EQ(program.Run(file, [&] { started = IsWindow(program.Frame()) && program.File() != nullptr; }),
+              0);
+    return started;
+  }
+  static void SetDefault(const std::string& path) {
+    core::IniFile().WriteString("Preference", "DefaulFile", path);
+  }
+};
+
+TEST_F(StartWithoutAFile, TheUserMakesOneOrTheProgramEnds) {
+  EnterPassword("owner");
+  program.driver.AnswerMessageBox(kWrongPassword, IDOK);
+  ExpectNew("");
+  EXPECT_FALSE(Starts(calendar.Path()));
+  EXPECT_EQ(Setting("DefaulFile"), "");
+  EnterPassword("Owner");
+  EXPECT_TRUE(Starts(calendar.Path()));
+
+  SetDefault(folder.Join("gone.cld"));
+  ExpectNew("The calendar \"" + folder.Join("gone.cld") + "\" does not exist.");
+  EXPECT_FALSE(Starts(""));
+  EXPECT_EQ(Setting("DefaulFile"), folder.Join("gone.cld"));
+  ExpectNew("The calendar \"" + folder.Join("gone.cld") + "\" does not exist.", "mine");
+  EXPECT_TRUE(Starts(""));
+  EXPECT_EQ(Setting("DefaulFile"), Works("mine.cld"));
+  EXPECT_TRUE(Starts(""));
+
+  // A calendar of the first start that the settings have forgotten.
+  std::filesystem::remove(Works("mine.cld"));
+  SetDefault("");
+  EXPECT_TRUE(Starts(""));
+  const std::string first = Setting("DefaulFile");
+  SetDefault("");
+  ExpectNew("There is a calendar already: \"" + first + "\"");
+  EXPECT_FALSE(Starts(""));
+}
+
+}  // namespace
+}  // namespace tests

@@ -1,0 +1,119 @@
+// The running program as assistive technology reads it and as a user without a mouse works it.
+#include <gtest/gtest.h>
+
+#include "shell/frame_metrics.h"
+#include "support/calendar_program.h"
+#include "support/screen_reader.h"
+#include "support/temporary_calendar.h"
+
+namespace tests {
+namespace {
+
+using Texts = std::vector<std::string>;
+
+class ProgramAccess : public testing::Test {
+ protected:
+  ProgramAccess() {
+    calendar.Add(Entry("Lunch").On(14, 3, 2004).At(9, 0).Category("Calls"));
+    calendar.Add(Entry("Whole").On(14, 3, 2004).AllDay());
+  }
+  void Press(const std::vector<unsigned>& keys) {
+    for (const unsigned key : keys) program.driver.Press(program.Frame(), key);
+    program.driver.ProcessEvents();
+  }
+  std::string FirstHeard() {
+    const Texts heard = reader.TakeHeard();
+    return heard.empty() ? "" : heard.front();
+  }
+
+  CalendarProgram program;
+  TemporaryCalendar calendar;
+  ScreenReader reader;
+};
+
+TEST_F(ProgramAccess, TheFrameIsReadFromTheOutsideIn) {
+  program.Run(calendar.Path(), [&] {
+    const HWND frame = program.Frame();
+    EXPECT_EQ(reader.Read(frame), "Window \"Daybrix\" 4");
+    const Texts buttons = {"Button \"Minimize\"", "Button \"Maximize\"", "Button \"Close\""};
+    for (int item = 0; item < 3; ++item) {
+      EXPECT_EQ(reader.Read(frame, item + 1), buttons[static_cast<std::size_t>(item)]);
+    }
+    EXPECT_EQ(reader.ReadAt(frame, {400 - kFrameInsets.left, 10 - kFrameInsets.top}), buttons[2]);
+    const HWND bar = WindowFromPoint(ClientToScreen(frame, {300, 10}));
+    EXPECT_EQ(reader.Read(bar), "PageTabList \"Panes\" 2");
+    EXPECT_EQ(reader.Read(bar, 0), "PageTab \"Intro\"");
+    EXPECT_EQ(reader.Read(bar, 1), "PageTab \"Work\" selected");
+    EXPECT_EQ(reader.Read(GetParent(program.Panel().Handle())), "Pane \"Work\" 1");
+
+    reader.TakeHeard();
+    reader.Act(bar, 0, "Press");
+    EXPECT_EQ(reader.Read(bar, 0), "PageTab \"Intro\" selected");
+    EXPECT_EQ(reader.Read(GetFocus()), "Pane \"Intro\" focused 2");
+    EXPECT_EQ(reader.Read(GetFocus(), 0), "Graphic \"Tempoline\"");
+    EXPECT_EQ(reader.Read(GetFocus(), 1), "StaticText \"Tempoline\"");
+    EXPECT_EQ(FirstHeard(), "selection Intro");
+    RECT before;
+    RECT after;
+    GetWindowRect(frame, &before);
+    reader.Act(frame, 2, "Press");
+    GetWindowRect(frame, &after);
+    EXPECT_GT(Width(after), Width(before));
+    reader.Act(frame, 2, "Press");
+  });
+}
+
+TEST_F(ProgramAccess, TheDaysRowsAreReadInWords) {
+  program.Run(calendar.Path(), [&] {
+    Press({VK_ESCAPE});  // nothing to leave, but the window is in front
+    EXPECT_EQ(reader.Read(program.List()), "List \"Appointments of 14/3/2004\" focused 2");
+    EXPECT_EQ(reader.Read(program.List(), 0), "ListItem \"All day, Whole\"");
+    EXPECT_EQ(reader.Read(program.List(), 1), "ListItem \"09:00-09:00, Lunch, category Calls\"");
+    EXPECT_EQ(reader.Read(program.Days(), 13), "Cell \"Sunday, March 14, 2004\" (Today) selected");
+    EXPECT_EQ(reader.Read(program.Panel().Categories().Handle()),
+              "ComboBox \"Category: All Categories\" = All Categories");
+    reader.TakeHeard();
+    Press({VK_END});
+    EXPECT_EQ(FirstHeard(), "selection 09:00-09:00, Lunch, category Calls");
+  });
+
+  core::Appointment marked = Entry("Trip").AllDay().appointment;
+  marked.header.confidential = 1;
+  marked.alarmOn = 1;
+  EXPECT_EQ(DayRowText(&marked), "All day, Trip, confidential, alarm");
+  EXPECT_EQ(DayRowText(nullptr), "Record is deleted by another user.");
+}
+
+TEST_F(ProgramAccess, TabWalksThePanelAndTheFramesKeysGoOnWorking) {
+  program.Run(calendar.Path(), [&] {
+    Texts walked;
+    for (int step = 0; step < 8; ++step) {
+      Press({VK_TAB});
+      walked.push_back(GetWindowText(GetFocus()));
+    }
+    EXPECT_EQ(walked, (Texts{"Year", "Month", "", "Previous month", "Today", "Next month", "Category", ""}));
+    EXPECT_EQ(GetFocus(), program.List());
+    for (int step = 0; step < 4; ++step) program.driver.Press(program.Frame(), VK_TAB, MK_SHIFT);
+    EXPECT_EQ(GetWindowText(GetFocus()), "Previous month");
+    Press({VK_SPACE});
+    EXPECT_EQ(program.Panel().CurrentDate().month, 2);
+    program.driver.Press(program.Frame(), VK_TAB, MK_SHIFT);
+    EXPECT_EQ(GetFocus(), program.Days());
+    Press({VK_NEXT});
+    EXPECT_EQ(program.Subjects(), (Texts{"Whole", "Lunch"})) << "the day is shown that the keys pick";
+    EXPECT_EQ(GetFocus(), program.Days());
+
+    program.driver.WhenDialogOpens([&](HWND dialog) { program.driver.Press(dialog, VK_ESCAPE); });
+    Press({VK_INSERT});
+    EXPECT_EQ(GetFocus(), program.List()) << "where a command leaves it";
+    program.driver.ChooseMenuItem("");
+    Press({VK_DOWN, VK_APPS});
+    EXPECT_EQ(program.driver.LastMenu(), (Texts{"New...", "Edit...", "Delete..."}));
+    program.driver.Press(program.Frame(), '1', 0, true);
+    Press({VK_TAB});
+    EXPECT_EQ(reader.Read(GetFocus()), "Pane \"Intro\" focused 2") << "nothing there to walk to";
+  });
+}
+
+}  // namespace
+}  // namespace tests
