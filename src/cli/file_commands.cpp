@@ -1,18 +1,24 @@
 // The commands that make or rewrite a whole file: new and compact.
 #include "cli/calendar_access.h"
 #include "cli/commands.h"
-#include "core/calendar_file.h"
 #include "core/compaction.h"
 #include "core/file_messages.h"
+#include "core/new_calendar.h"
 #include "platform/system/file.h"
 
 namespace cli {
 
 Outcome NewCommand(const Arguments& arguments) {
   const std::string& path = arguments.file;
-  if (core::CreateCalendarFile(path, arguments.Has("examples"))) return {};
-  return FailOn(path, kFile,
-                platform::FileExists(path) ? "There is a file already." : "The file cannot be created.");
+  switch (core::CreateCalendar(path, arguments.Has("examples"))) {
+    case core::NewCalendar::kMade:
+      return {};
+    case core::NewCalendar::kExists:
+      return FailOn(path, kFile, "There is a file already.");
+    case core::NewCalendar::kFailed:
+      break;
+  }
+  return FailOn(path, kFile, "The file cannot be created.");
 }
 
 Outcome CompactCommand(const Arguments& arguments) {
