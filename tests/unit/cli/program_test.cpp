@@ -49,7 +49,7 @@ TEST(CliWords, HelpVersionAndWrongUse) {
 TEST(CliWords, TheManualIsWhole) {
   std::ifstream stream(DAYBRIX_SOURCE_FOLDER "/packaging/tempoline-cli.1");
   const std::string page{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
-  for (std::string word : cli::AllWords()) {
+  for (const std::string& word : cli::AllWords()) {
     std::string escaped;
     for (const char c : word) escaped += c == '-' ? "\\-" : std::string(1, c);
     EXPECT_NE(page.find(escaped), std::string::npos) << word;
@@ -63,7 +63,7 @@ class CliProgram : public testing::Test {
     calendar.file.Close();
     quoted = "'" + calendar.Path() + "'";
   }
-  TemporaryCalendar calendar{{"geheim", "", ""}};
+  TemporaryCalendar calendar{{"geheim", "Assistant", "Reader"}};
   std::string quoted;
 };
 
