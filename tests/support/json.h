@@ -1,4 +1,5 @@
-// Reads the JSON of the test data: objects, arrays, strings without escapes but \" and \\, whole numbers.
+// Reads the JSON of the test data: objects, arrays, strings without escapes but \" and \\, whole numbers, and
+// true, false and null as texts.
 #pragma once
 
 #include <cctype>
@@ -53,6 +54,8 @@ class JsonReader {
         if (first == '{') value.fields.push_back({name, Value()});
       }
       if (*at != '\0') ++at;
+    } else if (first == 't' || first == 'f' || first == 'n') {
+      while (std::isalpha(static_cast<unsigned char>(*at)) != 0) value.text += *at++;
     } else {
       char* end = nullptr;
       value.number = std::strtod(at, &end);

@@ -7,7 +7,6 @@
 
 #include <cerrno>
 #include <cstring>
-#include <functional>
 
 #include "support/child_process.h"
 #include "support/faulty_calls.h"
@@ -55,112 +54,119 @@ void PutIn(std::string& bytes, std::size_t field, T value) {
   Put(bytes, kFirst + field, value);
 }
 
+using Bytes = std::string;
+
+std::string InFirst(const char* what) {
+  return std::string("2625 slot: ").append(what);
+}
+
+struct Damage {
+  const char* name;
+  void (*damage)(Bytes& bytes);
+  Texts findings;
+};
+
+const std::vector<Damage> kDamages = {
+    {"sound", [](Bytes&) {}, {}},
+    {"empty", [](Bytes& b) { b.clear(); }, {"0 file header: the file ends in it, after 0 bytes"}},
+    {"cut header",
+     [](Bytes& b) { b.resize(100); },
+     {"100 header block: the file ends in it, after 100 bytes"}},
+    {"cut categories",
+     [](Bytes& b) { b.resize(2000); },
+     {"2000 category block: the file ends in it, after 2000 bytes"}},
+    {"sizes",
+     [](Bytes& b) {
+       Put<std::uint32_t>(b, 0, 0);
+       Put<std::uint32_t>(b, 4, 0xFFFFFFFF);
+       Put<std::uint32_t>(b, 8, 0x7FFFFFFF);
+     },
+     {"0 file header: headerBlockSize is 0, not 1581",
+      "4 file header: categoryBlockSize is 4294967295, not 1032",
+      "8 file header: slotSize is 2147483647, not 2627"}},
+    {"kind", [](Bytes& b) { b[16] = 'X'; }, {"16 header block: it names no kind of file that is known"}},
+    {"counts",
+     [](Bytes& b) {
+       Put<std::uint32_t>(b, 12 + 1018, 3);
+       Put<std::int32_t>(b, 12 + 1006, -2);
+       Put<std::uint32_t>(b, 1593 + 8, 31);
+     },
+     {"1030 header block: openCount is 3, but nobody has the file open",
+      "1601 category block: count is 31, but there is room for 30",
+      "1018 header block: freeSlotBalance is -2, but 0 slots are free"}},
+    {"tail", [](Bytes& b) { b += "xyz"; }, {"7879 end of file: 3 bytes that are no whole slot"}},
+    {"bytes",
+     [](Bytes& b) {
+       Put<std::uint32_t>(b, kFirst, 859);
+       b[kFirst + 5] = 1;
+       b[kFirst + 14] = 2;
+       b[kSecond + 4] = 7;
+     },
+     {InFirst("recordSize is 859, not 2627"), InFirst("its edit lock is set, but nobody has the file open"),
+      InFirst("confidential is 2, neither 0 nor 1"), "5252 slot: inUse is 7, neither 0 nor 1"}},
+    {"texts",
+     [](Bytes& b) {
+       b.replace(12 + 217, 20, 20, 'p');
+       b.replace(1593 + 12, 30, 30, 'c');
+       b.replace(kFirst + 16, 30, 30, 'c');
+       b.replace(kFirst + 1453, 150, 150, 's');
+     },
+     {"229 header block: ownerPassword has no terminator", "1605 category block: name has no terminator",
+      InFirst("category has no terminator"), InFirst("subject has no terminator")}},
+    {"days and times",
+     [](Bytes& b) {
+       PutIn<Date>(b, 1405, {31, 2, 2004});
+       PutIn<TimeOfDay>(b, 1417, {9, 57, 0, 1});
+       PutIn<TimeOfDay>(b, 1433, {9, 0, 0, 3});
+       PutIn<Date>(b, 826, {1, 1, 1999});
+       b[kFirst + 549] = 1;
+     },
+     {InFirst("date is 2004-2-31, no day of the calendar"),
+      InFirst("startTime is hour 9, minute 57, half 1, no time of day"),
+      InFirst("endTime is hour 9, minute 0, half 3, no time of day"),
+      InFirst("alarmDate is 1999-1-1, no day of the calendar"),
+      InFirst("alarmTime is hour 0, minute 0, half 0, no time of day")}},
+    {"weekly rule",
+     [](Bytes& b) {
+       PutIn<RepeatRule>(b, 1360, {kRepeatWeekly, {0, 0, 0}, 100, 0x80});
+     },
+     {InFirst("repeat rule: repeatParam 128 is no set of weekdays"),
+      InFirst("repeat rule: repeatEvery is 100, not 1 to 99"),
+      InFirst("repeat rule: repeatEnd is 0-0-0, no day of the calendar")}},
+    {"monthly rule",
+     [](Bytes& b) {
+       PutIn<RepeatRule>(b, 1360, {kRepeatMonthly, {29, 2, 2004}, 1, 32});
+     },
+     {InFirst("repeat rule: repeatParam 32 is no day of a month"),
+      InFirst("repeat rule: it ends before it begins")}},
+    {"yearly rule",
+     [](Bytes& b) {
+       PutIn<RepeatRule>(b, 1360, {kRepeatYearly, kNoEndDate, 1, 2 << 16 | 30});
+     },
+     {InFirst("repeat rule: repeatParam 131102 is no day of a year")}},
+    {"rule of no kind",
+     [](Bytes& b) { b[kFirst + 1360] = 3; },
+     {InFirst("repeat rule: repeatType 3 is unknown")}},
+    {"remains of a rule",
+     [](Bytes& b) { b[kFirst + 1360] = 0; },
+     {InFirst("repeat rule: repeatType is 0, but the rest is not")}},
+    {"ids",
+     [](Bytes& b) { b.replace(kSecond + 6, 8, b.substr(kFirst + 6, 8)); },
+     {"5252 slot: its recordId is also that of the record at 2625"}},
+    // What a free slot still holds has no meaning.
+    {"free slot",
+     [](Bytes& b) {
+       b.replace(kFirst + 5, 2600, 2600, '\xFF');
+       b[kFirst + 4] = 0;
+       Put<std::int32_t>(b, 12 + 1006, -1);
+     },
+     {}},
+};
+
 TEST(FileCheck, NamesEachFaultAndItsPlace) {
-  using Bytes = std::string;
-  const auto slot = [](const std::string& what) { return "2625 slot: " + what; };
-  const struct {
-    const char* name;
-    std::function<void(Bytes&)> damage;
-    Texts findings;
-  } kCases[] = {
-      {"sound", [](Bytes&) {}, {}},
-      {"empty", [](Bytes& b) { b.clear(); }, {"0 file header: the file ends in it, after 0 bytes"}},
-      {"cut header",
-       [](Bytes& b) { b.resize(100); },
-       {"100 header block: the file ends in it, after 100 bytes"}},
-      {"cut categories",
-       [](Bytes& b) { b.resize(2000); },
-       {"2000 category block: the file ends in it, after 2000 bytes"}},
-      {"sizes",
-       [](Bytes& b) {
-         Put<std::uint32_t>(b, 0, 0);
-         Put<std::uint32_t>(b, 4, 0xFFFFFFFF);
-         Put<std::uint32_t>(b, 8, 0x7FFFFFFF);
-       },
-       {"0 file header: headerBlockSize is 0, not 1581",
-        "4 file header: categoryBlockSize is 4294967295, not 1032",
-        "8 file header: slotSize is 2147483647, not 2627"}},
-      {"kind", [](Bytes& b) { b[16] = 'X'; }, {"16 header block: it names no kind of file that is known"}},
-      {"counts",
-       [](Bytes& b) {
-         Put<std::uint32_t>(b, 12 + 1018, 3);
-         Put<std::int32_t>(b, 12 + 1006, -2);
-         Put<std::uint32_t>(b, 1593 + 8, 31);
-       },
-       {"1030 header block: openCount is 3, but nobody has the file open",
-        "1601 category block: count is 31, but there is room for 30",
-        "1018 header block: freeSlotBalance is -2, but 0 slots are free"}},
-      {"tail", [](Bytes& b) { b += "xyz"; }, {"7879 end of file: 3 bytes that are no whole slot"}},
-      {"bytes",
-       [](Bytes& b) {
-         Put<std::uint32_t>(b, kFirst, 859);
-         b[kFirst + 5] = 1;
-         b[kFirst + 14] = 2;
-         b[kSecond + 4] = 7;
-       },
-       {slot("recordSize is 859, not 2627"), slot("its edit lock is set, but nobody has the file open"),
-        slot("confidential is 2, neither 0 nor 1"), "5252 slot: inUse is 7, neither 0 nor 1"}},
-      {"texts",
-       [](Bytes& b) {
-         b.replace(12 + 217, 20, 20, 'p');
-         b.replace(1593 + 12, 30, 30, 'c');
-         b.replace(kFirst + 16, 30, 30, 'c');
-         b.replace(kFirst + 1453, 150, 150, 's');
-       },
-       {"229 header block: ownerPassword has no terminator", "1605 category block: name has no terminator",
-        slot("category has no terminator"), slot("subject has no terminator")}},
-      {"days and times",
-       [](Bytes& b) {
-         PutIn<Date>(b, 1405, {31, 2, 2004});
-         PutIn<TimeOfDay>(b, 1417, {9, 57, 0, 1});
-         PutIn<TimeOfDay>(b, 1433, {9, 0, 0, 3});
-         PutIn<Date>(b, 826, {1, 1, 1999});
-         b[kFirst + 549] = 1;
-       },
-       {slot("date is 2004-2-31, no day of the calendar"),
-        slot("startTime is hour 9, minute 57, half 1, no time of day"),
-        slot("endTime is hour 9, minute 0, half 3, no time of day"),
-        slot("alarmDate is 1999-1-1, no day of the calendar"),
-        slot("alarmTime is hour 0, minute 0, half 0, no time of day")}},
-      {"weekly rule",
-       [](Bytes& b) {
-         PutIn<RepeatRule>(b, 1360, {kRepeatWeekly, {0, 0, 0}, 100, 0x80});
-       },
-       {slot("repeat rule: repeatParam 128 is no set of weekdays"),
-        slot("repeat rule: repeatEvery is 100, not 1 to 99"),
-        slot("repeat rule: repeatEnd is 0-0-0, no day of the calendar")}},
-      {"monthly rule",
-       [](Bytes& b) {
-         PutIn<RepeatRule>(b, 1360, {kRepeatMonthly, {29, 2, 2004}, 1, 32});
-       },
-       {slot("repeat rule: repeatParam 32 is no day of a month"),
-        slot("repeat rule: it ends before it begins")}},
-      {"yearly rule",
-       [](Bytes& b) {
-         PutIn<RepeatRule>(b, 1360, {kRepeatYearly, kNoEndDate, 1, 2 << 16 | 30});
-       },
-       {slot("repeat rule: repeatParam 131102 is no day of a year")}},
-      {"rule of no kind",
-       [](Bytes& b) { b[kFirst + 1360] = 3; },
-       {slot("repeat rule: repeatType 3 is unknown")}},
-      {"remains of a rule",
-       [](Bytes& b) { b[kFirst + 1360] = 0; },
-       {slot("repeat rule: repeatType is 0, but the rest is not")}},
-      {"ids",
-       [](Bytes& b) { b.replace(kSecond + 6, 8, b.substr(kFirst + 6, 8)); },
-       {"5252 slot: its recordId is also that of the record at 2625"}},
-      // What a free slot still holds has no meaning.
-      {"free slot",
-       [](Bytes& b) {
-         b.replace(kFirst + 5, 2600, 2600, '\xFF');
-         b[kFirst + 4] = 0;
-         Put<std::int32_t>(b, 12 + 1006, -1);
-       },
-       {}},
-  };
   const std::string sound = SoundFile();
   const TemporaryFolder folder;
-  for (const auto& damaged : kCases) {
+  for (const Damage& damaged : kDamages) {
     std::string bytes = sound;
     damaged.damage(bytes);
     EXPECT_EQ(Findings(folder.Write("a.cld", bytes)), damaged.findings) << damaged.name;
@@ -170,10 +176,12 @@ TEST(FileCheck, NamesEachFaultAndItsPlace) {
 
 TEST(FileCheck, LocksAndCountsOfOthersAreTheirs) {
   TemporaryCalendar calendar;
-  ASSERT_TRUE(calendar.file.LockRecord(calendar.Add(Entry("a"))));
+  const std::int32_t offset = calendar.Add(Entry("a"));
+  ASSERT_TRUE(calendar.file.LockRecord(offset));
   const std::string before = calendar.Bytes();
   EXPECT_EQ(Findings(calendar.Path()), Texts());
   EXPECT_EQ(calendar.Bytes(), before);
+  EXPECT_TRUE(calendar.file.UnlockRecord(offset));
 }
 
 TEST(FileCheck, GoesOnBehindWhatCannotBeRead) {

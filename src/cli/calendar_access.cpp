@@ -1,0 +1,147 @@
+#include "cli/calendar_access.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <vector>
+
+#include "cli/values.h"
+#include "core/calendar_file.h"
+#include "core/file_messages.h"
+#include "platform/system/file.h"
+
+namespace cli {
+namespace {
+
+constexpr std::size_t kMostPasswordFile = 4096;
+
+// The password that was given, in the file's code page; none is an empty one.
+Outcome FindPassword(const Arguments& arguments, std::string& password) {
+  if (arguments.Has("password") && arguments.Has("password-file")) {
+    return Fail(kUsage, "--password and --password-file do not go together");
+  }
+  std::string text;
+  if (arguments.Has("password-file")) {
+    const std::string& path = arguments.Value("password-file");
+    if (!platform::ReadWholeFile(path, kMostPasswordFile, text)) {
+      return FailOn(path, kFile, "The password cannot be read.");
+    }
+    text.resize(std::min(text.size(), text.find_first_of("\r\n")));
+  } else if (arguments.Has("password")) {
+    text = arguments.Value("password");
+  } else if (const char* variable = std::getenv("TEMPOLINE_PASSWORD"); variable != nullptr) {
+    text = variable;
+  }
+  return ParseText("password", text, kMostPasswordFile, true, password);
+}
+
+ExitCode CodeOf(core::OpenError error) {
+  return error == core::OpenError::kInUse ? kLocked : kFile;
+}
+
+Outcome OpenFailure(const core::RecordFile& file) {
+  return FailOn(file.Path(), CodeOf(file.LastOpenError()),
+                core::DescribeOpenError(file.Path(), file.LastOpenError()));
+}
+
+}  // namespace
+
+Outcome FailOn(const std::string& path, ExitCode code, std::string_view message) {
+  // The sentences of core begin on a line of their own and name the file in quotes, mostly.
+  std::string line;
+  for (const char c : message) {
+    const bool ends = c == '\r' || c == '\n';
+    if (!ends || (!line.empty() && !line.ends_with(' '))) line += ends ? ' ' : c;
+  }
+  while (line.ends_with(' ')) line.pop_back();
+  const bool named = line.find(core::Quoted(path)) != std::string::npos;
+  return Fail(code, OneLine(named ? line : path + ": " + line));
+}
+
+Outcome OpenToRead(const Arguments& arguments, std::unique_ptr<core::RecordFile>& file) {
+  std::string password;
+  Outcome found = FindPassword(arguments, password);
+  if (!found.IsDone()) return found;
+  file = std::make_unique<core::RecordFile>(arguments.file, password, core::OpenMode::kReadOnly);
+  if (file->OpenFailed()) return OpenFailure(*file);
+  if (file->AccessLevel() != core::Access::kNone) return {};
+  return FailOn(arguments.file, kRefused,
+                password.empty() ? "It asks for a password." : "The password is none of the file's.");
+}
+
+Outcome OpenCalendarToRead(const Arguments& arguments, std::unique_ptr<core::RecordFile>& file) {
+  Outcome opened = OpenToRead(arguments, file);
+  if (!opened.IsDone() || file->SlotSize() == core::kCalendarKind.slotSize) return opened;
+  return FailOn(arguments.file, kFile, "It is not a calendar.");
+}
+
+Outcome OpenCalendarToChange(const Arguments& arguments, std::unique_ptr<core::RecordFile>& file) {
+  Outcome readable = OpenCalendarToRead(arguments, file);
+  if (!readable.IsDone()) return readable;
+  if (file->AccessLevel() == core::Access::kReader) {
+    return FailOn(arguments.file, kRefused, "The password allows to read only.");
+  }
+  const std::string password = file->Password();
+  file.reset();  // nobody may have the file open while it is brought in order
+  core::OpenedCalendar opened = core::OpenCalendarFile(arguments.file, password, false);
+  if (opened.file != nullptr) {
+    file = std::move(opened.file);
+    return {kDone, opened.message.empty() ? "" : FailOn(arguments.file, kDone, opened.message).message};
+  }
+  const core::RecordFile again(arguments.file, password, core::OpenMode::kReadOnly);
+  return FailOn(arguments.file, CodeOf(again.LastOpenError()), opened.message);
+}
+
+bool MaySee(const core::RecordHeader& record, core::Access level) {
+  return record.inUse == 1 && (record.confidential != 1 || level == core::Access::kOwner);
+}
+
+bool VisitRecords(const core::RecordFile& file, const RecordVisit& visit) {
+  const core::Access level = file.AccessLevel();
+  const std::int64_t end = file.SlotsEnd();
+  std::vector<core::Appointment> slots(core::kSlotsPerRead);
+  bool complete = end >= 0;
+  for (std::int64_t offset = file.FirstSlotOffset(); offset < end;
+       offset += static_cast<std::int64_t>(slots.size() * sizeof(core::Appointment))) {
+    const int count = file.ReadSlots(slots.data(), offset);
+    const std::int64_t there = (end - offset) / static_cast<std::int64_t>(sizeof(core::Appointment));
+    if (count == 0) break;  // no offset reaches further
+    if (count < std::min<std::int64_t>(there, static_cast<std::int64_t>(slots.size()))) complete = false;
+    for (int i = 0; i < count; ++i) {
+      const core::Appointment& record = slots[static_cast<std::size_t>(i)];
+      const auto at = static_cast<std::int32_t>(offset + i * static_cast<std::int64_t>(sizeof record));
+      if (MaySee(record.header, level) && !visit(record, at)) return complete;
+    }
+  }
+  return complete;
+}
+
+Outcome FindRecord(const Arguments& arguments, const core::RecordFile& file, std::uint64_t id,
+                   std::int32_t& offset) {
+  std::int32_t chosen = 0;
+  if (arguments.Has("offset")) {
+    Outcome parsed = ParseOffset("offset", arguments.Value("offset"), chosen);
+    if (!parsed.IsDone()) return parsed;
+  }
+  std::vector<std::int32_t> found;
+  const bool complete = VisitRecords(file, [&](const core::Appointment& record, std::int32_t at) {
+    if (record.header.recordId == id && (chosen == 0 || chosen == at)) found.push_back(at);
+    return true;
+  });
+  const std::string name = FormatId(id);
+  if (found.size() == 1) {
+    offset = found.front();
+    return {};
+  }
+  if (found.empty()) {
+    if (!complete) return FailOn(arguments.file, kFile, "Parts of it cannot be read.");
+    return FailOn(arguments.file, kRefused,
+                  "There is no record " + name + (chosen == 0 ? "." : " at " + std::to_string(chosen) + "."));
+  }
+  std::string offsets;
+  for (const std::int32_t at : found) offsets.append(" ").append(std::to_string(at));
+  return FailOn(arguments.file, kRefused,
+                "Several records are " + name + "; --offset chooses one of" + offsets + ".");
+}
+
+}  // namespace cli

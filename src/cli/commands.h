@@ -1,0 +1,22 @@
+// The commands. Each does one thing to one file, writes what it has to say to `output` and answers what came
+// of it; a message with kDone is a notice.
+#pragma once
+
+#include "cli/arguments.h"
+#include "cli/outcome.h"
+#include "cli/output.h"
+
+namespace cli {
+
+Outcome ListCommand(const Arguments& arguments, Output& output);
+Outcome InfoCommand(const Arguments& arguments, Output& output);
+Outcome CheckCommand(const Arguments& arguments, Output& output);
+
+Outcome AddCommand(const Arguments& arguments, Output& output);
+Outcome EditCommand(const Arguments& arguments);
+Outcome DeleteCommand(const Arguments& arguments);
+
+Outcome NewCommand(const Arguments& arguments);
+Outcome CompactCommand(const Arguments& arguments);
+
+}  // namespace cli

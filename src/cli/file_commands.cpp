@@ -1,0 +1,35 @@
+// The commands that make or rewrite a whole file: new and compact.
+#include "cli/calendar_access.h"
+#include "cli/commands.h"
+#include "core/compaction.h"
+#include "core/file_messages.h"
+#include "core/new_calendar.h"
+#include "platform/system/file.h"
+
+namespace cli {
+
+Outcome NewCommand(const Arguments& arguments) {
+  const std::string& path = arguments.file;
+  switch (core::CreateCalendar(path, arguments.Has("examples"))) {
+    case core::NewCalendar::kMade:
+      return {};
+    case core::NewCalendar::kExists:
+      return FailOn(path, kFile, "There is a file already.");
+    case core::NewCalendar::kFailed:
+      break;
+  }
+  return FailOn(path, kFile, "The file cannot be created.");
+}
+
+Outcome CompactCommand(const Arguments& arguments) {
+  const std::string& path = arguments.file;
+  if (!platform::FileExists(path)) {
+    return FailOn(path, kFile, core::DescribeOpenError(path, core::OpenError::kMissing));
+  }
+  const core::RepairOutcome outcome = core::RepairCheck(path, true);
+  const std::string message = outcome.message.empty() ? "" : FailOn(path, kDone, outcome.message).message;
+  if (outcome.clean) return {kDone, message};
+  return {outcome.inUse ? kLocked : kFile, message};
+}
+
+}  // namespace cli

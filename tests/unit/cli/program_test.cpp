@@ -1,0 +1,119 @@
+// The words of the command line, and the program itself with pipes, full disks and files it may only read.
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <fstream>
+
+#include "cli/arguments.h"
+#include "support/child_process.h"
+#include "support/command_line.h"
+#include "support/temporary_calendar.h"
+
+namespace tests {
+namespace {
+
+const std::string kCli = TEMPOLINE_CLI;
+
+TEST(CliWords, HelpVersionAndWrongUse) {
+  EXPECT_EQ(RunCli({"--version"}).output, "tempoline-cli " DAYBRIX_VERSION "\n");
+  EXPECT_EQ(RunCli({"--help"}).code, 0);
+  EXPECT_NE(RunCli({"list", "--help"}).output.find("--from D"), std::string::npos);
+  EXPECT_EQ(RunCli({"compact", "-h"}).output.find("--from D"), std::string::npos);
+  const std::vector<std::string> wrong[] = {{},
+                                            {"lst", "f"},
+                                            {"list"},
+                                            {"list", "f"},
+                                            {"list", "f", "g", "--all"},
+                                            {"list", "f", "--all", "--day", "2004-01-01"},
+                                            {"list", "f", "--from", "2004-01-01"},
+                                            {"list", "f", "--from", "2004-01-02", "--to", "2004-01-01"},
+                                            {"list", "f", "--all", "--format", "xml"},
+                                            {"list", "f", "--all", "--find"},
+                                            {"list", "f", "--all", "-x"},
+                                            {"list", "f", "--all", "--password=a", "--password-file=b"},
+                                            {"edit", "f", "--subject=x"},
+                                            {"info", ""}};
+  for (const auto& words : wrong) {
+    const CommandResult result = RunCli(words);
+    EXPECT_EQ(result.code, 1) << testing::PrintToString(words);
+    EXPECT_EQ(result.output, "");
+    EXPECT_TRUE(result.errors.starts_with("tempoline-cli: ") &&
+                result.errors.find('\n') == result.errors.size() - 1)
+        << result.errors;
+  }
+  EXPECT_EQ(RunCli({"info", "/nowhere/a.cld"}).code, 2);
+  EXPECT_EQ(RunCli({"info", "/"}).code, 2);
+}
+
+// The manual page knows every command and every option.
+TEST(CliWords, TheManualIsWhole) {
+  std::ifstream stream(DAYBRIX_SOURCE_FOLDER "/packaging/tempoline-cli.1");
+  const std::string page{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+  for (const std::string& word : cli::AllWords()) {
+    std::string escaped;
+    for (const char c : word) escaped += c == '-' ? "\\-" : std::string(1, c);
+    EXPECT_NE(page.find(escaped), std::string::npos) << word;
+  }
+}
+
+class CliProgram : public testing::Test {
+ protected:
+  CliProgram() {
+    for (int i = 0; i < 2000; ++i) calendar.Add(Entry("a subject that makes the output longer than a pipe"));
+    calendar.file.Close();
+    quoted = "'" + calendar.Path() + "'";
+  }
+  TemporaryCalendar calendar{{"geheim", "Assistant", "Reader"}};
+  std::string quoted;
+};
+
+TEST_F(CliProgram, OutputThatCannotBeWrittenIsAnError) {
+  const std::string before = calendar.Bytes();
+  const std::string list = "TEMPOLINE_PASSWORD=geheim " + kCli + " list " + quoted + " --all";
+  const CommandResult whole = RunShell(list);
+  EXPECT_EQ(whole.code, 0) << whole.errors;
+  EXPECT_EQ(std::count(whole.output.begin(), whole.output.end(), '\n'), 2000);
+  for (const std::string& line :
+       {"bash -c \"" + list + " | true; exit \\${PIPESTATUS[0]}\"", list + " >/dev/full", list + " >&-",
+        list + " --format json >&- 2>&1 <&-"}) {
+    const CommandResult result = RunShell(line);
+    EXPECT_EQ(result.code, 2) << line << result.errors;
+    EXPECT_EQ(calendar.Bytes(), before) << "no output goes into the file";
+  }
+  EXPECT_NE(RunShell(list + " >/dev/full").errors.find("could not be written"), std::string::npos);
+}
+
+TEST_F(CliProgram, PasswordsComeFromFileAndEnvironment) {
+  const TemporaryFolder folder;
+  const std::string file = folder.Write("pw", "geheim\nmore\n");
+  EXPECT_EQ(RunShell(kCli + " info " + quoted).code, 3);
+  EXPECT_EQ(RunShell(kCli + " info " + quoted + " --password-file " + file).code, 0);
+  EXPECT_EQ(RunShell(kCli + " info " + quoted + " --password-file " + folder.Join("none")).code, 2);
+  EXPECT_EQ(RunShell("TEMPOLINE_PASSWORD=wrong " + kCli + " info " + quoted).code, 3);
+  EXPECT_EQ(RunShell("TEMPOLINE_PASSWORD=wrong " + kCli + " info " + quoted + " --password geheim").code, 0);
+}
+
+TEST_F(CliProgram, FilesThatMayNotBeWrittenAreRead) {
+  const std::string path = calendar.Path();
+  const std::string folder = path.substr(0, path.rfind('/'));
+  ASSERT_EQ(chmod(path.c_str(), 0444), 0);
+  ASSERT_EQ(chmod(folder.c_str(), 0555), 0);
+  const std::vector<std::string> reading[] = {
+      {"info", path, "--password=geheim"}, {"list", path, "--all", "--password=geheim"}, {"check", path}};
+  for (const auto& words : reading) {
+    EXPECT_EQ(RunUnprivileged([&words] { return RunCli(words).code; }), 0) << words[0];
+  }
+  const std::vector<std::string> writing[] = {
+      {"add", path, "--date=2004-01-01", "--all-day", "--subject=x", "--password=geheim"}, {"compact", path}};
+  for (const auto& words : writing) {
+    EXPECT_EQ(RunUnprivileged([&words] { return RunCli(words).code; }), 2) << words[0];
+  }
+  ASSERT_EQ(chmod(path.c_str(), 0), 0);
+  for (const auto& words : reading) {
+    EXPECT_EQ(RunUnprivileged([&words] { return RunCli(words).code; }), 2) << words[0];
+  }
+  ASSERT_EQ(chmod(folder.c_str(), 0755), 0);
+}
+
+}  // namespace
+}  // namespace tests
