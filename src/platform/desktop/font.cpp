@@ -13,7 +13,7 @@ namespace {
 // face and weight; and faces that are replaced by the same one are loaded once.
 QString FamilyOf(const std::string& face) {
   static const QStringList kInstalled = QFontDatabase::families();
-  const QString wanted = QString::fromStdString(face);
+  QString wanted = QString::fromStdString(face);
   for (const QString& family : {wanted, QStringLiteral("Liberation Sans"), QStringLiteral("DejaVu Sans")}) {
     if (kInstalled.contains(family, Qt::CaseInsensitive)) return family;
   }
