@@ -18,20 +18,17 @@ constexpr int kStripTextLeft = 15;
 constexpr SIZE kTallPictureSize = {140, 250};
 constexpr SIZE kWidePictureSize = {311, 86};
 
-std::unique_ptr<Bitmap> LoadPicture(int id) {
-  return Bitmap::Load(std::to_string(id).c_str());
+LazyBitmap NumberedPicture(int id) {
+  return LazyBitmap(std::to_string(id));
 }
 
 }  // namespace
 
 IntroPicture::IntroPicture(int newPictureId, COLORREF newBackground)
-    : pictureId(newPictureId), background(newBackground) {}
-
-LRESULT IntroPicture::OnCreate(const MessageRecord&) {
-  picture = LoadPicture(pictureId);
-  if (pictureId != kAnimatedPicture) return 0;
-  for (int number = 0; number < kLastFrame; ++number) frames[number] = LoadPicture(pictureId + 1 + number);
-  return 0;
+    : background(newBackground), picture(NumberedPicture(newPictureId)) {
+  if (newPictureId != kAnimatedPicture) return;
+  for (int number = 1; number <= kLastFrame; ++number)
+    frames.push_back(NumberedPicture(newPictureId + number));
 }
 
 void IntroPicture::InvalidateFrame() {
@@ -40,8 +37,9 @@ void IntroPicture::InvalidateFrame() {
 
 void IntroPicture::Paint(HDC hdc, const RECT& client) const {
   if (background != kNoColour) hdc->FillRect(client, background);
-  if (picture != nullptr) hdc->DrawBitmap(*picture, 0, 0);
-  const Bitmap* over = frame >= 1 && frame <= kLastFrame ? frames[frame - 1].get() : nullptr;
+  if (const Bitmap* whole = picture.Get()) hdc->DrawBitmap(*whole, 0, 0);
+  const Bitmap* over =
+      frame >= 1 && !frames.empty() ? frames[static_cast<std::size_t>(frame) - 1].Get() : nullptr;
   if (over != nullptr) hdc->DrawBitmap(*over, kFramePlace.left, kFramePlace.top);
   Line(hdc, client.left, client.bottom - 1, client.right, client.bottom - 1);
   Line(hdc, client.right - 1, client.top, client.right - 1, client.bottom);
@@ -62,8 +60,6 @@ ZarfIntroPane::ZarfIntroPane(const char* newName, const PaneColours& newColours,
     : ZarfPane(newName, newColours), look(newLook), picture(newLook.pictureId, newLook.pictureBackground) {}
 
 LRESULT ZarfIntroPane::OnCreate(const MessageRecord&) {
-  strip = Bitmap::Load("tbar2");
-  stripCorner = Bitmap::Load("tbar2_corner");
   return picture.Create(this) ? 0 : -1;
 }
 
@@ -80,8 +76,8 @@ LRESULT ZarfIntroPane::OnSize(const MessageRecord&) {
 void ZarfIntroPane::Paint(HDC hdc, const RECT& client) const {
   hdc->FillRect(client, Colours().background);
   const RECT stripRect{client.left, client.top, client.right, client.top + kStripHeight};
-  if (strip != nullptr) hdc->StretchBitmap(*strip, stripRect);
-  if (stripCorner != nullptr) hdc->DrawBitmap(*stripCorner, client.left, client.top);
+  if (const Bitmap* ground = strip.Get()) hdc->StretchBitmap(*ground, stripRect);
+  if (const Bitmap* corner = stripCorner.Get()) hdc->DrawBitmap(*corner, client.left, client.top);
   const std::string& program = TheApp().ModuleName();
   hdc->SelectFont(GetFont(FontSmall, 700));
   hdc->SetTextColor(Colours().stripText);

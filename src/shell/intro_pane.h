@@ -2,7 +2,7 @@
 // letters and a picture, parts of which may change every few seconds until the page has told its story once.
 #pragma once
 
-#include <memory>
+#include <vector>
 
 #include "framework/pane.h"
 #include "platform/desktop/bitmap.h"
@@ -25,17 +25,14 @@ class IntroPicture : public ZarfWnd {
   // Draws it into `client`.
   void Paint(HDC hdc, const RECT& client) const;
 
-  LRESULT OnCreate(const MessageRecord& record) override;
   void OnPaint(HDC hdc, PAINTSTRUCT paint) override;
   void Describe(int item, AccessiblePart* part) override;
 
  private:
-  const int pictureId;
   const COLORREF background;
   int frame = 0;
-  // From the creation of the window on.
-  std::unique_ptr<Bitmap> picture;
-  std::unique_ptr<Bitmap> frames[kLastFrame];
+  LazyBitmap picture;
+  std::vector<LazyBitmap> frames;  // kLastFrame, or none
 };
 
 class ZarfIntroPane : public ZarfPane {
@@ -77,7 +74,6 @@ class ZarfIntroPane : public ZarfPane {
   IntroPicture picture;
   RECT largeTextRect;
   bool timerRuns = false;
-  // From the creation of the window on.
-  std::unique_ptr<Bitmap> strip;
-  std::unique_ptr<Bitmap> stripCorner;
+  LazyBitmap strip{"tbar2"};
+  LazyBitmap stripCorner{"tbar2_corner"};
 };

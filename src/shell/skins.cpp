@@ -8,6 +8,7 @@
 
 #include "core/ini_file.h"
 #include "platform/system/file.h"
+#include "platform/system/profile_file.h"
 #include "platform/system/program_folder.h"
 #include "shell/application.h"
 #include "shell/skin_colour.h"
@@ -20,6 +21,7 @@ constexpr const char* kDefaultSkin = "1_Metallic.ini";
 constexpr std::string_view kSkinEnding = ".ini";
 constexpr std::size_t kMostNameBytes = 254;
 constexpr std::size_t kMostValueBytes = 259;
+constexpr std::size_t kMostSkinBytes = 1 << 20;
 
 using Image = std::unique_ptr<Bitmap>;
 
@@ -58,9 +60,16 @@ std::string SkinsFolder() {
   return platform::SharedFilePath("Styles");
 }
 
+// A skin file, read once: it has some thirty keys.
+std::string ReadSkinFile(const std::string& path) {
+  std::string content;
+  platform::ReadWholeFile(path, kMostSkinBytes, content);
+  return content;
+}
+
 // At most `limit` bytes of a value; false when it is missing or empty.
-bool ReadValue(const core::IniFile& file, const char* key, std::size_t limit, std::string& value) {
-  if (!file.ReadString(kSection, key, value)) return false;
+bool ReadValue(const std::string& file, const char* key, std::size_t limit, std::string& value) {
+  if (!platform::ReadProfileText(file, kSection, key, value) || value.empty()) return false;
   if (value.size() > limit) value.resize(limit);
   return true;
 }
@@ -78,7 +87,7 @@ bool StaysInside(std::string_view name) {
 }
 
 // A path in a skin as a path of this system; false when the skin has none that may be followed.
-bool ReadPath(const core::IniFile& file, const char* key, std::string& path) {
+bool ReadPath(const std::string& file, const char* key, std::string& path) {
   if (!ReadValue(file, key, kMostValueBytes, path)) return false;
   for (char& c : path) {
     if (c == '\\') c = '/';
@@ -86,7 +95,7 @@ bool ReadPath(const core::IniFile& file, const char* key, std::string& path) {
   return StaysInside(path);
 }
 
-void LoadImages(SkinRecord& skin, const core::IniFile& file) {
+void LoadImages(SkinRecord& skin, const std::string& file) {
   const std::string styles = SkinsFolder();
   std::string folder;
   std::string name;
@@ -113,7 +122,7 @@ void LoadImages(SkinRecord& skin, const core::IniFile& file) {
   }
 }
 
-void LoadColours(SkinRecord& skin, const core::IniFile& file) {
+void LoadColours(SkinRecord& skin, const std::string& file) {
   std::string value;
   for (const auto& [key, colour] : kColourKeys) {
     if (ReadValue(file, key, kMostValueBytes, value)) skin.*colour = ParseSkinColour(value);
@@ -131,7 +140,7 @@ SkinRecord* GetSkin() {
   SkinRecord& skin = *TheSkin();
   if (skin.loaded) return &skin;
   UnloadSkin();
-  const core::IniFile file = core::IniFile::FromPath(SkinsFolder() + "/" + CurrentSkinFile());
+  const std::string file = ReadSkinFile(SkinsFolder() + "/" + CurrentSkinFile());
   LoadImages(skin, file);
   LoadColours(skin, file);
   skin.loaded = true;
@@ -150,7 +159,9 @@ void ReloadSkin() {
 
 std::string CurrentSkinFile() {
   std::string name;
-  return ReadValue(core::IniFile("Daybrix.ini"), kCurrentKey, kMostValueBytes, name) ? name : kDefaultSkin;
+  if (!core::IniFile("Daybrix.ini").ReadString(kSection, kCurrentKey, name)) return kDefaultSkin;
+  if (name.size() > kMostValueBytes) name.resize(kMostValueBytes);
+  return name;
 }
 
 void ChooseSkin(const std::string& fileName) {
@@ -167,7 +178,7 @@ std::vector<SkinListEntry> BuildSkinList() {
   std::vector<SkinListEntry> skins;
   for (std::string& fileName : platform::ListFolder(styles)) {
     if (!EndsAsSkin(fileName)) continue;
-    const core::IniFile file = core::IniFile::FromPath(std::string(styles).append("/").append(fileName));
+    const std::string file = ReadSkinFile(std::string(styles).append("/").append(fileName));
     std::string name;
     if (!ReadValue(file, "name", kMostNameBytes, name)) continue;
     skins.push_back({std::move(name), std::move(fileName)});

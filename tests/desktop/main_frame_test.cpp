@@ -94,6 +94,18 @@ TEST_F(MainFrame, HoldsBarsAndPaneAndKeepsThemPlaced) {
   });
 }
 
+TEST_F(MainFrame, AHoverOverTheToolBarPaintsTheToolBarAlone) {
+  Run([&] {
+    const HWND toolBar = WindowFromPoint(ClientToScreen(program.Frame(), {20, 35}));
+    ASSERT_EQ(GetClassName(toolBar), "ZarfToolBar");
+    program.driver.Wait(100);
+    const int before = program.driver.Paints();
+    program.driver.MoveMouse(toolBar, {20, 12});
+    program.driver.Wait(100);
+    EXPECT_EQ(program.driver.Paints(), before + 1);
+  });
+}
+
 TEST_F(MainFrame, OnlyTheCornerSizes) {
   Run([&] {
     const RECT window = Window();

@@ -7,28 +7,54 @@
 #include <csignal>
 #include <cstdlib>
 
+#include "platform/system/file.h"
 #include "platform/system/profile_file.h"
 #include "support/wait_until.h"
 
 namespace tests {
+namespace {
 
-RunningProgram::RunningProgram(const std::string& display, const std::string& folder, const std::string& file,
-                               const std::string& clock) {
-  // Nobody waits for the splash screen.
+// Nobody waits for the splash screen.
+void HideSplash(const std::string& folder) {
   platform::WriteProfileString(folder + "/Daybrix.ini", "Preference", "Splash", "0");
+}
+
+}  // namespace
+
+RunningProgram::RunningProgram(const std::string& display, const std::string& program,
+                               const std::string& file, const std::function<void()>& prepare) {
   process = fork();
   if (process != 0) return;
   prctl(PR_SET_PDEATHSIG, SIGKILL);
   setenv("DISPLAY", display.c_str(), 1);
   setenv("QT_QPA_PLATFORM", "xcb", 1);
-  setenv("XDG_RUNTIME_DIR", folder.c_str(), 1);
-  setenv("DAYBRIX_FOLDER", folder.c_str(), 1);
-  clock.empty() ? unsetenv("DAYBRIX_CLOCK") : setenv("DAYBRIX_CLOCK", clock.c_str(), 1);
   unsetenv("WAYLAND_DISPLAY");
   // Of use to a sanitized build only.
   setenv("LSAN_OPTIONS", "suppressions=" DAYBRIX_SOURCE_FOLDER "/tests/support/leaks.supp", 1);
-  execl(TEMPOLINE, TEMPOLINE, file.empty() ? nullptr : file.c_str(), nullptr);
+  prepare();
+  execl(program.c_str(), program.c_str(), file.empty() ? nullptr : file.c_str(), nullptr);
   _exit(127);
+}
+
+RunningProgram::RunningProgram(const std::string& display, const std::string& folder, const std::string& file,
+                               const std::string& clock)
+    : RunningProgram(display, TEMPOLINE, file, [&] {
+        HideSplash(folder);
+        setenv("XDG_RUNTIME_DIR", folder.c_str(), 1);
+        setenv("DAYBRIX_FOLDER", folder.c_str(), 1);
+        clock.empty() ? unsetenv("DAYBRIX_CLOCK") : setenv("DAYBRIX_CLOCK", clock.c_str(), 1);
+      }) {}
+
+RunningProgram RunningProgram::Installed(const std::string& display, const std::string& program,
+                                         const std::string& home) {
+  return RunningProgram(display, program, "", [&] {
+    platform::MakeFolder(home + "/.local/share/daybrix");
+    HideSplash(home + "/.local/share/daybrix");
+    setenv("HOME", home.c_str(), 1);
+    setenv("XDG_RUNTIME_DIR", home.c_str(), 1);
+    for (const char* name : {"DAYBRIX_FOLDER", "XDG_DATA_HOME"}) unsetenv(name);
+    setenv("DAYBRIX_CLOCK", "2004-03-14T10:43:12", 1);
+  });
 }
 
 RunningProgram::~RunningProgram() {

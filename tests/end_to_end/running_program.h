@@ -3,6 +3,7 @@
 
 #include <sys/types.h>
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -14,6 +15,9 @@ class RunningProgram {
   // DAYBRIX_CLOCK takes it, empty for the machine's.
   RunningProgram(const std::string& display, const std::string& folder, const std::string& file,
                  const std::string& clock = "2004-03-14T10:43:12");
+  // Starts an installed program for a user with this home folder, at the same moment.
+  static RunningProgram Installed(const std::string& display, const std::string& program,
+                                  const std::string& home);
   // Kills it if it still runs.
   ~RunningProgram();
   RunningProgram(const RunningProgram&) = delete;
@@ -27,6 +31,10 @@ class RunningProgram {
   int ExitCode();
 
  private:
+  // `prepare` sets up the environment in the new process.
+  RunningProgram(const std::string& display, const std::string& program, const std::string& file,
+                 const std::function<void()>& prepare);
+
   pid_t process = -1;
 };
 

@@ -27,9 +27,10 @@ std::set<std::string> PicturesIn(const std::string& source) {
   static const std::regex kCursor("\"(CUR_[A-Z0-9_]+)\"");
   static const std::regex kLoaded(
       "\\b(?:Bitmap::Load|[A-Za-z]+BmpResource)\\([^;\"]*\"([A-Za-z0-9_-]+)\"[,)]");
+  static const std::regex kLazy("\\bLazyBitmap [A-Za-z]+\\{\"([A-Za-z0-9_-]+)\"\\}");
   static const std::regex kNumbered("\\bDrawBitmapId\\([^;]*?, ([0-9]+)[,)]");
   std::set<std::string> names;
-  for (const std::regex* pattern : {&kFile, &kCursor, &kLoaded, &kNumbered})
+  for (const std::regex* pattern : {&kFile, &kCursor, &kLoaded, &kLazy, &kNumbered})
     names.merge(Matches(source, *pattern));
   return names;
 }
@@ -52,9 +53,10 @@ TEST(ResourceNames, AreFoundInSources) {
       "const char* name = pressed ? \"b_1.bmp\" : \"c.bmp\";\n"
       "auto d = Bitmap::Load(\"d\"); DrawBitmapId(hdc, x, y, 4000);\n"
       "SetCursor(LoadCursor(ok ? \"CUR_A\" : IDC_ARROW)); PlaySound(copy ? \"e.wav\" : name);\n"
+      "LazyBitmap strip{\"g\"};\n"
       "Load(\"no_picture\"); LoadBmpResource((\"f_\" + name).c_str());";
   EXPECT_EQ(PictureBeginningsIn(source), (std::set<std::string>{"f_"}));
-  EXPECT_EQ(PicturesIn(source), (std::set<std::string>{"a", "b_1", "c", "d", "4000", "CUR_A"}));
+  EXPECT_EQ(PicturesIn(source), (std::set<std::string>{"a", "b_1", "c", "d", "g", "4000", "CUR_A"}));
   EXPECT_EQ(SoundsIn(source), (std::set<std::string>{"e.wav"}));
 }
 

@@ -1,5 +1,6 @@
 #include "platform/desktop/bitmap.h"
 
+#include <QBuffer>
 #include <QFile>
 #include <QGuiApplication>
 #include <QImageReader>
@@ -15,11 +16,22 @@ QRgb OpaquePixel(COLORREF colour) {
 }
 
 // Without guessing the format: guessing loads every picture plugin there is.
+QImage ReadUnguessed(QImageReader& reader) {
+  reader.setAutoDetectImageFormat(false);
+  return reader.read();
+}
+
 QImage ReadPng(const QString& path) {
   if (!QFile::exists(path)) return {};
   QImageReader reader(path, "png");
-  reader.setAutoDetectImageFormat(false);
-  return reader.read();
+  return ReadUnguessed(reader);
+}
+
+// "folder/name@2x.bmp" for "folder/name.bmp".
+std::string DensePath(const std::string& path) {
+  const std::size_t dot = path.rfind('.');
+  const bool ending = dot != std::string::npos && path.find('/', dot) == std::string::npos;
+  return std::string(path).insert(ending ? dot : path.size(), "@2x");
 }
 
 bool ReplacePixels(QImage& image, QRgb from, QRgb to) {
@@ -59,14 +71,25 @@ std::unique_ptr<Bitmap> Bitmap::Load(const char* name) {
 }
 
 std::unique_ptr<Bitmap> Bitmap::LoadFile(const std::string& path) {
-  std::string bytes;
-  return platform::ReadWholeFile(path, kMostBmpBytes, bytes) ? FromBmp(bytes) : nullptr;
+  const auto read = [](const std::string& file) {
+    std::string bytes;
+    return platform::ReadWholeFile(file, kMostBmpBytes, bytes) ? FromBmp(bytes) : nullptr;
+  };
+  std::unique_ptr<Bitmap> bitmap = read(path);
+  if (bitmap == nullptr || qGuiApp->devicePixelRatio() <= 1.0) return bitmap;
+  std::unique_ptr<Bitmap> dense = read(DensePath(path));
+  if (dense == nullptr || dense->pixels->image.size() != 2 * bitmap->pixels->image.size()) return bitmap;
+  dense->pixels->image.setDevicePixelRatio(2.0);
+  return dense;
 }
 
 std::unique_ptr<Bitmap> Bitmap::FromBmp(std::string_view bytes) {
   if (!IsSoundBmp(bytes)) return nullptr;
-  QImage image =
-      QImage::fromData(reinterpret_cast<const uchar*>(bytes.data()), static_cast<int>(bytes.size()), "BMP");
+  QBuffer buffer;
+  buffer.setData(QByteArray::fromRawData(bytes.data(), static_cast<qsizetype>(bytes.size())));
+  buffer.open(QIODevice::ReadOnly);
+  QImageReader reader(&buffer, "bmp");
+  QImage image = ReadUnguessed(reader);
   if (image.isNull()) return nullptr;
   image.convertTo(QImage::Format_RGB32);
   image.convertTo(QImage::Format_ARGB32);

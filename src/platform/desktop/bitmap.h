@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "platform/desktop/types.h"
 
@@ -13,7 +14,8 @@ class Bitmap {
   // A built-in picture; null when there is none of that name (a mistake in the program).
   static std::unique_ptr<Bitmap> Load(const char* name);
   // A bitmap file, which may come from anywhere. Null when it cannot be read, has more than 16 MiB or more
-  // than 2048 pixels a side, is cut, contradicts itself, is compressed, or is no bitmap.
+  // than 2048 pixels a side, is cut, contradicts itself, is compressed, or is no bitmap. On dense screens
+  // name@2x.bmp beside name.bmp is drawn in its place, if it is such a file and exactly twice as large.
   static std::unique_ptr<Bitmap> LoadFile(const std::string& path);
   // The same of a bitmap file's bytes. Bit fields must lie apart, and transparency counts for nothing.
   static std::unique_ptr<Bitmap> FromBmp(std::string_view bytes);
@@ -33,4 +35,20 @@ class Bitmap {
   struct Pixels;
   explicit Bitmap(std::unique_ptr<Pixels> content);
   std::unique_ptr<Pixels> pixels;
+};
+
+// A built-in picture that is loaded when it is first drawn: what the first window does not show costs nothing
+// at the start.
+class LazyBitmap {
+ public:
+  explicit LazyBitmap(std::string pictureName) : name(std::move(pictureName)) {}
+  // As from Bitmap::Load.
+  const Bitmap* Get() const {
+    if (bitmap == nullptr) bitmap = Bitmap::Load(name.c_str());
+    return bitmap.get();
+  }
+
+ private:
+  std::string name;
+  mutable std::unique_ptr<Bitmap> bitmap;
 };

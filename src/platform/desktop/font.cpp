@@ -1,5 +1,7 @@
 #include "platform/desktop/font.h"
 
+#include <QFontDatabase>
+#include <QGuiApplication>
 #include <QStringList>
 
 #include "platform/desktop/qt/font_handle.h"
@@ -7,14 +9,24 @@
 
 namespace {
 
+// The first face there is. The search for a missing one would sort all the fonts there are, again for each
+// face and weight; and faces that are replaced by the same one are loaded once.
+QString FamilyOf(const std::string& face) {
+  static const QStringList kInstalled = QFontDatabase::families();
+  QString wanted = QString::fromStdString(face);
+  for (const QString& family : {wanted, QStringLiteral("Liberation Sans"), QStringLiteral("DejaVu Sans")}) {
+    if (kInstalled.contains(family, Qt::CaseInsensitive)) return family;
+  }
+  return wanted;
+}
+
 QFont FontOf(const std::string& face, const FontSpec& wanted, int pixelSize) {
-  QFont font;
-  font.setFamilies(
-      {QString::fromStdString(face), QStringLiteral("Liberation Sans"), QStringLiteral("DejaVu Sans")});
+  QFont font(FamilyOf(face));
   font.setPixelSize(pixelSize);
   font.setWeight(wanted.weight >= 600 ? QFont::Bold : QFont::Normal);
   font.setUnderline(wanted.underline);
-  font.setHintingPreference(QFont::PreferFullHinting);
+  // On dense screens letters fitted to whole pixels of this size would stand too far apart.
+  if (qGuiApp->devicePixelRatio() <= 1.0) font.setHintingPreference(QFont::PreferFullHinting);
   return font;
 }
 

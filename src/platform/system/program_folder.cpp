@@ -54,6 +54,11 @@ std::string HomeFolder() {
   return user == nullptr ? "/" : user->pw_dir;
 }
 
+// What an installed program reads.
+std::string InstalledShareFolder() {
+  return FolderOf(FolderOf(ExecutablePath())) + "/share/" + std::string(kProduct);
+}
+
 std::string UserFolder() {
   return Tidy(UserDataFolder() + '/' + std::string(kProduct));
 }
@@ -66,7 +71,9 @@ std::string ChooseProgramFolder() {
     return folder;
   }
   std::string own = FolderOf(ExecutablePath());
-  if (access(own.c_str(), W_OK | X_OK) == 0) return own;
+  // Even who may write there (root, or a user with programs of his own) wants no settings among programs.
+  const bool installed = FileExists(InstalledShareFolder() + "/Styles");
+  if (!installed && access(own.c_str(), W_OK | X_OK) == 0) return own;
   std::string folder = UserFolder();
   MakeFolder(folder);  // if it cannot be made, nothing is saved, and what tries to save says so
   return folder;
@@ -100,7 +107,7 @@ std::string UserDataFolder() {
 std::string SharedFilePath(const std::string& name) {
   std::string own = ProgramFolder() + '/' + name;
   if (FileExists(own)) return own;
-  return FolderOf(FolderOf(ExecutablePath())) + "/share/" + std::string(kProduct) + '/' + name;
+  return InstalledShareFolder() + '/' + name;
 }
 
 }  // namespace platform

@@ -14,8 +14,8 @@ std::string ExecutableBaseName();
 
 // The folder for what is read and written: settings, contacts, the "works" folder. DAYBRIX_FOLDER if set
 // (made if missing), else the executable's folder, or $XDG_DATA_HOME/daybrix (~/.local/share/daybrix), which
-// is made if missing, where the executable's folder cannot be written. Decided at the first call of the
-// process.
+// is made if missing, where the executable's folder cannot be written or the program is installed: the share
+// folder below has its skins. Decided at the first call of the process.
 std::string ProgramFolder();
 
 // The user's folder for what programs keep and tell the desktop: $XDG_DATA_HOME, ~/.local/share without it.

@@ -180,12 +180,12 @@ bool ReadWholeFile(const std::string& path, std::size_t limit, std::string& cont
   std::size_t had = 0;
   // Reads until nothing comes rather than by the size, which may change meanwhile; one byte over the limit
   // tells that there is more.
+  std::array<char, kChunk> chunk;
   do {
     had = content.size();
     const std::size_t step = std::min(kChunk - 1, limit - had) + 1;
-    content.resize(had + step);
-    content.resize(
-        had + ReadFully(opened.Number(), content.data() + had, step, static_cast<std::int64_t>(had), failed));
+    content.append(chunk.data(),
+                   ReadFully(opened.Number(), chunk.data(), step, static_cast<std::int64_t>(had), failed));
   } while (!failed && content.size() > had && content.size() <= limit);
   if (!failed && content.size() <= limit) return true;
   content.clear();

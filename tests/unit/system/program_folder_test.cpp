@@ -88,6 +88,11 @@ TEST_F(ProgramFolderTest, IsTheUsersOwnWhereTheProgramIsInstalled) {
   EXPECT_EQ(Run({home, data}).helpPage, folder.Join("share/daybrix/help.html"));
   folder.Write("home/data/daybrix/help.html", "");
   EXPECT_EQ(Run({home, data}).helpPage, folder.Join("home/data/daybrix/help.html"));
+  // Also for those who may write among the programs.
+  chmod(folder.Join("bin").c_str(), 0777);
+  EXPECT_EQ(Run({home, data}).program, folder.Join("bin"));
+  std::filesystem::create_directories(folder.Join("share/daybrix/Styles"));
+  EXPECT_EQ(Run({home, data}).program, folder.Join("home/data/daybrix"));
 }
 
 TEST_F(ProgramFolderTest, IsTheOneThatIsNamed) {

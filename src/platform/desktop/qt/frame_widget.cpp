@@ -11,6 +11,7 @@
 #include "platform/desktop/qt/mouse.h"
 #include "platform/desktop/qt/mouse_wait.h"
 #include "platform/desktop/qt/painter_context.h"
+#include "platform/desktop/qt/system_drag.h"
 #include "platform/desktop/qt/window_table.h"
 #include "platform/desktop/qt/window_widget.h"
 
@@ -114,14 +115,12 @@ void FrameWidget::FollowMouse(bool size) {
   // A window manager takes the mouse away at once: a double click would never get its second press, and one
   // that hears of a short click too late would hold on to the window.
   const QPointer<FrameWidget> self = this;
+  const SystemDrag drag;
   const std::optional<QPoint> dragged = WaitForDrag();
   QWindow* handle = self != nullptr ? windowHandle() : nullptr;
   if (!dragged || handle == nullptr) return;
   // A quick flick is over by now.
-  if (QApplication::mouseButtons() & Qt::LeftButton &&
-      (size ? handle->startSystemResize(Qt::RightEdge | Qt::BottomEdge) : handle->startSystemMove())) {
-    return;
-  }
+  if (QApplication::mouseButtons() & Qt::LeftButton && drag.HandOver(*handle, size)) return;
   const auto follow = [this, size, start, before](QPoint mouse) {
     const QPoint moved = mouse - start;
     if (size) {

@@ -3,6 +3,7 @@
 #include <QPainter>
 #include <QWidget>
 #include <algorithm>
+#include <cmath>
 
 #include "platform/desktop/qt/bitmap_pixels.h"
 #include "platform/desktop/qt/font_handle.h"
@@ -69,7 +70,13 @@ void PainterContext::DrawText(const char* text, const RECT& rect, UINT format) {
 }
 
 void PainterContext::DrawBitmap(const Bitmap& bitmap, int x, int y) {
-  painter.drawImage(QPoint(x, y), BitmapAccess::ImageOf(bitmap));
+  const QImage& image = BitmapAccess::ImageOf(bitmap);
+  // Between two whole scales the picture has more pixels than there is room for: left out, they would take
+  // parts of lines with them.
+  const qreal scale = painter.device()->devicePixelRatio();
+  painter.setRenderHint(QPainter::SmoothPixmapTransform, scale != std::floor(scale));
+  painter.drawImage(QPoint(x, y), image);
+  painter.setRenderHint(QPainter::SmoothPixmapTransform, false);
 }
 
 void PainterContext::StretchBitmap(const Bitmap& bitmap, const RECT& rect) {
