@@ -54,7 +54,8 @@ bool AskFilePassword(const std::string& path, const PasswordPrompt& askPassword,
   message.clear();
   HeaderBlock header;
   {
-    const RecordFile file(path, "");
+    // To look at it is no use of it: nothing is counted, written or brought to the disk.
+    const RecordFile file(path, "", OpenMode::kReadOnly);
     if (file.OpenFailed() || !file.ReadHeaderBlock(header)) {
       message = DescribeOpenError(path, file.OpenFailed() ? file.LastOpenError() : OpenError::kFailed);
       return false;

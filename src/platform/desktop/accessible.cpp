@@ -7,10 +7,12 @@
 #include "platform/desktop/qt/window_table.h"
 
 void AnnounceChange(HWND window, AccessibleChange change) {
-  if (!AccessibilityIsHeard()) return;
   const WindowEntry* entry = FindWindowEntry(window);
   if (entry == nullptr || !entry->created || entry->destroying) return;
   QWidget* widget = entry->Outer();
+  // Who asks whether anybody listens connects to the session's bus, for which nobody waits before a window
+  // is seen.
+  if (!widget->isVisible() || !AccessibilityIsHeard()) return;
   switch (change) {
     case AccessibleChange::kCurrentItem:
       if (QAccessibleInterface* item = CurrentAccessibleItem(widget)) {

@@ -122,17 +122,15 @@ bool StartDesktop(int& argc, char** argv) {
   std::thread fontReader([] { FcInit(); });
   desktop.application = std::make_unique<QApplication>(argc, argv);
   fontReader.join();
+  BeginReadingFonts();
   QApplication::setQuitOnLastWindowClosed(false);
   QAccessible::installFactory(MakeAccessible);
-  // Dialogs and menus are laid out for this font.
-  const HFONT dialogFont = CreateFont({"MS Sans Serif", -11, 400, false});
-  QApplication::setFont(dialogFont->Resolve().font);
-  DeleteFont(dialogFont);
   return true;
 }
 
 void StopDesktop() {
   Desktop& desktop = TheDesktop();
+  EndReadingFonts();
   desktop.notifiers.clear();
   for (const HWND window : AllWindows()) DestroyWindow(window);
   QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);

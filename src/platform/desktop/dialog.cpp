@@ -14,6 +14,7 @@
 #include "platform/desktop/qt/dialog_owner.h"
 #include "platform/desktop/qt/dialog_templates.h"
 #include "platform/desktop/qt/dialog_widget.h"
+#include "platform/desktop/qt/font_handle.h"
 #include "platform/desktop/window.h"
 
 namespace {
@@ -39,6 +40,7 @@ std::map<int, DialogTemplateSetup>& Templates() {
 HWND MakeDialog(int templateId, HWND owner, DialogProcedure procedure) {
   const DialogTemplateSetup setup = FindDialogTemplate(templateId);
   if (setup == nullptr) return nullptr;
+  UseDialogFont();
   auto* widget = new DialogWidget(ReadyOwner(owner));
   WindowEntry& entry = AddWindow(widget, WindowKind::kDialog, "Dialog");
   entry.dialogProcedure = procedure;

@@ -3,6 +3,7 @@
 #include <QFile>
 #include <QFileDialog>
 
+#include "platform/desktop/qt/font_handle.h"
 #include "platform/desktop/qt/window_table.h"
 
 namespace {
@@ -32,6 +33,7 @@ bool Ask(QFileDialog& dialog, HWND owner, std::string& path) {
 }  // namespace
 
 bool AskForFile(HWND owner, const FileQuestion& question, std::string& path) {
+  UseDialogFont();
   QFileDialog dialog(TopLevelOf(owner));
   dialog.setAcceptMode(question.saving ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
   dialog.setFileMode(question.saving ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
@@ -45,6 +47,7 @@ bool AskForFile(HWND owner, const FileQuestion& question, std::string& path) {
 }
 
 bool AskForFolder(HWND owner, const std::string& title, std::string& path) {
+  UseDialogFont();
   QFileDialog dialog(TopLevelOf(owner), QString::fromStdString(title));
   dialog.setFileMode(QFileDialog::Directory);
   dialog.setOption(QFileDialog::ShowDirsOnly);

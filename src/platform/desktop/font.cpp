@@ -1,21 +1,32 @@
 #include "platform/desktop/font.h"
 
+#include <QApplication>
 #include <QFontDatabase>
-#include <QGuiApplication>
 #include <QStringList>
+#include <future>
 
 #include "platform/desktop/qt/font_handle.h"
 #include "platform/desktop/qt/window_table.h"
 
 namespace {
 
+// Made after the application and destroyed, which waits for the thread, before it.
+std::future<QStringList>& Reading() {
+  static std::future<QStringList> reading;
+  return reading;
+}
+
+const QStringList& InstalledFonts() {
+  static const QStringList kNames = Reading().get();
+  return kNames;
+}
+
 // The first face there is. The search for a missing one would sort all the fonts there are, again for each
 // face and weight; and faces that are replaced by the same one are loaded once.
 QString FamilyOf(const std::string& face) {
-  static const QStringList kInstalled = QFontDatabase::families();
   QString wanted = QString::fromStdString(face);
   for (const QString& family : {wanted, QStringLiteral("Liberation Sans"), QStringLiteral("DejaVu Sans")}) {
-    if (kInstalled.contains(family, Qt::CaseInsensitive)) return family;
+    if (InstalledFonts().contains(family, Qt::CaseInsensitive)) return family;
   }
   return wanted;
 }
@@ -35,6 +46,22 @@ int LineHeight(const QFontMetrics& metrics) {
 }
 
 }  // namespace
+
+void BeginReadingFonts() {
+  Reading() = std::async(std::launch::async, [] { return QFontDatabase::families(); });
+}
+
+void EndReadingFonts() {
+  if (Reading().valid()) Reading().wait();
+}
+
+void UseDialogFont() {
+  static const bool kUsed = [] {
+    QApplication::setFont(FontHandle({"MS Sans Serif", -11, 400, false}).Resolve().font);
+    return true;
+  }();
+  static_cast<void>(kUsed);
+}
 
 const ResolvedFont& FontHandle::Resolve() const {
   if (resolved == nullptr) {

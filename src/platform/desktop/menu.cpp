@@ -2,6 +2,7 @@
 
 #include <QMenu>
 
+#include "platform/desktop/qt/font_handle.h"
 #include "platform/desktop/qt/window_table.h"
 #include "platform/desktop/window.h"
 
@@ -35,6 +36,7 @@ QAction* FindAction(const QMenu& menu, unsigned command) {
 }  // namespace
 
 HMENU CreatePopupMenu() {
+  UseDialogFont();
   return new MenuHandle;
 }
 void DestroyMenu(HMENU menu) {

@@ -5,8 +5,10 @@
 
 #include "platform/desktop/messages.h"
 #include "platform/desktop/qt/dialog_owner.h"
+#include "platform/desktop/qt/font_handle.h"
 
 int MessageBox(HWND owner, const std::string& text, const std::string& caption, UINT type) {
+  UseDialogFont();
   QMessageBox box(ReadyOwner(owner));
   TrimDialogFrame(box);
   box.setTextFormat(Qt::PlainText);

@@ -3,11 +3,13 @@
 #include <QToolTip>
 #include <QWidget>
 
+#include "platform/desktop/qt/font_handle.h"
 #include "platform/desktop/qt/window_table.h"
 
 void ShowTip(HWND window, POINT point, const char* text) {
   const WindowEntry* entry = FindWindowEntry(window);
   if (entry == nullptr) return;
+  UseDialogFont();
   QToolTip::showText(entry->widget->mapToGlobal(QPoint(point.x, point.y)), TextFromCodePage(text),
                      entry->widget);
 }

@@ -9,6 +9,16 @@
 
 #include "platform/desktop/font.h"
 
+// Begins to read the names of the installed fonts, on a thread of its own while the windows are made. Once an
+// application stands.
+void BeginReadingFonts();
+// Waits for its end, which the application must see.
+void EndReadingFonts();
+
+// Gives Qt's own widgets, of which dialogs, menus and tips are made, their font. Before the first of them is
+// made; it does nothing when called again.
+void UseDialogFont();
+
 struct ResolvedFont {
   QFont font;
   QFontMetrics metrics;

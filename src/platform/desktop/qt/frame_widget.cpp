@@ -100,6 +100,7 @@ void FrameWidget::closeEvent(QCloseEvent* event) {
 }
 
 void FrameWidget::changeEvent(QEvent* event) {
+  if (event->type() == QEvent::FontChange) return;  // as in WindowWidget::event
   if (event->type() == QEvent::ActivationChange && isActiveWindow() != active) {
     active = isActiveWindow();
     const HWND window = HandleOf(this);

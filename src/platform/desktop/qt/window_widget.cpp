@@ -9,6 +9,7 @@
 #include <QWheelEvent>
 
 #include "platform/desktop/qt/accessible_window.h"
+#include "platform/desktop/qt/font_handle.h"
 #include "platform/desktop/qt/icon.h"
 #include "platform/desktop/qt/keyboard.h"
 #include "platform/desktop/qt/mouse.h"
@@ -64,6 +65,8 @@ void WindowWidget::PaintNow(const QRegion& region) {
 }
 
 bool WindowWidget::event(QEvent* event) {
+  // Our windows draw with fonts of their own: that the dialogs have got theirs is no reason to paint.
+  if (event->type() == QEvent::FontChange || event->type() == QEvent::ApplicationFontChange) return true;
   if (event->type() == PostedMessage::EventType()) {
     const auto* posted = static_cast<PostedMessage*>(event);
     Tell(posted->message, posted->wParam, posted->lParam);
@@ -83,7 +86,10 @@ void WindowWidget::paintEvent(QPaintEvent* event) {
 
 void WindowWidget::NoteSeen() {
   if (waitingIcon == nullptr) return;
-  QTimer::singleShot(0, this, [this, name = waitingIcon] { window()->setWindowIcon(LoadIcon(name)); });
+  QTimer::singleShot(0, this, [this, name = waitingIcon] {
+    window()->setWindowIcon(LoadIcon(name));
+    UseDialogFont();
+  });
   waitingIcon = nullptr;
 }
 
