@@ -12,6 +12,8 @@
 #include "shell/commands.h"
 #include "shell/main_frame.h"
 
+using core::CommandResult;
+
 namespace {
 
 constexpr unsigned kDayListId = 100;
@@ -25,6 +27,10 @@ constexpr int kNewItemText = 120;
 constexpr int kEditItemText = 121;
 constexpr int kDeleteItemText = 122;
 constexpr int kMenuTextSize = 255;
+
+bool IsDone(CommandResult result) {
+  return result == CommandResult::kDone || result == CommandResult::kNotFlushed;
+}
 
 // What the list tells its parent when it is rebuilt by its timer.
 constexpr LPARAM kBeforeTimedRebuild = 3;
@@ -252,11 +258,11 @@ void CalendarPanel::NewAppointment() {
     AppointmentEditor editor(*calendarFile, record, currentDate, mode);
     if (editor.Run(this) != 1) return;
     result = AddAppointment(*calendarFile, record);
-    if (result == CommandResult::kDone) {
+    if (IsDone(result)) {
       PlaySound("add.wav");
       RefreshList();
       dayList.SelectRecord(&record);
-      return;
+      break;
     }
     // What the user typed comes back, to be saved when there is room again.
     if (result != CommandResult::kFailed || closeWanted) break;
@@ -272,7 +278,7 @@ void CalendarPanel::EditAppointment() {
   if (calendarFile == nullptr) return;
   CommandResult result = CheckMayChange(*calendarFile);
   if (result == CommandResult::kDone && offset < 0) return;
-  EditLock lock(*calendarFile);
+  core::EditLock lock(*calendarFile);
   core::Appointment record;
   if (result == CommandResult::kDone) result = BeginEdit(lock, offset, record);
   if (result == CommandResult::kDone) {
@@ -286,13 +292,13 @@ void CalendarPanel::EditAppointment() {
 }
 
 // Runs the editor until its record is written (true) or the user cancels.
-bool CalendarPanel::StoreEdited(EditLock& lock, core::Appointment& record) {
+bool CalendarPanel::StoreEdited(core::EditLock& lock, core::Appointment& record) {
   for (;;) {
     AppointmentEditor editor(*calendarFile, record, currentDate, AppointmentEditor::Mode::kEdit);
     if (editor.Run(this) != 1) return false;
     const CommandResult result = EndEdit(lock, record);
-    if (result == CommandResult::kDone) return true;
     Report(result);
+    if (IsDone(result)) return true;
     if (result != CommandResult::kFailed || closeWanted) return false;
   }
 }
@@ -302,12 +308,12 @@ void CalendarPanel::DeleteAppointment() {
   if (calendarFile == nullptr) return;
   CommandResult result = CheckMayChange(*calendarFile);
   if (result == CommandResult::kDone && offset < 0) return;
-  EditLock lock(*calendarFile);
+  core::EditLock lock(*calendarFile);
   if (result == CommandResult::kDone) result = lock.Take(offset);
   if (result == CommandResult::kDone) {
     if (!AskYesNo(this, kDeleteQuestion)) return;
     result = DeleteLocked(lock);
-    if (result == CommandResult::kDone) PlaySound("bindel.wav");
+    if (IsDone(result)) PlaySound("bindel.wav");
   }
   Report(result);
   RefreshList();
@@ -351,6 +357,10 @@ void CalendarPanel::Report(CommandResult result) {
       break;
     case CommandResult::kFailed:
       ShowInfo(this, "Can't write to \"" + calendarFile->Path() + "\".\r\nThe appointment was not saved.");
+      break;
+    case CommandResult::kNotFlushed:
+      ShowInfo(this, "Can't bring \"" + calendarFile->Path() +
+                         "\" to the disk.\r\nThe change is made, but may be lost if the computer fails.");
       break;
     case CommandResult::kDone:
     case CommandResult::kConfidential:

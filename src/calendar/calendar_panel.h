@@ -14,9 +14,6 @@
 #include "core/record_query.h"
 #include "pickers/mini_calendar.h"
 
-using core::CommandResult;
-using core::EditLock;
-
 class CalendarPanel : public ZarfWnd {
  public:
   CalendarPanel();
@@ -57,7 +54,7 @@ class CalendarPanel : public ZarfWnd {
   void EditAppointment();
   void DeleteAppointment();
   void DropAppointment(bool copy, const core::Date& date);
-  bool StoreEdited(EditLock& lock, core::Appointment& record);
+  bool StoreEdited(core::EditLock& lock, core::Appointment& record);
 
   void OnListNotice(unsigned code, LPARAM value);
   void OnListChanged(LPARAM phase);
@@ -71,7 +68,7 @@ class CalendarPanel : public ZarfWnd {
   void RefreshList() { dayList.RefreshFromFile(ListRefresh::kByProgram); }
   std::int32_t SelectedOffset() const { return dayList.RecordOffset(dayList.SelectedItem()); }
   // Tells the user what came of a command; a silent result is silent.
-  void Report(CommandResult result);
+  void Report(core::CommandResult result);
 
   core::RecordFile* calendarFile = nullptr;  // borrowed
   bool wasAttached = false;

@@ -18,6 +18,10 @@ Outcome Describe(const std::string& path, CommandResult result) {
   switch (result) {
     case CommandResult::kDone:
       return {};
+    case CommandResult::kNotFlushed:
+      return FailOn(
+          path, kFile,
+          "The change is made, but may be lost if the computer fails: the disk did not confirm it.");
     case CommandResult::kReader:
       return FailOn(path, kRefused, "The password allows to read only.");
     case CommandResult::kLocked:
@@ -87,9 +91,10 @@ Outcome AddCommand(const Arguments& arguments, Output& output) {
   outcome = ApplyOptions(options, record);
   if (!outcome.IsDone()) return outcome;
   const CommandResult added = core::AddAppointment(*file, record);
-  if (added != CommandResult::kDone) return Describe(arguments.file, added);
-  output.Write(FormatId(record.header.recordId) + "\n");
-  return {kDone, notice};
+  const bool isThere = added == CommandResult::kDone || added == CommandResult::kNotFlushed;
+  if (isThere) output.Write(FormatId(record.header.recordId) + "\n");
+  outcome = Describe(arguments.file, added);
+  return outcome.IsDone() ? Outcome{kDone, notice} : outcome;
 }
 
 Outcome EditCommand(const Arguments& arguments) {

@@ -24,6 +24,11 @@ CommandResult TakeAndRead(EditLock& lock, std::int32_t offset, Appointment& reco
   return taken == CommandResult::kDone ? lock.Read(record) : taken;
 }
 
+// What is in the file by now, for this and every other copy, is brought to the disk.
+CommandResult Flush(RecordFile& file) {
+  return file.Flush() ? CommandResult::kDone : CommandResult::kNotFlushed;
+}
+
 CommandResult CheckConfidential(const RecordFile& file, const Appointment& record) {
   if (record.header.confidential == 0 || file.AccessLevel() == Access::kOwner) return CommandResult::kDone;
   return CommandResult::kConfidential;
@@ -54,8 +59,7 @@ CommandResult CheckMayChange(const RecordFile& file) {
 
 CommandResult AddAppointment(RecordFile& file, const Appointment& record) {
   const CommandResult added = FromFile(file.AddRecord(&record));
-  if (added == CommandResult::kDone) file.Flush();
-  return added;
+  return added == CommandResult::kDone ? Flush(file) : added;
 }
 
 CommandResult BeginEdit(EditLock& lock, std::int32_t offset, Appointment& record) {
@@ -72,8 +76,7 @@ CommandResult EndEdit(EditLock& lock, const Appointment& record) {
   const CommandResult written = FromFile(lock.File().WriteRecord(&record, lock.Offset()));
   if (written != CommandResult::kDone) return written;
   lock.Release();
-  lock.File().Flush();
-  return CommandResult::kDone;
+  return Flush(lock.File());
 }
 
 CommandResult DeleteLocked(EditLock& lock) {
@@ -82,8 +85,7 @@ CommandResult DeleteLocked(EditLock& lock) {
   if (result == CommandResult::kDone) result = CheckConfidential(lock.File(), record);
   if (result == CommandResult::kDone) result = FromFile(lock.File().DeleteRecord(lock.Offset()));
   lock.Release();
-  if (result == CommandResult::kDone) lock.File().Flush();
-  return result;
+  return result == CommandResult::kDone ? Flush(lock.File()) : result;
 }
 
 CommandResult MoveToDate(RecordFile& file, std::int32_t offset, const Date& date, Appointment& record) {

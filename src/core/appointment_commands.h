@@ -15,6 +15,7 @@ namespace core {
 
 enum class CommandResult {
   kDone,
+  kNotFlushed,      // done, but the system could not bring it to the disk: a crash of the machine may undo it
   kReader,          // the user may only read this file
   kLocked,          // somebody edits the record, or it is gone
   kVanished,        // the record was deleted between lock and read
@@ -50,7 +51,8 @@ class EditLock {
 // kReader or kDone: asked before anything else a command does.
 CommandResult CheckMayChange(const RecordFile& file);
 
-// Adds a record that is prepared whole, and brings it to the disk.
+// Adds a record that is prepared whole, and brings it to the disk. Here and below, kNotFlushed when only the
+// latter fails.
 CommandResult AddAppointment(RecordFile& file, const Appointment& record);
 
 // Locks and reads a record for the editor. Unless the result is kDone the lock is given back.

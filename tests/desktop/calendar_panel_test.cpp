@@ -253,6 +253,23 @@ TEST_F(CalendarPanelTest, WhatCouldNotBeSavedComesBack) {
   EXPECT_EQ(calendar.Bytes().size(), size + 2627);
 }
 
+TEST_F(CalendarPanelTest, WhatTheDiskDoesNotConfirmIsToldOnceAndStays) {
+  program.Run(calendar.Path(), [&] {
+    FaultyCalls faults;
+    const auto fail = [&] { faults.Fail(FaultyCalls::kFlush, faults.Count(FaultyCalls::kFlush) + 1, EIO); };
+    for (const int key : {VK_INSERT, VK_RETURN}) {
+      program.driver.WhenDialogOpens([&](HWND dialog) {
+        program.driver.TypeInto(dialog, kSubjectEdit, "Kept");
+        fail();
+        program.driver.ClickControl(dialog, IDOK);
+      });
+      program.driver.AnswerMessageBox("The change is made", IDOK);
+      PressInList(key);
+      EXPECT_NE(program.Selected().find("Kept"), std::string::npos);
+    }
+  });
+}
+
 TEST_F(CalendarPanelTest, ClosingWithAnOpenEditorEndsItFirst) {
   bool ended = false;
   program.Run(calendar.Path(), [&] {

@@ -211,6 +211,17 @@ TEST_F(CliChanges, AFullDiskLeavesTheRecordAndNoLock) {
   EXPECT_EQ(+calendar.Header().openCount, 1U);
 }
 
+TEST_F(CliChanges, WhatTheDiskDoesNotConfirmIsToldAndStays) {
+  FaultyCalls faults;
+  faults.Fail(FaultyCalls::kFlush, 1, EIO, FaultyCalls::kForEver);
+  EXPECT_EQ(Run("edit", {first, "--subject=x"}), 2);
+  EXPECT_EQ(core::ReadText(Slot(kFirst).subject), "x");
+  EXPECT_EQ(Run("add", {"--date=2004-03-14", "--all-day", "--subject=y"}), 2);
+  EXPECT_EQ(core::ReadText(Last().subject), "y");
+  EXPECT_EQ(Run("delete", {first}), 2);
+  EXPECT_EQ(Slot(kFirst).header.inUse, 0);
+}
+
 TEST(CliFiles, NewCompactAndRepair) {
   const TemporaryFolder folder;
   const std::string path = folder.Join("a.cld");

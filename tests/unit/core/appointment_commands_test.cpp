@@ -122,6 +122,23 @@ TEST_F(AppointmentCommands, AFullDiskChangesNothingAndKeepsTheLockForAnotherTry)
   EXPECT_EQ(EndEdit(lock, record), CommandResult::kDone);
 }
 
+TEST_F(AppointmentCommands, WhatTheDiskDoesNotConfirmIsToldAndStays) {
+  FaultyCalls faults;
+  faults.Fail(FaultyCalls::kFlush, 1, EIO, FaultyCalls::kForEver);
+  EXPECT_EQ(AddAppointment(calendar.file, Entry("Second").appointment), CommandResult::kNotFlushed);
+  EXPECT_EQ(core::ReadText(Slot(kFirst + 2627).subject), "Second");
+  {
+    EditLock lock(calendar.file);
+    ASSERT_EQ(BeginEdit(lock, kFirst, record), CommandResult::kDone);
+    core::WriteText(record.subject, "Changed");
+    EXPECT_EQ(EndEdit(lock, record), CommandResult::kNotFlushed);
+  }
+  EXPECT_EQ(core::ReadText(Slot(kFirst).subject), "Changed");
+  EXPECT_EQ(Slot(kFirst).header.editLock, 0);
+  EXPECT_EQ(Delete(calendar.file), CommandResult::kNotFlushed);
+  EXPECT_EQ(Slot(kFirst).header.inUse, 0);
+}
+
 TEST_F(AppointmentCommands, ACopyIsAPlainAppointmentOfItsOwn) {
   Change([](core::Appointment& slot) {
     slot.repeat = {core::kRepeatDaily, core::kNoEndDate, 1, 0};
