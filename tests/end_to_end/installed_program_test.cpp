@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -40,7 +41,8 @@ TEST(InstalledProgram, LooksAsBuiltAndWritesIntoTheUsersFolderOnly) {
   for (const char* name :
        {"lib/daybrix/libtempoline_sound.so", "share/daybrix/select.wav", "share/daybrix/Help/calendar.htm",
         "share/applications/tempoline.desktop", "share/mime/packages/tempoline.xml",
-        "share/icons/hicolor/48x48/apps/tempoline.png", "share/icons/hicolor/scalable/apps/tempoline.svg"}) {
+        "share/man/man1/tempoline-cli.1", "share/icons/hicolor/48x48/apps/tempoline.png",
+        "share/icons/hicolor/scalable/apps/tempoline.svg"}) {
     EXPECT_TRUE(platform::FileExists(prefix + "/" + name)) << name;
   }
 
@@ -59,7 +61,9 @@ TEST(InstalledProgram, LooksAsBuiltAndWritesIntoTheUsersFolderOnly) {
   EXPECT_EQ(installed.Close(), 0);
   EXPECT_TRUE(platform::FileExists(home + "/.local/share/daybrix/tempoline.ini"));
   EXPECT_TRUE(platform::FileExists(home + "/.local/share/daybrix/works/tempoline.cld"));
-  EXPECT_EQ(platform::ListFolder(prefix + "/bin"), std::vector<std::string>{"tempoline"});
+  const std::vector<std::string> programs = platform::ListFolder(prefix + "/bin");
+  EXPECT_EQ(std::set(programs.begin(), programs.end()),
+            (std::set<std::string>{"tempoline", "tempoline-cli"}));
 }
 
 }  // namespace
