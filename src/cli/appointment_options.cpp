@@ -1,5 +1,6 @@
 #include "cli/appointment_options.h"
 
+#include "core/repeat_choice.h"
 #include "core/repeat_rule.h"
 
 namespace cli {
@@ -34,28 +35,14 @@ Outcome TakeText(const Arguments& arguments, std::string_view name, std::size_t 
   return outcome;
 }
 
-// What a rule of this type stores beside its interval, for an appointment of this date.
-std::uint32_t RuleParam(std::uint8_t type, std::uint32_t weekdays, const core::Date& date) {
-  switch (type) {
-    case core::kRepeatWeekly:
-      return weekdays != 0 ? weekdays : core::WeekdayBit(core::Weekday(date) + 1);
-    case core::kRepeatMonthly:
-      return static_cast<std::uint32_t>(date.day);
-    case core::kRepeatYearly:
-      return static_cast<std::uint32_t>(date.month) << 16 | static_cast<std::uint32_t>(date.day);
-    default:
-      return 0;
-  }
-}
-
 Outcome ApplyRepeat(const AppointmentOptions& options, core::Appointment& record) {
   core::RepeatRule& rule = record.repeat;
   if (options.noRepeat) core::ClearRepeat(record);
   if (options.repeat) {
     rule = {options.repeat->type, core::kNoEndDate, options.repeat->every,
-            RuleParam(options.repeat->type, options.repeat->weekdays, record.date)};
+            core::RepeatParam(options.repeat->type, options.repeat->weekdays, record.date)};
   } else if (options.date && core::HasRepeat(record)) {
-    rule.repeatParam = RuleParam(rule.repeatType, rule.repeatParam, record.date);
+    rule.repeatParam = core::RepeatParam(rule.repeatType, rule.repeatParam, record.date);
   }
   if (options.until) {
     if (!core::HasRepeat(record)) return Fail(kUsage, "--until is for an appointment that repeats");

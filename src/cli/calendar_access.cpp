@@ -8,6 +8,7 @@
 #include "cli/values.h"
 #include "core/calendar_file.h"
 #include "core/file_messages.h"
+#include "core/record_scan.h"
 #include "platform/system/file.h"
 
 namespace cli {
@@ -96,26 +97,6 @@ bool MaySee(const core::RecordHeader& record, core::Access level) {
   return record.inUse == 1 && (record.confidential != 1 || level == core::Access::kOwner);
 }
 
-bool VisitRecords(const core::RecordFile& file, const RecordVisit& visit) {
-  const core::Access level = file.AccessLevel();
-  const std::int64_t end = file.SlotsEnd();
-  std::vector<core::Appointment> slots(core::kSlotsPerRead);
-  bool complete = end >= 0;
-  for (std::int64_t offset = file.FirstSlotOffset(); offset < end;
-       offset += static_cast<std::int64_t>(slots.size() * sizeof(core::Appointment))) {
-    const int count = file.ReadSlots(slots.data(), offset);
-    const std::int64_t there = (end - offset) / static_cast<std::int64_t>(sizeof(core::Appointment));
-    if (count == 0) break;  // no offset reaches further
-    if (count < std::min<std::int64_t>(there, static_cast<std::int64_t>(slots.size()))) complete = false;
-    for (int i = 0; i < count; ++i) {
-      const core::Appointment& record = slots[static_cast<std::size_t>(i)];
-      const auto at = static_cast<std::int32_t>(offset + i * static_cast<std::int64_t>(sizeof record));
-      if (MaySee(record.header, level) && !visit(record, at)) return complete;
-    }
-  }
-  return complete;
-}
-
 Outcome FindRecord(const Arguments& arguments, const core::RecordFile& file, std::uint64_t id,
                    std::int32_t& offset) {
   std::int32_t chosen = 0;
@@ -124,9 +105,9 @@ Outcome FindRecord(const Arguments& arguments, const core::RecordFile& file, std
     if (!parsed.IsDone()) return parsed;
   }
   std::vector<std::int32_t> found;
-  const bool complete = VisitRecords(file, [&](const core::Appointment& record, std::int32_t at) {
-    if (record.header.recordId == id && (chosen == 0 || chosen == at)) found.push_back(at);
-    return true;
+  const core::ScanResult scanned = core::ScanRecords(file, [&](const char* slot, std::int32_t at) {
+    const auto& header = *reinterpret_cast<const core::RecordHeader*>(slot);
+    if (header.recordId == id && (chosen == 0 || chosen == at)) found.push_back(at);
   });
   const std::string name = FormatId(id);
   if (found.size() == 1) {
@@ -134,7 +115,8 @@ Outcome FindRecord(const Arguments& arguments, const core::RecordFile& file, std
     return {};
   }
   if (found.empty()) {
-    if (!complete) return FailOn(arguments.file, kFile, "Parts of it cannot be read.");
+    if (scanned != core::ScanResult::kAll)
+      return FailOn(arguments.file, kFile, "Parts of it cannot be read.");
     return FailOn(arguments.file, kRefused,
                   "There is no record " + name + (chosen == 0 ? "." : " at " + std::to_string(chosen) + "."));
   }

@@ -1,15 +1,13 @@
-// How commands get at a calendar file: the password and its level, opening, and the records that the level
-// may see. Outcomes name the file.
+// How commands get at a calendar file: the password and its level, opening, and finding a record. Outcomes
+// name the file.
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <memory>
 #include <string>
 
 #include "cli/arguments.h"
 #include "cli/outcome.h"
-#include "core/appointment.h"
 #include "core/record_file.h"
 
 namespace cli {
@@ -27,11 +25,6 @@ Outcome OpenCalendarToRead(const Arguments& arguments, std::unique_ptr<core::Rec
 // Opens a calendar as the window program does, after bringing it in order where a program died with it. Who
 // may only read it is refused before that.
 Outcome OpenCalendarToChange(const Arguments& arguments, std::unique_ptr<core::RecordFile>& file);
-
-// Calls `visit` with each live record of a calendar that the level may see, in file order, until it returns
-// false. False when something could not be read; the rest was visited all the same.
-using RecordVisit = std::function<bool(const core::Appointment& record, std::int32_t offset)>;
-bool VisitRecords(const core::RecordFile& file, const RecordVisit& visit);
 
 // Whether a record with these bytes is one that the level may see.
 bool MaySee(const core::RecordHeader& record, core::Access level);

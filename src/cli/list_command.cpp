@@ -8,6 +8,7 @@
 #include "cli/commands.h"
 #include "cli/values.h"
 #include "core/record_query.h"
+#include "core/record_scan.h"
 #include "core/repeat_rule.h"
 
 namespace cli {
@@ -101,10 +102,10 @@ class Lister {
 
   // False when something could not be read; the rest is listed all the same.
   bool Run() {
-    complete = VisitRecords(file, [this](const Appointment& record, std::int32_t offset) {
-      Collect(record, offset);
-      return true;
+    const core::ScanResult scanned = core::ScanRecords(file, [this](const char* slot, std::int32_t offset) {
+      Collect(*reinterpret_cast<const Appointment*>(slot), offset);
     });
+    complete = scanned == core::ScanResult::kAll;
     std::sort(single.begin(), single.end(), InOrder);
     Table table(output, selection.format, Columns());
     if (selection.all) {

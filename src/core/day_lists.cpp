@@ -110,7 +110,7 @@ bool DayLists::Run(const RecordFile& file, const Date& first, int count, std::st
     std::int32_t offset;
   };
   std::vector<std::vector<Entry>> entries(static_cast<std::size_t>(count));
-  const bool done = ScanRecords(file, [&](const char* slot, std::int32_t offset) {
+  const ScanResult scanned = ScanRecords(file, [&](const char* slot, std::int32_t offset) {
     const auto& appointment = *reinterpret_cast<const Appointment*>(slot);
     std::uint64_t falls = span.Days(appointment);
     if (falls == 0) return;
@@ -127,8 +127,9 @@ bool DayLists::Run(const RecordFile& file, const Date& first, int count, std::st
                      [](const Entry& a, const Entry& b) { return a.key < b.key; });
     for (const Entry& entry : entries[i]) days[i].push_back(entry.offset);
   }
-  if (!done) days.assign(entries.size(), {});
-  return done;
+  if (scanned != ScanResult::kFailed) return true;
+  days.assign(entries.size(), {});
+  return false;
 }
 
 }  // namespace core

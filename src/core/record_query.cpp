@@ -167,9 +167,10 @@ bool RecordQuery::Run(const RecordFile& file) {
   if (!file.IsOpen()) return false;
   counterAtRun = file.GetChangeCounter();
   const std::size_t slotSize = file.SlotSize();
-  return ScanRecords(file, [&](const char* slot, std::int32_t offset) {
+  const ScanResult scanned = ScanRecords(file, [&](const char* slot, std::int32_t offset) {
     if (offsets.size() < kMostOffsets && Matches(slot, slotSize)) offsets.push_back(offset);
   });
+  return scanned != ScanResult::kFailed;
 }
 
 bool RecordQuery::Sort(const RecordFile& file, const RecordOrder& order) {

@@ -14,13 +14,14 @@ constexpr std::int64_t kOffsetsEnd = std::int64_t{std::numeric_limits<std::int32
 
 }  // namespace
 
-bool ScanRecords(const RecordFile& file,
-                 const std::function<void(const char* slot, std::int32_t offset)>& visit) {
-  if (!file.IsOpen()) return false;
+ScanResult ScanRecords(const RecordFile& file,
+                       const std::function<void(const char* slot, std::int32_t offset)>& visit) {
+  if (!file.IsOpen()) return ScanResult::kFailed;
   const std::size_t slotSize = file.SlotSize();
   const std::size_t bytes = kSlotsPerRead * slotSize;
   const std::unique_ptr<char[]> slots(new (std::nothrow) char[bytes + kLargestSlotSize]);
-  if (slots == nullptr) return false;
+  if (slots == nullptr) return ScanResult::kFailed;
+  ScanResult result = ScanResult::kAll;
   Access level = Access::kNone;
   bool levelKnown = false;
   const auto seesConfidential = [&] {
@@ -29,6 +30,8 @@ bool ScanRecords(const RecordFile& file,
     return level == Access::kOwner;
   };
   for (std::int64_t offset = file.FirstSlotOffset();; offset += static_cast<std::int64_t>(bytes)) {
+    // Asked before the read: what another copy adds after it is not missing.
+    const std::int64_t end = file.SlotsEnd();
     const int count = file.ReadSlots(slots.get(), offset);
     if (count >= 0)
       std::memset(slots.get() + static_cast<std::size_t>(count) * slotSize, 0, kLargestSlotSize);
@@ -38,10 +41,11 @@ bool ScanRecords(const RecordFile& file,
       if (slot[offsetof(RecordHeader, confidential)] == 1 && !seesConfidential()) continue;
       visit(slot, static_cast<std::int32_t>(offset + (slot - slots.get())));
     }
+    if (count == static_cast<int>(kSlotsPerRead)) continue;
+    const std::int64_t there = std::min(end, kOffsetsEnd) - offset;
+    if (end < 0 || there / static_cast<std::int64_t>(slotSize) > count) result = ScanResult::kParts;
     // A read that falls short before the end came to a place that cannot be read: the slots behind it count.
-    const std::int64_t next = offset + static_cast<std::int64_t>(bytes);
-    if (count < static_cast<int>(kSlotsPerRead) && next >= std::min(file.SlotsEnd(), kOffsetsEnd))
-      return true;
+    if (there <= static_cast<std::int64_t>(bytes)) return result;
   }
 }
 

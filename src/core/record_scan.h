@@ -8,10 +8,16 @@
 
 namespace core {
 
+enum class ScanResult {
+  kAll,     // everything was read
+  kParts,   // something could not be read, and was passed over
+  kFailed,  // there is no memory, or the file is closed
+};
+
 // Calls `visit` with each live record that the file's password shows, in file order: its bytes, of which
 // kLargestSlotSize may be read (zeros follow a smaller slot), and its offset. Reads kSlotsPerRead slots at a
-// time and passes over what cannot be read. False when there is no memory or the file is closed.
-bool ScanRecords(const RecordFile& file,
-                 const std::function<void(const char* slot, std::int32_t offset)>& visit);
+// time.
+ScanResult ScanRecords(const RecordFile& file,
+                       const std::function<void(const char* slot, std::int32_t offset)>& visit);
 
 }  // namespace core

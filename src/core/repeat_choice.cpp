@@ -23,19 +23,6 @@ bool IsSameDay(const Date& a, const Date& b) {
   return a.day == b.day && a.month == b.month && a.year == b.year;
 }
 
-std::uint32_t TypeParam(const RepeatChoice& choice, const Date& date) {
-  switch (choice.type) {
-    case kRepeatWeekly:
-      return choice.weekdays;
-    case kRepeatMonthly:
-      return static_cast<std::uint32_t>(date.day);
-    case kRepeatYearly:
-      return static_cast<std::uint32_t>(date.month) << 16 | static_cast<std::uint32_t>(date.day);
-    default:
-      return 0;
-  }
-}
-
 }  // namespace
 
 RepeatChoice ReadRepeat(const Appointment& appointment) {
@@ -51,9 +38,23 @@ RepeatChoice ReadRepeat(const Appointment& appointment) {
   return choice;
 }
 
+std::uint32_t RepeatParam(std::uint8_t type, std::uint32_t weekdays, const Date& date) {
+  switch (type) {
+    case kRepeatWeekly:
+      return weekdays != 0 ? weekdays : WeekdayBit(WeekdayNumber(date));
+    case kRepeatMonthly:
+      return static_cast<std::uint32_t>(date.day);
+    case kRepeatYearly:
+      return static_cast<std::uint32_t>(date.month) << 16 | static_cast<std::uint32_t>(date.day);
+    default:
+      return 0;
+  }
+}
+
 RepeatRule BuildRepeat(const RepeatChoice& choice, const Date& date) {
   if (choice.type == kRepeatNone) return {};
-  return {choice.type, choice.end.value_or(kNoEndDate), choice.every, TypeParam(choice, date)};
+  return {choice.type, choice.end.value_or(kNoEndDate), choice.every,
+          RepeatParam(choice.type, choice.weekdays, date)};
 }
 
 int WeekdayNumber(const Date& date) {

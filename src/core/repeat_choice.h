@@ -24,6 +24,10 @@ struct RepeatChoice {
 // appointment's own.
 RepeatChoice ReadRepeat(const Appointment& appointment);
 
+// What a rule of this type holds beside its interval, for an appointment whose first occurrence is on `date`:
+// the mask of the weekdays, the date's own when it is empty, the day, or month and day; 0 for other types.
+std::uint32_t RepeatParam(std::uint8_t type, std::uint32_t weekdays, const Date& date);
+
 // The rule for an appointment whose first occurrence is on `date`; all zero for none.
 RepeatRule BuildRepeat(const RepeatChoice& choice, const Date& date);
 
