@@ -328,14 +328,14 @@ void CalendarPanel::DropAppointment(bool copy, const core::Date& date) {
   core::Appointment record;
   const CommandResult result = copy ? CopyToDate(*calendarFile, offset, date, record)
                                     : MoveToDate(*calendarFile, offset, date, record);
-  if (result == CommandResult::kDone) {
+  if (IsDone(result)) {
     PlaySound(copy ? "add.wav" : "move.wav");
     SetCurrentDate(date);
     dayList.SelectRecord(&record);
   } else {
-    Report(result);
     RefreshList();
   }
+  Report(result);
 }
 
 void CalendarPanel::Report(CommandResult result) {

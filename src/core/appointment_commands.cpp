@@ -94,7 +94,7 @@ CommandResult MoveToDate(RecordFile& file, std::int32_t offset, const Date& date
   if (result != CommandResult::kDone) return result;
   if (HasRepeat(record)) return CommandResult::kRepeats;
   record.date = date;
-  return FromFile(file.WriteRecord(&record, offset));
+  return EndEdit(lock, record);
 }
 
 CommandResult CopyToDate(RecordFile& file, std::int32_t offset, const Date& date, Appointment& record) {
@@ -109,7 +109,7 @@ CommandResult CopyToDate(RecordFile& file, std::int32_t offset, const Date& date
   record.header.eventByte = 0;
   record.header.eventRole = 1;
   ClearRepeat(record);
-  return FromFile(file.AddRecord(&record));
+  return AddAppointment(file, record);
 }
 
 }  // namespace core

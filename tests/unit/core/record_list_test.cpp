@@ -5,6 +5,7 @@
 #include <random>
 
 #include "core/record_query.h"
+#include "core/record_scan.h"
 #include "core/repeat_rule.h"
 #include "gtest/gtest.h"
 #include "support/faulty_calls.h"
@@ -138,6 +139,10 @@ TEST(RecordList, FailedReadSkipsAHundredSlots) {
   EXPECT_TRUE(query.Run(calendar.file));
   ASSERT_EQ(query.OffsetCount(), 150U);
   EXPECT_EQ(query.OffsetAt(100), 2625 + 200 * 2627);
+  const auto visit = [](const char*, std::int32_t) {};
+  faults.Fail(FaultyCalls::kRead, faults.Count(FaultyCalls::kRead) + 1, EIO);
+  EXPECT_EQ(ScanRecords(calendar.file, visit), ScanResult::kParts);
+  EXPECT_EQ(ScanRecords(calendar.file, visit), ScanResult::kAll);
   faults.Fail(FaultyCalls::kRead, 1, EIO, FaultyCalls::kForEver);
   EXPECT_TRUE(query.Run(calendar.file));  // and ends
   EXPECT_EQ(query.OffsetCount(), 0U);
