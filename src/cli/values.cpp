@@ -91,9 +91,13 @@ bool ParseWeekdays(std::string_view text, std::uint32_t& mask) {
 }  // namespace
 
 Outcome ParseDate(std::string_view option, std::string_view text, core::Date& date) {
+  int year = 0;
+  int month = 0;
+  int day = 0;
   const bool formed = text.size() == 10 && text[4] == '-' && text[7] == '-' &&
-                      ParseNumber(text.substr(0, 4), date.year) &&
-                      ParseNumber(text.substr(5, 2), date.month) && ParseNumber(text.substr(8), date.day);
+                      ParseNumber(text.substr(0, 4), year) && ParseNumber(text.substr(5, 2), month) &&
+                      ParseNumber(text.substr(8), day);
+  date = {day, month, year};
   if (!formed) return WrongValue(option, text, "is no date like 2004-03-14");
   if (core::DayIndex(date) >= 0) return {};
   if (!core::IsValidDate(date.day, date.month, date.year)) return WrongValue(option, text, "is no day");

@@ -96,7 +96,7 @@ TEST_F(ProgramAccess, TabWalksThePanelAndTheFramesKeysGoOnWorking) {
     for (int step = 0; step < 4; ++step) program.driver.Press(program.Frame(), VK_TAB, MK_SHIFT);
     EXPECT_EQ(GetWindowText(GetFocus()), "Previous month");
     Press({VK_SPACE});
-    EXPECT_EQ(program.Panel().CurrentDate().month, 2);
+    EXPECT_EQ(Value(program.Panel().CurrentDate().month), 2);
     program.driver.Press(program.Frame(), VK_TAB, MK_SHIFT);
     EXPECT_EQ(GetFocus(), program.Days());
     Press({VK_NEXT});

@@ -67,11 +67,11 @@ class Worker {
   int Run() {
     const std::int64_t deadline = platform::TickMs() + work.milliseconds;
     while (platform::TickMs() < deadline) {
-      if (Chance(8)) Compact();
+      if (WaitForTheRest() && Chance(2)) Compact();
       const core::OpenedCalendar opened = core::OpenCalendarFile(work.calendar, "", false);
       if (opened.file == nullptr) continue;  // somebody compacts it
       if (!FindRecords(*opened.file)) return 2;
-      for (int i = Pick(30); i > 0; --i) Step(*opened.file);
+      for (int i = Pick(30); i > 0 && !RestDue(); --i) Step(*opened.file);
     }
     return 0;
   }
@@ -79,6 +79,14 @@ class Worker {
  private:
   int Pick(int limit) { return static_cast<int>(random() % static_cast<unsigned>(limit)); }
   bool Chance(int oneIn) { return Pick(oneIn) == 0; }
+
+  // All workers close the file towards the end of each half second, or nobody would ever have it alone.
+  static bool RestDue() { return platform::TickMs() % 500 > 420; }
+  static bool WaitForTheRest() {
+    if (!RestDue()) return false;
+    while (RestDue()) usleep(1000);
+    return true;
+  }
 
   // Where the records are now. While a file is open they stay there.
   bool FindRecords(RecordFile& file) {
