@@ -3,10 +3,12 @@
 
 #include "calendar/calendar_pane.h"
 #include "platform/desktop/application.h"
+#include "platform/system/file.h"
 #include "resources/resources.h"
 #include "shell/application.h"
 
 int main(int argc, char** argv) {
+  platform::LetWritesBeyondLimitsFail();
   if (!StartDesktop(argc, argv)) return 1;
   RegisterResources();
   int exitCode = 0;

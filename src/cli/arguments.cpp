@@ -199,11 +199,12 @@ std::string HelpText(Command command) {
   if (info == nullptr) return ProgramHelp();
   std::string text("Usage: ");
   text.append(kProgram).append(" ").append(info->name).append(" ").append(info->operands);
-  text.append(" [OPTION]...\n\nUse it to ").append(info->summary).append(".\n");
   std::string options;
   for (const OptionInfo& option : kOptions) {
     if ((option.commands & In(command)) != 0) options += OptionLine(option);
   }
+  text.append(options.empty() ? "" : " [OPTION]...");
+  text.append("\n\nUse it to ").append(info->summary).append(".\n");
   return options.empty() ? text : text + "\nOptions:\n" + options;
 }
 

@@ -52,7 +52,9 @@ int RunCommandLine(const std::vector<std::string>& words, const Sink& output, co
   const bool written = out.Flush();
   say(outcome.message);
   if (written) return outcome.code;
-  say((arguments.file.empty() ? "" : arguments.file + ": ") + "The output could not be written.");
+  if (!out.ReaderLeft()) {
+    say((arguments.file.empty() ? "" : arguments.file + ": ") + "The output could not be written.");
+  }
   return outcome.code == kDone ? kFile : outcome.code;
 }
 

@@ -1,9 +1,11 @@
 // tempoline-cli: calendars on the command line.
 #include "cli/cli.h"
+#include "platform/system/file.h"
 #include "platform/system/standard_streams.h"
 
 int main(int argc, char** argv) {
   platform::PrepareStandardStreams();
+  platform::LetWritesBeyondLimitsFail();
   return cli::RunCommandLine({argv + (argc > 0 ? 1 : 0), argv + argc}, platform::WriteStandardOutput,
                              platform::WriteStandardError);
 }

@@ -16,6 +16,24 @@ bool IsC0(char c) {
   return static_cast<unsigned char>(c) < 0x20 || c == '\x7F';
 }
 
+// The bytes of the UTF-8 character at `at`, which is none of ASCII; 0 where none begins. Only names of files
+// can have bytes that are none.
+std::size_t CharacterLength(std::string_view text, std::size_t at) {
+  const auto byte = [&](std::size_t i) { return i < text.size() ? static_cast<unsigned char>(text[i]) : 0U; };
+  const unsigned lead = byte(at);
+  const unsigned next = byte(at + 1);
+  const std::size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
+  // Those that are too long for what they mean, halves of pairs, and what lies beyond the last character.
+  if (lead < 0xC2 || lead > 0xF4 || (lead == 0xE0 && next < 0xA0) || (lead == 0xED && next > 0x9F) ||
+      (lead == 0xF0 && next < 0x90) || (lead == 0xF4 && next > 0x8F)) {
+    return 0;
+  }
+  for (std::size_t i = 1; i < length; ++i) {
+    if ((byte(at + i) & 0xC0) != 0x80) return 0;
+  }
+  return length;
+}
+
 std::string JsonText(std::string_view text) {
   std::string quoted = "\"";
   for (std::size_t i = 0; i < text.size(); ++i) {
@@ -30,8 +48,13 @@ std::string JsonText(std::string_view text) {
       const unsigned code = IsC0(c) ? static_cast<unsigned char>(c) : static_cast<unsigned char>(text[++i]);
       std::snprintf(escape, sizeof escape, "\\u%04x", code);
       quoted += escape;
-    } else {
+    } else if (static_cast<unsigned char>(c) < 0x80) {
       quoted += c;
+    } else if (const std::size_t length = CharacterLength(text, i); length != 0) {
+      quoted += text.substr(i, length);
+      i += length - 1;
+    } else {
+      quoted += "\\ufffd";  // no reader of JSON takes the byte itself
     }
   }
   return quoted + '"';

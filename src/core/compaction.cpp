@@ -89,10 +89,13 @@ std::int64_t Compaction::SlotCount() const {
   return sourceSize < kFirstSlotOffset ? 0 : (sourceSize - kFirstSlotOffset) / slotSize;
 }
 
-// What is at the temporary path is from a copy that died while it compacted: the caller has the file for
-// itself. It may be all that somebody has.
+// What is at the temporary path is from a copy that died while it compacted, and may be all that somebody
+// has. Unless it is being written: two copies may save under one new name at once. It is held until it has
+// its other name, so that neither takes away what the other one has begun meanwhile.
 bool Compaction::PutLeftoverAside(std::string& message) const {
   if (!platform::FileExists(tempPath)) return true;
+  File leftover;
+  if (leftover.OpenExclusive(tempPath) == FileResult::kInUse) return false;
   const std::string name = KeepUnderNewName(
       tempPath, [this](const std::string& to) { return platform::RenameNewFile(tempPath, to); });
   if (name.empty()) return false;

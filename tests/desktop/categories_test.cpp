@@ -88,6 +88,13 @@ TEST_F(CategoriesTest, AreAddedDeletedAndStoredInAlphabeticalOrder) {
       Add(dialog, "personal");  // there is one already
       Add(dialog, "\xC4u\xDF" + std::string(40, 'e'));
       EXPECT_FALSE(IsWindowEnabled(remove));
+      // The first key takes the line with the focus mark, by which alone the first line can be had.
+      SetFocus(GetDlgItem(dialog, kList));
+      program.driver.Press(dialog, VK_DOWN);
+      EXPECT_TRUE(IsWindowEnabled(remove));
+      EXPECT_EQ(SendMessage(GetDlgItem(dialog, kList), LB_GETCURSEL, 0, 0), 0);
+      program.driver.Press(dialog, VK_DOWN);
+      EXPECT_EQ(SendMessage(GetDlgItem(dialog, kList), LB_GETCURSEL, 0, 0), 1);
       program.driver.Click(GetDlgItem(dialog, kList), {20, 8});
       program.driver.AnswerMessageBox("Do you want to delete this category ?", IDNO);
       program.driver.ClickControl(dialog, kDelete);

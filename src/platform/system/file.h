@@ -40,6 +40,10 @@ struct FileCalls {
 // The table in force. Tests assign to it and restore it.
 FileCalls& SystemFileCalls();
 
+// To be called first in main: a write beyond the size that the process may give a file (ulimit -f) then fails
+// as on a full disk, and does not end the program.
+void LetWritesBeyondLimitsFail();
+
 // One open file. Movable, not copyable; closes itself. Created closed.
 class File {
  public:

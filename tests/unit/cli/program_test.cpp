@@ -56,6 +56,16 @@ TEST(CliWords, TheManualIsWhole) {
   }
 }
 
+TEST(CliWords, NamesOfFilesThatAreNoUtf8AreStillJson) {
+  const TemporaryFolder folder;
+  const std::string path = folder.Join("a\xE9\xC3\xA9\xED\xA0\x80\xF0\x9F\x98\x80\xF0.cld");
+  ASSERT_EQ(RunCli({"new", path}).code, 0);
+  const std::string json = RunCli({"info", path, "--format", "json"}).output;
+  EXPECT_NE(json.find("a\\ufffd\xC3\xA9\\ufffd\\ufffd\\ufffd\xF0\x9F\x98\x80\\ufffd.cld\""),
+            std::string::npos)
+      << json;
+}
+
 class CliProgram : public testing::Test {
  protected:
   CliProgram() {
@@ -81,6 +91,15 @@ TEST_F(CliProgram, OutputThatCannotBeWrittenIsAnError) {
     EXPECT_EQ(calendar.Bytes(), before) << "no output goes into the file";
   }
   EXPECT_NE(RunShell(list + " >/dev/full").errors.find("could not be written"), std::string::npos);
+  EXPECT_EQ(RunShell(list + " | true").errors, "") << "a reader that has enough is no fault";
+}
+
+TEST_F(CliProgram, ALimitOfFileSizesIsAFullDisk) {
+  const std::string before = calendar.Bytes();
+  const CommandResult result = RunShell("ulimit -f 8; " + kCli + " compact " + quoted);
+  EXPECT_EQ(result.code, 2) << result.errors;
+  EXPECT_EQ(calendar.Bytes(), before);
+  EXPECT_FALSE(std::ifstream(calendar.Path() + ".temp").is_open());
 }
 
 TEST_F(CliProgram, PasswordsComeFromFileAndEnvironment) {

@@ -221,6 +221,13 @@ TEST(Compaction, OfACopyLeavesTheSourceInUse) {
   std::memcpy(&header, folder.Read("new.cld").data() + 12, sizeof header);
   EXPECT_EQ(tests::Value(header.openCount), 0U);
   EXPECT_EQ(tests::Value(header.freeSlotBalance), 0);
+  // Not while another copy saves under the same new name: what it has written so far stays its own.
+  {
+    platform::File writing;
+    ASSERT_EQ(writing.CreateExclusive(folder.Join("both.cld.temp")), platform::FileResult::kDone);
+    EXPECT_FALSE(SaveCopy(calendar.file, folder.Join("both.cld")).clean);
+    EXPECT_TRUE(std::filesystem::exists(folder.Join("both.cld.temp")));
+  }
   // Not onto itself, by whatever name.
   std::filesystem::create_hard_link(calendar.Path(), calendar.Path() + ".hard");
   EXPECT_FALSE(SaveCopy(calendar.file, calendar.Path() + ".hard").clean);

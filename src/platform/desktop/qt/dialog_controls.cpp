@@ -4,6 +4,7 @@
 #include <QComboBox>
 #include <QDialog>
 #include <QGuiApplication>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -66,8 +67,30 @@ void BindComboBox(QComboBox* box) {
   QObject::connect(box, &QComboBox::activated, box, [box] { Report(box, CBN_SELCHANGE); });
 }
 
+// While nothing is selected, the first arrow key selects the line that has the focus mark. The list's own
+// keys would step over it, so that a list of one line could not be chosen from.
+class FirstLineByKey : public QObject {
+ public:
+  explicit FirstLineByKey(QListWidget* box) : QObject(box), list(box) { box->installEventFilter(this); }
+
+  bool eventFilter(QObject*, QEvent* event) override {
+    if (event->type() != QEvent::KeyPress || list->currentItem() == nullptr ||
+        !list->selectedItems().isEmpty())
+      return false;
+    const int key = static_cast<QKeyEvent*>(event)->key();
+    const bool arrow = key == Qt::Key_Down || key == Qt::Key_Up;
+    if (!arrow && key != Qt::Key_Home && key != Qt::Key_End) return false;
+    list->currentItem()->setSelected(true);
+    return arrow;  // the others go on to their own line
+  }
+
+ private:
+  QListWidget* list;
+};
+
 void BindListBox(QListWidget* list) {
   list->setSelectionMode(QAbstractItemView::SingleSelection);
+  new FirstLineByKey(list);  // the list's, which owns it
   // A press on the selected line changes nothing but is the user's choice all the same.
   const auto told = std::make_shared<bool>(false);
   QObject::connect(list, &QListWidget::itemSelectionChanged, list, [list, told] {
@@ -232,9 +255,10 @@ void BindControls(QDialog& dialog) {
     if (!id.isValid()) continue;
     WindowEntry& entry = AddWindow(control, WindowKind::kControl, Bind(control));
     entry.controlId = id.toInt();
-    // A dialog that hides what does not belong to a choice must not jump about.
+    // A dialog that hides what does not belong to a choice must not jump about. What is there or not from the
+    // beginning leaves no hole.
     QSizePolicy policy = control->sizePolicy();
-    policy.setRetainSizeWhenHidden(true);
+    policy.setRetainSizeWhenHidden(!control->property("leavesNoHole").toBool());
     control->setSizePolicy(policy);
   }
 }
