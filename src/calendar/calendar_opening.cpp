@@ -17,13 +17,14 @@ std::string DescribeNoChoice() {
 
 }  // namespace
 
+std::string DescribeMissingFile(const std::string& commandLineFile) {
+  if (commandLineFile.empty() || platform::FileExists(commandLineFile)) return "";
+  return core::DescribeOpenError(commandLineFile, core::OpenError::kMissing);
+}
+
 StartupCalendar OpenStartupCalendar(const std::string& commandLineFile,
                                     const core::PasswordPrompt& askPassword,
                                     const core::CompactionWatcher& watcher) {
-  // A file that the user named is the one that is meant: no other takes its place.
-  if (!commandLineFile.empty() && !platform::FileExists(commandLineFile)) {
-    return {{nullptr, core::DescribeOpenError(commandLineFile, core::OpenError::kMissing)}, ""};
-  }
   core::StartupChoice choice = core::ChooseStartupFile(commandLineFile, askPassword);
   if (choice.chosen)
     return {core::OpenCalendarFile(choice.path, choice.password, choice.withExamples, watcher), ""};

@@ -64,6 +64,9 @@ LRESULT CalendarPane::OnAfterCreate(const MessageRecord&) {
 }
 
 void CalendarPane::OpenAtStart() {
+  // Said before another calendar takes its place.
+  const std::string missing = DescribeMissingFile(CommandLineFile());
+  if (!missing.empty()) ShowInfo(this, missing);
   StartupCalendar start = OpenStartupCalendar(CommandLineFile(), AskOver(*this), ShowCompaction(this));
   if (start.opened.file != nullptr) TakeFile(std::move(start.opened.file));
   if (!start.opened.message.empty()) ShowInfo(this, start.opened.message);

@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <filesystem>
 
+#include "core/calendar_file.h"
 #include "framework/services.h"
 #include "platform/desktop/message_box.h"
 #include "platform/system/profile_file.h"
@@ -382,6 +383,16 @@ TEST(CalendarNotices, SettingsThatAnotherCopyChanged) {
   set("Sound", "1");
 }
 
+TEST(CalendarOpening, TheCalendarOfTheSettingsStandsInForAFileThatIsMissing) {
+  CalendarProgram program;
+  program.driver.AnswerMessageBox("missing.cld\".\r\nThe file does not exist.", IDOK);
+  program.Run("/nowhere/missing.cld", [&] {
+    ASSERT_NE(program.File(), nullptr);
+    EXPECT_EQ(program.File()->Path(), core::DefaultCalendarPath());
+    EXPECT_EQ(program.Subjects().size(), 3U);
+  });
+}
+
 // A file that cannot be opened is named; the user may make one instead.
 TEST(CalendarOpening, AFileThatIsNoneIsTold) {
   CalendarProgram program;
@@ -391,7 +402,6 @@ TEST(CalendarOpening, AFileThatIsNoneIsTold) {
     const char* reason;
   };
   const Case cases[] = {
-      {folder.Join("missing.cld"), "The file does not exist."},
       {folder.Path(), "It is a folder."},
       {folder.Write("letter.txt", "Dear reader"), "The file is incomplete."},
       {folder.Write("noise.cld", std::string(9000, '\x7e')), "It is not a file of this program"},

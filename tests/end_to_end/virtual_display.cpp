@@ -34,8 +34,9 @@ VirtualDisplay::VirtualDisplay() {
     const int null = open("/dev/null", O_WRONLY);
     dup2(null, STDERR_FILENO);
     const std::string descriptor = std::to_string(ends[1]);
-    execlp("Xvfb", "Xvfb", "-displayfd", descriptor.c_str(), "-screen", "0", "1024x768x24", "-nolisten",
-           "tcp", nullptr);
+    // Without -noreset it starts anew whenever its last client leaves, and turns away who comes meanwhile.
+    execlp("Xvfb", "Xvfb", "-displayfd", descriptor.c_str(), "-noreset", "-screen", "0", "1024x768x24",
+           "-nolisten", "tcp", nullptr);
     _exit(127);
   }
   close(ends[1]);
