@@ -13,8 +13,8 @@ struct StartupCalendar {
 // A sentence for the user when the file named on the command line does not exist; empty otherwise.
 std::string DescribeMissingFile(const std::string& commandLineFile);
 
-// Opens the file named on the command line; when none was, or it does not exist, the calendar of the settings,
-// which is made with its example appointments at the very first start.
+// Opens the file named on the command line; when none was, or it does not exist, the calendar of the
+// settings, which is made with its example appointments at the very first start.
 StartupCalendar OpenStartupCalendar(const std::string& commandLineFile,
                                     const core::PasswordPrompt& askPassword,
                                     const core::CompactionWatcher& watcher);
