@@ -45,6 +45,12 @@ class ManyCopies : public testing::Test {
     return std::make_unique<ChildProcess>([work](const auto&) { return RunWorker(work); });
   }
 
+  std::vector<std::unique_ptr<ChildProcess>> StartAll(int milliseconds) {
+    std::vector<std::unique_ptr<ChildProcess>> workers(kWorkers);
+    for (int i = 0; i < kWorkers; ++i) workers[static_cast<std::size_t>(i)] = Start(i, 0, milliseconds);
+    return workers;
+  }
+
   Expectation Expected() const {
     Expectation expected;
     for (const std::string& journal : journals) expected.Read(journal);
@@ -61,8 +67,7 @@ class ManyCopies : public testing::Test {
 
 TEST_F(ManyCopies, WorkingAtOnceLoseNothing) {
   const int milliseconds = 1000 * FromEnvironment("DAYBRIX_STORE_SECONDS", 5);
-  std::vector<std::unique_ptr<ChildProcess>> workers;
-  for (int i = 0; i < kWorkers; ++i) workers.push_back(Start(i, 0, milliseconds));
+  const std::vector<std::unique_ptr<ChildProcess>> workers = StartAll(milliseconds);
   for (const auto& worker : workers) EXPECT_EQ(worker->ExitCode(), 0);
   const Expectation expected = Expected();
   EXPECT_EQ(expected.Compare(calendar.Path()), "");
@@ -75,8 +80,7 @@ TEST_F(ManyCopies, KilledAtAnyMomentLoseNothing) {
   const int kills = FromEnvironment("DAYBRIX_STORE_KILLS", 200);
   constexpr int kForLong = 600'000;
   std::mt19937 random(7);
-  std::vector<std::unique_ptr<ChildProcess>> workers;
-  for (int i = 0; i < kWorkers; ++i) workers.push_back(Start(i, 0, kForLong));
+  std::vector<std::unique_ptr<ChildProcess>> workers = StartAll(kForLong);
   for (int life = 1; life <= kills; ++life) {
     usleep(static_cast<useconds_t>(1000 + random() % 40'000));
     const auto victim = random() % kWorkers;
