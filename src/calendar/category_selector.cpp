@@ -10,6 +10,7 @@ namespace {
 
 constexpr const char* kAllCategories = "All Categories";
 constexpr const char* kEditCategories = "Edit Categories";
+constexpr int kAllCommand = kFirstCategoryCommand + kAllCategoriesOffset;
 constexpr int kEditCommand = kFirstCategoryCommand + kEditCategoriesOffset;
 constexpr int kNoCommand = -1;
 constexpr std::size_t kFilterSize = sizeof(core::RecordHeader::category);
@@ -58,7 +59,8 @@ bool CategorySelector::OnCategoryMenuCommand(int command, std::string_view name)
   if (calendarFile == nullptr) return false;
   const std::string before = filter;
   if (command != kEditCommand) {
-    filter = name == kAllCategories ? std::string_view() : name.substr(0, kFilterSize);
+    // By the number: a category may be named like the first item.
+    filter = command == kAllCommand ? std::string_view() : name.substr(0, kFilterSize);
   } else if (EditCategories(ParentObject(), *calendarFile)) {
     filter.clear();
     Fill();

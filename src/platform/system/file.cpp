@@ -33,6 +33,14 @@ bool EmptyFile(int descriptor) {
   return result == 0;
 }
 
+// Opens an existing file in place of what `descriptor` stands for.
+FileResult OpenInto(int& descriptor, const std::string& path, int flags, const ByteLock& lock) {
+  Descriptor opened;
+  const FileResult result = OpenLocked(path, flags, 0, lock, opened);
+  Descriptor(std::exchange(descriptor, opened.Release())).Close();
+  return result;
+}
+
 }  // namespace
 
 void LetWritesBeyondLimitsFail() {
@@ -54,27 +62,15 @@ File& File::operator=(File&& other) noexcept {
 }
 
 FileResult File::OpenShared(const std::string& path) {
-  Descriptor opened;
-  const FileResult result = OpenLocked(path, O_RDWR, 0, kShare, opened);
-  Close();
-  descriptor = opened.Release();
-  return result;
+  return OpenInto(descriptor, path, O_RDWR, kShare);
 }
 
 FileResult File::OpenReadOnly(const std::string& path) {
-  Descriptor opened;
-  const FileResult result = OpenLocked(path, O_RDONLY, 0, kShare, opened);
-  Close();
-  descriptor = opened.Release();
-  return result;
+  return OpenInto(descriptor, path, O_RDONLY, kShare);
 }
 
 FileResult File::OpenExclusive(const std::string& path) {
-  Descriptor opened;
-  const FileResult result = OpenLocked(path, O_RDWR, 0, kAlone, opened);
-  Close();
-  descriptor = opened.Release();
-  return result;
+  return OpenInto(descriptor, path, O_RDWR, kAlone);
 }
 
 FileResult File::CreateExclusive(const std::string& path) {
