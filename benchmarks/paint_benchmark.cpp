@@ -11,8 +11,8 @@
 #include <vector>
 
 #include "calendar/calendar_pane.h"
-#include "calendar/day_list.h"
-#include "core/categories.h"
+#include "calendar/views/day_list.h"
+#include "core/calendar/categories.h"
 #include "framework/animations.h"
 #include "platform/desktop/application.h"
 #include "resources/resources.h"
@@ -96,7 +96,7 @@ class ListHost : public ZarfWnd {
 class CountingList : public DayList {
  public:
   CountingList() : DayList(1) {}
-  void DrawRecordCell(core::RecordFile& calendar, core::RecordQuery& shown, HDC hdc, COLORREF colour,
+  void DrawRecordCell(core::RecordFile& calendar, core::RecordList& shown, HDC hdc, COLORREF colour,
                       int index, int state, const RECT& rect) override {
     ++drawn;
     DayList::DrawRecordCell(calendar, shown, hdc, colour, index, state, rect);

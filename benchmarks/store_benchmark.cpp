@@ -18,12 +18,12 @@
 #include <utility>
 #include <vector>
 
-#include "core/appointment.h"
-#include "core/categories.h"
-#include "core/compaction.h"
-#include "core/day_lists.h"
-#include "core/record_query.h"
-#include "core/repeat_rule.h"
+#include "core/calendar/appointment.h"
+#include "core/calendar/categories.h"
+#include "core/calendar/day_lists.h"
+#include "core/calendar/repeat_rule.h"
+#include "core/store/compaction.h"
+#include "core/store/record_query.h"
 
 namespace {
 
@@ -233,7 +233,7 @@ void Sorting(RecordFile& file, int descriptor) {
   };
   RecordQuery query;
   query.AddMatchAll();
-  if (!query.Run(file) || query.OffsetCount() != kCount) Fail("run");
+  if (!query.Run(file) || query.Count() != kCount) Fail("run");
   Compare(
       "sort of 10000 by date and day", 101, 1.5, [&] { query.Sort(file, core::kListOrder); }, readAndSort);
 }
@@ -245,6 +245,10 @@ void Changing(RecordFile& file, int descriptor, int records) {
   core::HeaderBlock header;
   if (!file.ReadHeaderBlock(header)) Fail("read");
   const Appointment record = SomeRecord(1, random, header);
+  RecordQuery all;
+  all.AddMatchAll();
+  if (!all.Run(file)) Fail("run");
+  const core::RecordKey first = all.KeyAt(0);
   const std::string beside = file.Path() + ".bare";
   std::filesystem::copy_file(file.Path(), beside);
   const int bare = open(beside.c_str(), O_RDWR | O_CLOEXEC);
@@ -268,10 +272,9 @@ void Changing(RecordFile& file, int descriptor, int records) {
       "lock, edit, unlock and flush, " + std::to_string(records) + " records", 201, 2.0,
       [&] {
         Appointment edited;
-        const bool done = file.LockRecord(core::kFirstSlotOffset) &&
-                          file.ReadRecord(&edited, core::kFirstSlotOffset) &&
-                          file.WriteRecord(&edited, core::kFirstSlotOffset) == core::Result::kDone &&
-                          file.UnlockRecord(core::kFirstSlotOffset) && file.Flush();
+        const bool done = file.LockRecord(first) && file.ReadRecord(&edited, first) &&
+                          file.WriteRecord(&edited, first) == core::Result::kDone &&
+                          file.UnlockRecord(first) && file.Flush();
         if (!done) Fail("edit");
       },
       [&] { writeBare(core::kFirstSlotOffset); });

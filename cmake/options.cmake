@@ -1,8 +1,7 @@
 # What every target of ours is compiled with. Generated code and Qt's headers are spared the warnings.
 
 add_library(daybrix_options INTERFACE)
-target_compile_definitions(daybrix_options INTERFACE DAYBRIX_LAST_YEAR=${DAYBRIX_LAST_YEAR}
-                                                     DAYBRIX_VERSION="${PROJECT_VERSION}")
+target_compile_definitions(daybrix_options INTERFACE DAYBRIX_VERSION="${PROJECT_VERSION}")
 target_compile_options(daybrix_options INTERFACE
   -Wall -Wextra -Wconversion -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wimplicit-fallthrough -Werror
   -fno-exceptions -fno-rtti)

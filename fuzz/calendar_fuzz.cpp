@@ -2,11 +2,11 @@
 // record that is listed is cut, free or not to be seen.
 #include <cstring>
 
-#include "core/appointment.h"
-#include "core/calendar_file.h"
-#include "core/categories.h"
-#include "core/record_query.h"
-#include "core/repeat_rule.h"
+#include "core/calendar/appointment.h"
+#include "core/calendar/calendar_file.h"
+#include "core/calendar/categories.h"
+#include "core/calendar/repeat_rule.h"
+#include "core/store/record_query.h"
 #include "fuzz_file.h"
 
 namespace {
@@ -21,9 +21,9 @@ void ListAll(core::RecordFile& file) {
   query.AddMatchAll();
   FuzzCheck(query.Run(file) && query.Sort(file, core::kListOrder));
   const bool owner = file.AccessLevel() == core::Access::kOwner;
-  for (const std::int32_t offset : query.Offsets()) {
+  for (const core::RecordKey& key : query.Keys()) {
     Appointment record;
-    FuzzCheck(file.ReadRecord(&record, offset) && record.header.inUse == 1);
+    FuzzCheck(file.ReadRecord(&record, key) && record.header.inUse == 1);
     FuzzCheck(owner || record.header.confidential != 1);
   }
 }
@@ -47,7 +47,7 @@ void ReadCategoryNames(core::RecordFile& file) {
   FuzzCheck(core::ReadCategories(file, list) && list.names.size() <= core::kCategoryEntries);
   for (const std::string& name : list.names) FuzzCheck(name.size() <= sizeof(core::CategoryEntry::name));
   const core::CategoryBlock block = core::CategoriesFromNames(list.names);
-  FuzzCheck(file.WriteCategoryBlock(block));
+  FuzzCheck(file.WriteCategoryBlock(block) != core::Result::kFailed);
 }
 
 void Change(core::RecordFile& file) {
@@ -57,11 +57,11 @@ void Change(core::RecordFile& file) {
   if (file.AddRecord(&record) != core::Result::kDone) return;
   RecordQuery query;
   query.AddMatchAll();
-  FuzzCheck(query.Run(file) && query.OffsetCount() > 0);
-  const std::int32_t offset = query.OffsetAt(0);
-  if (!file.LockRecord(offset)) return;
-  FuzzCheck(file.ReadRecord(&record, offset) && file.WriteRecord(&record, offset) == core::Result::kDone);
-  FuzzCheck(file.DeleteRecord(offset) == core::Result::kDone && file.UnlockRecord(offset));
+  FuzzCheck(query.Run(file) && query.Count() > 0);
+  const core::RecordKey key = query.KeyAt(0);
+  if (!file.LockRecord(key)) return;
+  FuzzCheck(file.ReadRecord(&record, key) && file.WriteRecord(&record, key) == core::Result::kDone);
+  FuzzCheck(file.DeleteRecord(key) == core::Result::kDone && file.UnlockRecord(key));
 }
 
 }  // namespace
@@ -72,6 +72,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const MemoryFile bytes(data, size);
   core::RecordFile file(FuzzPath(), "");
   if (file.OpenFailed() || file.SlotSize() != sizeof(Appointment)) return 0;
+  if (file.AccessLevel() == core::Access::kNone) return 0;  // it shows nothing
   ListAll(file);
   ListDayAndTexts(file);
   ReadCategoryNames(file);

@@ -3,7 +3,7 @@
 #include <cstring>
 #include <vector>
 
-#include "core/compaction.h"
+#include "core/store/compaction.h"
 #include "fuzz_file.h"
 #include "platform/system/file.h"
 

@@ -2,7 +2,7 @@
 // first day has one.
 #include <cstring>
 
-#include "core/repeat_rule.h"
+#include "core/calendar/repeat_rule.h"
 #include "fuzz_file.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);

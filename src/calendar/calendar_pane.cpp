@@ -2,8 +2,8 @@
 
 #include <utility>
 
-#include "calendar/calendar_opening.h"
 #include "calendar/file_commands.h"
+#include "core/calendar/calendar_opening.h"
 #include "core/ini_file.h"
 #include "framework/compaction_progress.h"
 #include "framework/file_type.h"
@@ -11,13 +11,15 @@
 #include "framework/shell_services.h"
 #include "shell/application.h"
 #include "shell/commands.h"
+#include "shell/frame_placement.h"
 
 namespace {
 
-constexpr int kCalendarModule = 1;
-constexpr const char* kSection = "Preference";
-constexpr const char* kPaneKey = "PaneId";
+constexpr const char* kProgram = "Tempoline";
 constexpr int kWorkPane = 1;
+
+// A command of the pane to itself.
+constexpr unsigned kLookAfterFile = 2100;
 
 constexpr COLORREF kWhite = RGB(255, 255, 255);
 constexpr COLORREF kOrange = RGB(231, 113, 1);
@@ -34,15 +36,21 @@ constexpr ZarfIntroPane::Look kIntroLook = {ZarfIntroPane::Layout::kTallPicture,
 }  // namespace
 
 CalendarPane::CalendarPane()
-    : ZarfWndApp("Tempoline", "Daybrix", kCalendarModule),
-      intro("Intro", kIntroColours, kIntroLook),
-      work("Work", kWorkColours) {}
+    : ZarfWndApp(kProgram, "Daybrix"),
+      gate([this](CommandKind kind, bool closeWanted) {
+        if (closeWanted) Post(WM_CLOSE, 0, 0);
+        if (kind == CommandKind::kOfUser) FocusPane();
+      }),
+      intro("Intro", kProgram, kIntroColours, kIntroLook),
+      work("Work", kWorkColours, session, gate) {
+  session.SetCompactionWatcher(ShowCompaction(this));
+  session.AddListener(*this);
+}
 
 CalendarPane::~CalendarPane() {
-  // A copy that never had a window has shown no pane.
-  if (hwnd != nullptr) core::IniFile().WriteInt(kSection, kPaneKey, CurrentPaneIndex());
   if (IsWindow(hwnd)) DestroyWindow(hwnd);
-  TakeFile(nullptr);
+  session.Take(nullptr);
+  session.RemoveListener(*this);
 }
 
 LRESULT CalendarPane::OnCreate(const MessageRecord& record) {
@@ -52,26 +60,22 @@ LRESULT CalendarPane::OnCreate(const MessageRecord& record) {
 
 LRESULT CalendarPane::OnAfterCreate(const MessageRecord&) {
   RegisterFileType("cld");
-  std::int32_t pane = kWorkPane;
-  core::IniFile().ReadInt(kSection, kPaneKey, pane);
-  SwitchPane(pane, false);
-  if (work.Panel().BeginCommand()) {
-    OpenAtStart();
-    work.Panel().EndCommand();
-  }
-  FocusPane();
+  SwitchPane(ReadPane(core::IniFile(), kWorkPane), false);
+  const CommandScope start(gate);
+  if (start.Entered()) OpenAtStart();
   return 0;
 }
 
 void CalendarPane::OpenAtStart() {
   // Said before another calendar takes its place.
-  const std::string missing = DescribeMissingFile(CommandLineFile());
+  const std::string missing = core::DescribeMissingFile(CommandLineFile());
   if (!missing.empty()) ShowInfo(this, missing);
-  StartupCalendar start = OpenStartupCalendar(CommandLineFile(), AskOver(*this), ShowCompaction(this));
-  if (start.opened.file != nullptr) TakeFile(std::move(start.opened.file));
+  core::StartupCalendar start =
+      core::OpenStartupCalendar(CommandLineFile(), AskOver(this), ShowCompaction(this));
+  if (start.opened.file != nullptr) session.Take(std::move(start.opened.file));
   if (!start.opened.message.empty()) ShowInfo(this, start.opened.message);
-  while (calendarFile == nullptr) {
-    if (CreateAndOpen(*this, start.note)) continue;
+  while (session.File() == nullptr) {
+    if (CreateAndOpen(session, this, start.note)) continue;
     Post(WM_CLOSE, 0, 0);
     break;
   }
@@ -85,22 +89,6 @@ void CalendarPane::FocusPane() {
       SetFocus(pane->Handle());
     }
   }
-}
-
-bool CalendarPane::OpenCalendar(const std::string& path, const std::string& password, bool withExamples,
-                                std::string& message) {
-  core::OpenedCalendar opened = core::OpenCalendarFile(path, password, withExamples, ShowCompaction(this));
-  message = std::move(opened.message);
-  if (opened.file == nullptr) return false;
-  TakeFile(std::move(opened.file));
-  return true;
-}
-
-void CalendarPane::TakeFile(std::unique_ptr<core::RecordFile> file) {
-  work.Panel().Attach(file.get());
-  // Nothing refers to the old file any more.
-  if (calendarFile != nullptr) calendarFile->Close();
-  calendarFile = std::move(file);
 }
 
 LRESULT CalendarPane::OnActivate(const MessageRecord& record) {
@@ -123,32 +111,46 @@ LRESULT CalendarPane::OnCommand(const MessageRecord& record) {
     case ID_FILE_SAVE_AS:
       RunFileCommand(LowWord(record.wParam));
       return 0;
+    case kLookAfterFile:
+      LookAfterFile();
+      return 0;
     default:
       return ZarfWndApp::OnCommand(record);
   }
 }
 
 void CalendarPane::RunFileCommand(unsigned command) {
-  if (!work.Panel().BeginCommand()) return;
+  const CommandScope scope(gate);
+  if (!scope.Entered()) return;
   switch (command) {
     case ID_FILE_NEW:
-      NewFileCommand(*this);
+      NewFileCommand(session, this);
       break;
     case ID_FILE_OPEN:
-      OpenFileCommand(*this);
+      OpenFileCommand(session, this);
       break;
     case ID_PASSWORDS:
-      NetworkPasswordsCommand(*this);
+      NetworkPasswordsCommand(session, this);
       break;
     case ID_COMPACT:
-      CompactCommand(*this);
+      CompactCommand(this);
       break;
     default:
-      SaveAsCommand(*this);
+      SaveAsCommand(session, this);
       break;
   }
-  work.Panel().EndCommand();
-  FocusPane();
+}
+
+// Posted: what is looked after may be in use by whoever told.
+void CalendarPane::OnSessionChange(core::SessionChange change) {
+  if (change == core::SessionChange::kTrouble) Post(WM_COMMAND, kLookAfterFile, 0);
+}
+
+void CalendarPane::LookAfterFile() {
+  const CommandScope scope(gate, CommandKind::kOfProgram);
+  if (!scope.Entered()) return;
+  const std::string news = session.LookAfterFile();
+  if (!news.empty()) ShowInfo(this, news);
 }
 
 void CalendarPane::ShowHelp(int) {
@@ -157,10 +159,10 @@ void CalendarPane::ShowHelp(int) {
 
 // The editor works on the open file and holds a lock in it: it comes to its end first.
 LRESULT CalendarPane::OnClose(const MessageRecord& record) {
-  return work.Panel().MayClose() ? ZarfWndApp::OnClose(record) : 0;
+  return gate.MayClose() ? ZarfWndApp::OnClose(record) : 0;
 }
 
 LRESULT CalendarPane::OnDestroy(const MessageRecord& record) {
-  TakeFile(nullptr);
+  session.Take(nullptr);
   return ZarfWndApp::OnDestroy(record);
 }

@@ -1,40 +1,26 @@
 #include "calendar/calendar_panel.h"
 
-#include "calendar/day_query.h"
-#include "calendar/palette.h"
+#include "calendar/dialogs/appointment_editor.h"
 #include "calendar/panel_layout.h"
+#include "calendar/views/palette.h"
+#include "core/time_texts.h"
 #include "framework/drawing.h"
+#include "framework/fonts.h"
 #include "framework/notices.h"
 #include "framework/services.h"
 #include "platform/desktop/application.h"
 #include "platform/desktop/menu.h"
-#include "shell/application.h"
+#include "resources/text_ids.h"
 #include "shell/commands.h"
-#include "shell/main_frame.h"
-
-using core::CommandResult;
 
 namespace {
 
 constexpr unsigned kDayListId = 100;
 constexpr unsigned kMiniCalendarId = 102;
 
-constexpr int kNoPermissionText = 102;
-constexpr int kDeleteQuestion = 105;
-constexpr int kLockedText = 106;
-constexpr int kRepeatDragText = 501;
-constexpr int kNewItemText = 120;
-constexpr int kEditItemText = 121;
-constexpr int kDeleteItemText = 122;
 constexpr int kMenuTextSize = 255;
 
-bool IsDone(CommandResult result) {
-  return result == CommandResult::kDone || result == CommandResult::kNotFlushed;
-}
-
-// What the list tells its parent when it is rebuilt by its timer.
-constexpr LPARAM kBeforeTimedRebuild = 3;
-constexpr LPARAM kAfterTimedRebuild = 2;
+constexpr const char* kPartMissing = "Not all appointments could be read.";
 
 void AppendItem(HMENU menu, int textId, unsigned command, bool enabled) {
   char text[kMenuTextSize];
@@ -43,12 +29,19 @@ void AppendItem(HMENU menu, int textId, unsigned command, bool enabled) {
 
 }  // namespace
 
-CalendarPanel::CalendarPanel()
-    : currentDate(core::kFirstDate),
-      keptSelection(),
+CalendarPanel::CalendarPanel(core::CalendarSession& calendarSession, CommandGate& commandGate)
+    : session(calendarSession),
+      gate(commandGate),
       dayList(kDayListId),
+      categorySelector(session),
       miniCalendar(kMiniCalendarId,
-                   {.background = kPanelBackground, .selection = kSelection, .today = kTodayColour}) {}
+                   {.background = kPanelBackground, .selection = kSelection, .today = kTodayColour}) {
+  session.AddListener(*this);
+}
+
+CalendarPanel::~CalendarPanel() {
+  session.RemoveListener(*this);
+}
 
 int CalendarPanel::PrepareClass(WNDCLASS* windowClass) {
   windowClass->className = "ZarfPane";
@@ -64,55 +57,72 @@ LRESULT CalendarPanel::OnCreate(const MessageRecord&) {
   return 0;
 }
 
-LRESULT CalendarPanel::OnSize(const MessageRecord& record) {
-  const POINT size = PointFromLParam(record.lParam);
-  const PanelLayout layout = LayOutPanel(size.x, size.y);
+LRESULT CalendarPanel::OnSize(const MessageRecord&) {
+  PlaceParts();
+  return 0;
+}
+
+void CalendarPanel::PlaceParts() {
+  RECT client;
+  GetClientRect(&client);
+  const PanelLayout layout = LayOutPanel(client.right, client.bottom, partMissing);
   const auto place = [](ZarfWnd& child, const RECT& rect) {
     child.Move(rect.left, rect.top, Width(rect), Height(rect), 1);
   };
   place(categorySelector, layout.categorySelector);
   place(dayList, layout.dayList);
   place(miniCalendar, layout.miniCalendar);
-  return 0;
 }
 
 void CalendarPanel::OnPaint(HDC hdc, PAINTSTRUCT paint) {
   hdc->FillRect(paint.paint, kPanelBackground);
+  if (!partMissing) return;
+  RECT client;
+  GetClientRect(&client);
+  hdc->SelectFont(GetFont(FontSans, 400));
+  hdc->SetTextColor(kRowMark);
+  hdc->DrawText(kPartMissing, LayOutPanel(client.right, client.bottom, true).notice,
+                DT_SINGLELINE | DT_VCENTER | DT_END_ELLIPSIS);
 }
 
-// ---- The file and what is shown of it ----
+// ---- What the session tells ----
 
-void CalendarPanel::Attach(core::RecordFile* file) {
-  calendarFile = file;
-  if (file == nullptr) {
-    records.Clear();
-    dayList.SetFile(nullptr, nullptr);
-    categorySelector.SetFile(nullptr);
+void CalendarPanel::OnSessionChange(core::SessionChange change) {
+  if (change == core::SessionChange::kRecords) {
+    dayList.RefreshFromFile(ListRefresh::kByProgram);
     return;
   }
-  if (!wasAttached) currentDate = core::Today();
-  wasAttached = true;
-  Reload();
-}
-
-void CalendarPanel::Reload() {
-  if (calendarFile == nullptr) return;
-  categorySelector.SetFile(calendarFile);
-  miniCalendar.SetDate(currentDate.year, currentDate.month, currentDate.day);
+  if (change == core::SessionChange::kTrouble) return;
+  categorySelector.Fill();
+  if (session.File() == nullptr) {
+    records.Clear();
+    dayList.SetFile(nullptr, nullptr);
+    ShowWhetherWhole();
+    return;
+  }
+  const core::Date& date = session.CurrentDate();
+  miniCalendar.SetDate(date.year, date.month, date.day);
   LoadDay();
 }
 
 void CalendarPanel::LoadDay() {
   BeginWaitCursor();
-  ListDay(records, *calendarFile, currentDate, CategoryFilter());
-  SetWindowText(dayList.Handle(), ("Appointments of " + core::FormatDate(currentDate)).c_str());
-  dayList.SetFile(calendarFile, &records);
+  // A list that was not made is shown as far as it goes, and tried again by the file watch.
+  static_cast<void>(records.Run(*session.File(), session.CurrentDate(), 1, session.Filter()));
+  dayList.SetFile(session.File(), &records);
+  ShowWhetherWhole();
   EndWaitCursor();
 }
 
-void CalendarPanel::SetCurrentDate(const core::Date& date) {
-  currentDate = date;
-  Reload();
+// A list that lacks something is not taken for a day without appointments.
+void CalendarPanel::ShowWhetherWhole() {
+  std::string title = "Appointments of " + core::FormatDate(session.CurrentDate());
+  if (!records.IsWhole()) title.append(". ").append(kPartMissing);
+  SetWindowText(dayList.Handle(), title.c_str());
+  if (partMissing == !records.IsWhole()) return;
+  partMissing = !records.IsWhole();
+  PlaceParts();
+  Invalidate(nullptr, 0);
 }
 
 // ---- What the children and the menus tell ----
@@ -158,35 +168,48 @@ void CalendarPanel::OnListNotice(unsigned code, LPARAM value) {
 
 // Another user's change must not take the selection away under the hands of this one, nor the rows scrolled
 // to.
-void CalendarPanel::OnListChanged(LPARAM phase) {
-  if (calendarFile == nullptr) return;
-  if (phase == kBeforeTimedRebuild) {
-    hasKeptSelection = calendarFile->ReadBytes(&keptSelection, sizeof keptSelection, SelectedOffset());
-  } else if (phase == kAfterTimedRebuild && hasKeptSelection && dayList.SelectedItem() < 0) {
+void CalendarPanel::OnListChanged(LPARAM rebuild) {
+  if (session.File() == nullptr) return;
+  ShowWhetherWhole();
+  if (rebuild == kRebuildByWatch) {
+    keptSelection = SelectedKey();
+  } else if (rebuild == kRebuiltByWatch && !keptSelection.IsNone() && dayList.SelectedItem() < 0) {
     const int firstRow = dayList.FirstRow();
-    dayList.SelectRecord(&keptSelection);
+    dayList.SelectRecord(keptSelection.id);
     dayList.SetFirstRow(firstRow);
-    hasKeptSelection = false;
+    keptSelection = {};
   }
 }
 
-void CalendarPanel::OnCalendarNotice(unsigned code, const core::Date& date) {
-  // The date lies in a place that all mini calendars share.
-  const core::Date picked = date;
-  if (calendarFile == nullptr) return;
-  if (code == kDropMove || code == kDropCopy) {
-    if (!BeginCommand()) return;
-    DropAppointment(code == kDropCopy, picked);
-    EndCommand();
-  } else {
-    SetCurrentDate(picked);
+void CalendarPanel::OnCalendarNotice(unsigned code, core::Date date) {
+  if (session.File() == nullptr) return;
+  if (code != kDropMove && code != kDropCopy) {
+    session.SetDate(date);
+    return;
   }
+  const CommandScope command(gate);
+  if (command.Entered()) DropCommand(session, *this, SelectedKey(), code == kDropCopy, date);
 }
 
 void CalendarPanel::OnCategoryCommand(int command, const char* name) {
-  if (!BeginCommand()) return;
-  if (categorySelector.OnCategoryMenuCommand(command, name)) Reload();
-  EndCommand();
+  const CommandScope scope(gate);
+  if (scope.Entered()) categorySelector.OnCategoryMenuCommand(command, name);
+}
+
+void CalendarPanel::RunCommand(unsigned command) {
+  const CommandScope scope(gate);
+  if (!scope.Entered()) return;
+  switch (command) {
+    case ID_ITEM_NEW:
+      NewCommand(session, *this);
+      break;
+    case ID_ITEM_EDIT:
+      EditCommand(session, *this, SelectedKey());
+      break;
+    default:
+      DeleteCommand(session, *this, SelectedKey());
+      break;
+  }
 }
 
 // At the mouse, but by the selected row when a key asked for the menu while the mouse was elsewhere.
@@ -199,171 +222,41 @@ POINT CalendarPanel::MenuPoint() const {
 
 void CalendarPanel::ShowPopupMenu(bool onItem) {
   const HMENU menu = CreatePopupMenu();
-  AppendItem(menu, kNewItemText, ID_ITEM_NEW, true);
-  AppendItem(menu, kEditItemText, ID_ITEM_EDIT, onItem);
-  AppendItem(menu, kDeleteItemText, ID_ITEM_DELETE, onItem);
+  AppendItem(menu, text::kNewItem, ID_ITEM_NEW, true);
+  AppendItem(menu, text::kEditItem, ID_ITEM_EDIT, onItem);
+  AppendItem(menu, text::kDeleteItem, ID_ITEM_DELETE, onItem);
   TrackPopupMenu(menu, MenuPoint(), hwnd);
   DestroyMenu(menu);
 }
 
-// ---- The commands ----
+// ---- What commands ask ----
 
-// One at a time: a second one may wait in the message queue while the first shows a dialog.
-bool CalendarPanel::BeginCommand() {
-  if (commandRunning) return false;
-  commandRunning = true;
-  return true;
+bool CalendarPanel::EditRecord(core::Appointment& record, bool isNew) {
+  using Mode = AppointmentEditor::Mode;
+  AppointmentEditor editor(*session.File(), record, session.CurrentDate(), isNew ? Mode::kNew : Mode::kEdit);
+  return editor.Run(this) == 1;
 }
 
-void CalendarPanel::EndCommand() {
-  commandRunning = false;
-  if (closeWanted) TheApp().Post(WM_CLOSE, 0, 0);
-  FocusList();
+bool CalendarPanel::Ask(int question) {
+  return AskYesNo(this, question);
 }
 
-void CalendarPanel::RunCommand(unsigned command) {
-  if (!BeginCommand()) return;
-  switch (command) {
-    case ID_ITEM_NEW:
-      NewAppointment();
-      break;
-    case ID_ITEM_EDIT:
-      EditAppointment();
-      break;
-    default:
-      DeleteAppointment();
-      break;
-  }
-  EndCommand();
+void CalendarPanel::Tell(int text) {
+  ShowInfoId(this, text);
 }
 
-bool CalendarPanel::MayClose() {
-  closeWanted = commandRunning;
-  return !commandRunning;
+void CalendarPanel::Tell(const std::string& text) {
+  ShowInfo(this, text);
 }
 
-void CalendarPanel::NewAppointment() {
-  if (calendarFile == nullptr) {
-    MessageBeep();
-    return;
-  }
-  CommandResult result = CheckMayChange(*calendarFile);
-  core::Appointment record;
-  // A file that cannot be read takes no appointment: better told now than after the typing.
-  if (result == CommandResult::kDone && !core::NewAppointment(*calendarFile, record)) {
-    result = CommandResult::kFailed;
-  }
-  AppointmentEditor::Mode mode = AppointmentEditor::Mode::kNew;
-  while (result == CommandResult::kDone) {
-    AppointmentEditor editor(*calendarFile, record, currentDate, mode);
-    if (editor.Run(this) != 1) return;
-    result = AddAppointment(*calendarFile, record);
-    if (IsDone(result)) {
-      PlaySound("add.wav");
-      RefreshList();
-      dayList.SelectRecord(&record);
-      break;
-    }
-    // What the user typed comes back, to be saved when there is room again.
-    if (result != CommandResult::kFailed || closeWanted) break;
-    Report(result);
-    result = CommandResult::kDone;
-    mode = AppointmentEditor::Mode::kEdit;
-  }
-  Report(result);
+void CalendarPanel::Beep() {
+  MessageBeep();
 }
 
-void CalendarPanel::EditAppointment() {
-  const std::int32_t offset = SelectedOffset();
-  if (calendarFile == nullptr) return;
-  CommandResult result = CheckMayChange(*calendarFile);
-  if (result == CommandResult::kDone && offset < 0) return;
-  core::EditLock lock(*calendarFile);
-  core::Appointment record;
-  if (result == CommandResult::kDone) result = BeginEdit(lock, offset, record);
-  if (result == CommandResult::kDone) {
-    if (StoreEdited(lock, record)) PlaySound("add.wav");
-    lock.Release();
-  } else {
-    Report(result);
-  }
-  RefreshList();
-  if (result == CommandResult::kDone) dayList.SelectRecord(&record);
+void CalendarPanel::Play(const char* sound) {
+  PlaySound(sound);
 }
 
-// Runs the editor until its record is written (true) or the user cancels.
-bool CalendarPanel::StoreEdited(core::EditLock& lock, core::Appointment& record) {
-  for (;;) {
-    AppointmentEditor editor(*calendarFile, record, currentDate, AppointmentEditor::Mode::kEdit);
-    if (editor.Run(this) != 1) return false;
-    const CommandResult result = EndEdit(lock, record);
-    Report(result);
-    if (IsDone(result)) return true;
-    if (result != CommandResult::kFailed || closeWanted) return false;
-  }
-}
-
-void CalendarPanel::DeleteAppointment() {
-  const std::int32_t offset = SelectedOffset();
-  if (calendarFile == nullptr) return;
-  CommandResult result = CheckMayChange(*calendarFile);
-  if (result == CommandResult::kDone && offset < 0) return;
-  core::EditLock lock(*calendarFile);
-  if (result == CommandResult::kDone) result = lock.Take(offset);
-  if (result == CommandResult::kDone) {
-    if (!AskYesNo(this, kDeleteQuestion)) return;
-    result = DeleteLocked(lock);
-    if (IsDone(result)) PlaySound("bindel.wav");
-  }
-  Report(result);
-  RefreshList();
-}
-
-void CalendarPanel::DropAppointment(bool copy, const core::Date& date) {
-  const std::int32_t offset = SelectedOffset();
-  if (offset < 0) {
-    MessageBeep();
-    return;
-  }
-  core::Appointment record;
-  const CommandResult result = copy ? CopyToDate(*calendarFile, offset, date, record)
-                                    : MoveToDate(*calendarFile, offset, date, record);
-  if (IsDone(result)) {
-    PlaySound(copy ? "add.wav" : "move.wav");
-    SetCurrentDate(date);
-    dayList.SelectRecord(&record);
-  } else {
-    RefreshList();
-  }
-  Report(result);
-}
-
-void CalendarPanel::Report(CommandResult result) {
-  switch (result) {
-    case CommandResult::kReader:
-      ShowInfoId(this, kNoPermissionText);
-      break;
-    case CommandResult::kLocked:
-      ShowInfoId(this, kLockedText);
-      break;
-    case CommandResult::kRepeats:
-      ShowInfoId(this, kRepeatDragText);
-      break;
-    case CommandResult::kVanished:
-      ShowInfo(this, "Record is deleted by another user.");
-      break;
-    case CommandResult::kCancelledEvent:
-      MessageBeep();
-      break;
-    case CommandResult::kFailed:
-      ShowInfo(this, "Can't write to \"" + calendarFile->Path() + "\".\r\nThe appointment was not saved.");
-      break;
-    case CommandResult::kNotFlushed:
-      ShowInfo(this, "Can't bring \"" + calendarFile->Path() +
-                         "\" to the disk.\r\nThe change is made, but may be lost if the computer fails.");
-      break;
-    case CommandResult::kDone:
-    case CommandResult::kConfidential:
-      break;
-  }
+void CalendarPanel::SelectRecord(const core::Appointment& record) {
+  dayList.SelectRecord(record.header.recordId);
 }

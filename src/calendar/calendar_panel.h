@@ -1,42 +1,23 @@
-// The controller of the calendar: it shows the appointments of one day of the open file, with a mini calendar
-// to choose the day and a selector to choose a category, and carries out the commands that change
-// appointments. Every change goes through the record's edit lock and is followed by a refresh of the list and
-// a short sound.
+// The calendar: the appointments of the session's day, a mini calendar to choose the day and a selector to
+// choose a category. It turns what its children and the menus tell into changes of the session and commands,
+// and shows what the session tells.
 #pragma once
 
-#include <cstdint>
-#include <string>
-
-#include "calendar/appointment_editor.h"
-#include "calendar/category_selector.h"
-#include "calendar/day_list.h"
-#include "core/appointment_commands.h"
-#include "core/record_query.h"
+#include "calendar/appointment_actions.h"
+#include "calendar/command_gate.h"
+#include "calendar/views/category_selector.h"
+#include "calendar/views/day_list.h"
+#include "core/calendar/calendar_session.h"
+#include "core/calendar/day_lists.h"
 #include "pickers/mini_calendar.h"
 
-class CalendarPanel : public ZarfWnd {
+class CalendarPanel : public ZarfWnd, private core::SessionListener, private ActionHost {
  public:
-  CalendarPanel();
+  // Both must outlive the panel.
+  CalendarPanel(core::CalendarSession& calendarSession, CommandGate& commandGate);
+  ~CalendarPanel() override;
 
-  // Shows a file, which stays the caller's and must stay open until another one, or null, is attached. With
-  // the first one the current date becomes today. Without a file the list is empty and New beeps.
-  void Attach(core::RecordFile* file);
-  // Shows the current date and category anew.
-  void Reload();
-
-  const core::Date& CurrentDate() const { return currentDate; }
-  // Empty for all categories.
-  const std::string& CategoryFilter() const { return categorySelector.Filter(); }
-  // The shown appointments, in the order of their rows.
-  const core::RecordQuery& Records() const { return records; }
   void FocusList() { dayList.FocusList(); }
-  // Brackets a command: one runs at a time, and the frame stays open until it has come to its end. False when
-  // one runs already, and this one is to be dropped. The end gives the list the keyboard.
-  bool BeginCommand();
-  void EndCommand();
-  // Whether the frame may close. While a command runs it may not; its end then posts the frame WM_CLOSE
-  // again.
-  bool MayClose();
 
   DayList& List() { return dayList; }
   MiniCalendar& Calendar() { return miniCalendar; }
@@ -49,35 +30,34 @@ class CalendarPanel : public ZarfWnd {
   LRESULT OnCommand(const MessageRecord& record) override;
 
  private:
-  void RunCommand(unsigned command);
-  void NewAppointment();
-  void EditAppointment();
-  void DeleteAppointment();
-  void DropAppointment(bool copy, const core::Date& date);
-  bool StoreEdited(core::EditLock& lock, core::Appointment& record);
+  void OnSessionChange(core::SessionChange change) override;
 
+  bool EditRecord(core::Appointment& record, bool isNew) override;
+  bool Ask(int question) override;
+  void Tell(int text) override;
+  void Tell(const std::string& text) override;
+  void Beep() override;
+  void Play(const char* sound) override;
+  void SelectRecord(const core::Appointment& record) override;
+  bool IsEnding() const override { return gate.CloseWanted(); }
+
+  void RunCommand(unsigned command);
   void OnListNotice(unsigned code, LPARAM value);
-  void OnListChanged(LPARAM phase);
-  void OnCalendarNotice(unsigned code, const core::Date& date);
+  void OnListChanged(LPARAM rebuild);
+  void OnCalendarNotice(unsigned code, core::Date date);
   void OnCategoryCommand(int command, const char* name);
   void ShowPopupMenu(bool onItem);
   POINT MenuPoint() const;
-
-  void SetCurrentDate(const core::Date& date);
   void LoadDay();
-  void RefreshList() { dayList.RefreshFromFile(ListRefresh::kByProgram); }
-  std::int32_t SelectedOffset() const { return dayList.RecordOffset(dayList.SelectedItem()); }
-  // Tells the user what came of a command; a silent result is silent.
-  void Report(core::CommandResult result);
+  void PlaceParts();
+  void ShowWhetherWhole();
+  core::RecordKey SelectedKey() const { return dayList.KeyAt(dayList.SelectedItem()); }
 
-  core::RecordFile* calendarFile = nullptr;  // borrowed
-  bool wasAttached = false;
-  bool commandRunning = false;
-  bool closeWanted = false;
-  core::Date currentDate;
-  core::RecordQuery records;
-  core::RecordHeader keptSelection;  // of the list while it is rebuilt
-  bool hasKeptSelection = false;
+  core::CalendarSession& session;
+  CommandGate& gate;
+  core::DayLists records;         // of the session's day
+  bool partMissing = false;       // from the list, as far as the panel shows
+  core::RecordKey keptSelection;  // of the list while it is rebuilt
 
   DayList dayList;
   CategorySelector categorySelector;

@@ -1,125 +1,132 @@
 #include "calendar/file_commands.h"
 
-#include "calendar/calendar_pane.h"
-#include "calendar/new_file_dialog.h"
-#include "calendar/password_dialogs.h"
-#include "core/compaction.h"
-#include "core/file_messages.h"
-#include "core/new_calendar.h"
-#include "core/value_compare.h"
+#include "calendar/dialogs/new_file_dialog.h"
+#include "calendar/dialogs/password_dialogs.h"
+#include "core/calendar/new_calendar.h"
+#include "core/store/compaction.h"
+#include "core/store/file_messages.h"
+#include "core/store/value_compare.h"
 #include "framework/compaction_progress.h"
 #include "framework/notices.h"
 #include "framework/shell_services.h"
 #include "platform/desktop/application.h"
 #include "platform/system/file.h"
+#include "resources/text_ids.h"
 
 namespace {
-
-constexpr int kPasswordsDifferText = 101;
-constexpr int kNoPermissionText = 102;
 
 constexpr const char* kFilter = "Tempoline file (*.cld)|*.cld||";
 constexpr const char* kExtension = "cld";
 
 // Opens a calendar and notes it down for the next start, or tells why it was not opened.
-void OpenAndRemember(CalendarPane& pane, const std::string& path, const std::string& password) {
+void OpenAndRemember(core::CalendarSession& session, ZarfWnd* owner, const std::string& path,
+                     const std::string& password) {
   std::string message;
-  if (pane.OpenCalendar(path, password, false, message)) core::RememberCalendar(path);
-  if (!message.empty()) ShowInfo(&pane, message);
+  const bool opened = session.Open(path, password, false, message);
+  if (!message.empty()) ShowInfo(owner, message);
+  const std::string forgotten = opened ? core::RememberCalendar(path) : "";
+  if (!forgotten.empty()) ShowInfo(owner, forgotten);
 }
 
-bool AskForCalendar(CalendarPane& pane, int mode, std::string& path) {
-  return FileDialog(mode, kFilter, kExtension, pane.Handle(), path, kInWorksFolder);
+bool AskForCalendar(const ZarfWnd* owner, int mode, std::string& path) {
+  return FileDialog(mode, kFilter, kExtension, owner->Handle(), path, kInWorksFolder);
 }
 
 // The open calendar; null, and a beep, when there is none.
-core::RecordFile* OpenCalendarOf(CalendarPane& pane) {
-  if (pane.CalendarFile() == nullptr) MessageBeep();
-  return pane.CalendarFile();
+core::RecordFile* OpenFileOf(const core::CalendarSession& session) {
+  if (session.File() == nullptr) MessageBeep();
+  return session.File();
 }
 
 bool IsSamePath(const std::string& left, const std::string& right) {
   return left.size() == right.size() && core::CompareText(left.data(), right.data(), left.size()) == 0;
 }
 
-void Tell(CalendarPane& pane, const core::RepairOutcome& outcome) {
-  if (!outcome.message.empty()) ShowInfo(&pane, outcome.message);
+constexpr const char* kCompactCounted =
+    "\r\n\r\nIf nobody has, it is in order to compact it. Whoever has goes on with the new file.\r\nCompact "
+    "it?";
+
+void Tell(ZarfWnd* owner, const core::RepairOutcome& outcome) {
+  if (!outcome.message.empty()) ShowInfo(owner, outcome.message);
 }
 
 // Has the passwords typed and typed again, until they are the same. False for Cancel.
-bool AskForPasswords(CalendarPane& pane, core::FilePasswords& passwords) {
+bool AskForPasswords(ZarfWnd* owner, core::FilePasswords& passwords) {
   using Mode = NetworkPasswordsDialog::Mode;
   NetworkPasswordsDialog first(Mode::kSet, passwords);
-  if (first.Run(&pane) != 1) return false;
+  if (first.Run(owner) != 1) return false;
   for (;;) {
     NetworkPasswordsDialog again(Mode::kVerify);
-    if (again.Run(&pane) != 1) return false;
+    if (again.Run(owner) != 1) return false;
     passwords = again.Passwords();
     if (passwords == first.Passwords()) return true;
-    ShowInfoId(&pane, kPasswordsDifferText);
+    ShowInfoId(owner, text::kPasswordsDiffer);
   }
 }
 
 }  // namespace
 
-core::PasswordPrompt AskOver(CalendarPane& pane) {
-  return [&pane](const std::string& path, std::string& password) {
+core::PasswordPrompt AskOver(ZarfWnd* owner) {
+  return [owner](const std::string& path, std::string& password) {
     PasswordDialog dialog(path);
-    if (dialog.Run(&pane) != 1) return false;
+    if (dialog.Run(owner) != 1) return false;
     password = dialog.Password();
     return true;
   };
 }
 
-bool CreateAndOpen(CalendarPane& pane, const std::string& note) {
+bool CreateAndOpen(core::CalendarSession& session, ZarfWnd* owner, const std::string& note) {
   NewFileDialog dialog(note);
-  if (dialog.Run(&pane) != 1) return false;
-  OpenAndRemember(pane, dialog.Path(), "");
+  if (dialog.Run(owner) != 1) return false;
+  OpenAndRemember(session, owner, dialog.Path(), "");
   return true;
 }
 
-void NewFileCommand(CalendarPane& pane) {
-  CreateAndOpen(pane, "");
+void NewFileCommand(core::CalendarSession& session, ZarfWnd* owner) {
+  CreateAndOpen(session, owner, "");
 }
 
-void OpenFileCommand(CalendarPane& pane) {
+void OpenFileCommand(core::CalendarSession& session, ZarfWnd* owner) {
   std::string path;
-  if (!AskForCalendar(pane, kFileDialogOpen, path)) return;
+  if (!AskForCalendar(owner, kFileDialogOpen, path)) return;
   std::string password;
   std::string message;
-  if (core::AskFilePassword(path, AskOver(pane), password, message)) {
-    OpenAndRemember(pane, path, password);
+  if (core::AskFilePassword(path, AskOver(owner), password, message)) {
+    OpenAndRemember(session, owner, path, password);
   } else {
-    ShowInfo(&pane, message);
+    ShowInfo(owner, message);
   }
 }
 
-void NetworkPasswordsCommand(CalendarPane& pane) {
-  core::RecordFile* const file = OpenCalendarOf(pane);
+void NetworkPasswordsCommand(core::CalendarSession& session, ZarfWnd* owner) {
+  core::RecordFile* const file = OpenFileOf(session);
   if (file == nullptr) return;
   core::FilePasswords passwords;
-  const core::Result read = core::ReadPasswords(*file, passwords);
-  if (read == core::Result::kRefused) {
-    ShowInfoId(&pane, kNoPermissionText);
-    return;
+  core::CommandResult result = core::ReadPasswords(*file, passwords);
+  if (result == core::CommandResult::kDone) {
+    if (!AskForPasswords(owner, passwords)) return;
+    result = core::StorePasswords(*file, passwords);
   }
-  if (read == core::Result::kDone && !AskForPasswords(pane, passwords)) return;
-  if (read != core::Result::kDone || !core::StorePasswords(*file, passwords)) {
-    ShowInfo(&pane, "Can't write to " + core::Quoted(file->Path()) + ".\r\nThe passwords were not changed.");
-  }
+  std::string message = core::DescribeResult(*file, result);
+  if (result == core::CommandResult::kFailed) message += "\r\nThe passwords were not changed.";
+  if (!message.empty()) ShowInfo(owner, message);
 }
 
-void SaveAsCommand(CalendarPane& pane) {
-  core::RecordFile* const file = OpenCalendarOf(pane);
+void SaveAsCommand(core::CalendarSession& session, ZarfWnd* owner) {
+  core::RecordFile* const file = OpenFileOf(session);
   std::string target;
-  if (file == nullptr || !AskForCalendar(pane, kFileDialogSave, target)) return;
+  if (file == nullptr || !AskForCalendar(owner, kFileDialogSave, target)) return;
   if (IsSamePath(target, platform::FullPath(file->Path()))) return;
-  Tell(pane, core::SaveCopy(*file, target, ShowCompaction(&pane)));
+  Tell(owner, core::SaveCopy(*file, target, ShowCompaction(owner)));
 }
 
-void CompactCommand(CalendarPane& pane) {
+void CompactCommand(ZarfWnd* owner) {
   std::string path;
-  if (AskForCalendar(pane, kFileDialogOpen, path)) {
-    Tell(pane, core::RepairCheck(path, true, ShowCompaction(&pane)));
+  if (!AskForCalendar(owner, kFileDialogOpen, path)) return;
+  core::RepairOutcome outcome = core::RepairCheck(path, true, ShowCompaction(owner));
+  if (outcome.counted) {
+    if (!AskYesNo(owner, outcome.message + kCompactCounted)) return;
+    outcome = core::CompactCounted(path, ShowCompaction(owner));
   }
+  Tell(owner, outcome);
 }

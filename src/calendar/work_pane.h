@@ -6,7 +6,9 @@
 
 class WorkPane : public ZarfPane {
  public:
-  WorkPane(const char* newName, const PaneColours& newColours) : ZarfPane(newName, newColours) {}
+  WorkPane(const char* newName, const PaneColours& newColours, core::CalendarSession& session,
+           CommandGate& gate)
+      : ZarfPane(newName, newColours), panel(session, gate) {}
 
   CalendarPanel& Panel() { return panel; }
 

@@ -1,7 +1,6 @@
 #include "cli/appointment_options.h"
 
-#include "core/repeat_choice.h"
-#include "core/repeat_rule.h"
+#include "core/calendar/repeat_rule.h"
 
 namespace cli {
 namespace {
@@ -35,24 +34,27 @@ Outcome TakeText(const Arguments& arguments, std::string_view name, std::size_t 
   return outcome;
 }
 
-Outcome ApplyRepeat(const AppointmentOptions& options, core::Appointment& record) {
-  core::RepeatRule& rule = record.repeat;
-  if (options.noRepeat) core::ClearRepeat(record);
-  if (options.repeat) {
-    rule = {options.repeat->type, core::kNoEndDate, options.repeat->every,
-            core::RepeatParam(options.repeat->type, options.repeat->weekdays, record.date)};
-  } else if (options.date && core::HasRepeat(record)) {
-    rule.repeatParam = core::RepeatParam(rule.repeatType, rule.repeatParam, record.date);
+// The date first, then the repeats as if they were chosen anew in the editor.
+Outcome ApplyDateAndRepeat(const AppointmentOptions& options, core::Appointment& record) {
+  constexpr const char* kEndsEarly = "the last day of the repeats lies before the date; --until changes it";
+  core::RepeatChoice choice = options.repeat ? *options.repeat : core::ReadRepeat(record);
+  if (options.noRepeat) choice = {};
+  if (options.until && choice.type == core::kRepeatNone) {
+    return Fail(kUsage, "--until is for an appointment that repeats");
   }
-  if (options.until) {
-    if (!core::HasRepeat(record)) return Fail(kUsage, "--until is for an appointment that repeats");
-    rule.repeatEnd = *options.until;
+  if (options.until) choice.end = options.until;
+  const bool chosen = options.repeat || options.until || options.noRepeat;
+  if (chosen) core::ClearRepeat(record);
+  if (options.date && !core::ChangeDate(record, *options.date)) return Fail(kUsage, kEndsEarly);
+  if (!chosen) return {};
+  if (choice.end && core::StoredDayIndex(*choice.end) < core::StoredDayIndex(record.date)) {
+    return Fail(kUsage, kEndsEarly);
   }
-  const bool changed = options.repeat || options.until || options.date;
-  if (changed && core::HasRepeat(record) && core::DayIndex(rule.repeatEnd) < core::DayIndex(record.date)) {
-    return Fail(kUsage, "the last day of the repeats lies before the date; --until changes it");
-  }
-  return {};
+  if (core::StoreRepeat(choice, record)) return {};
+  return Fail(
+      kUsage,
+      "repeats cannot end on 2020-12-31, which in calendar files stands for no end; --until takes the "
+      "day before or a later one");
 }
 
 }  // namespace
@@ -89,7 +91,8 @@ Outcome ParseAppointmentOptions(const Arguments& arguments, AppointmentOptions& 
 }
 
 Outcome ApplyOptions(const AppointmentOptions& options, core::Appointment& record) {
-  if (options.date) record.date = *options.date;
+  Outcome dated = ApplyDateAndRepeat(options, record);
+  if (!dated.IsDone()) return dated;
   if (options.start) record.startTime = *options.start;
   if (options.end) record.endTime = *options.end;
   if (options.allDay) record.allDay = *options.allDay ? 1 : 0;
@@ -100,9 +103,8 @@ Outcome ApplyOptions(const AppointmentOptions& options, core::Appointment& recor
   if ((options.start || options.end) && core::TimeSlot(record.endTime) < core::TimeSlot(record.startTime)) {
     return Fail(kUsage, "the end lies before the start; --start and --end change them");
   }
-  // An alarm that is on keeps its own date and time.
-  if (record.alarmOn == 0) core::ResetAlarm(record);
-  return ApplyRepeat(options, record);
+  core::SettleAlarm(record);
+  return {};
 }
 
 }  // namespace cli

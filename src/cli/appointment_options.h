@@ -7,7 +7,8 @@
 #include "cli/arguments.h"
 #include "cli/outcome.h"
 #include "cli/values.h"
-#include "core/appointment.h"
+#include "core/calendar/appointment.h"
+#include "core/calendar/repeat_choice.h"
 
 namespace cli {
 
@@ -21,7 +22,7 @@ struct AppointmentOptions {
   std::optional<std::string> subject;
   std::optional<std::string> notes;
   std::optional<std::string> category;
-  std::optional<Repeat> repeat;
+  std::optional<core::RepeatChoice> repeat;
   std::optional<core::Date> until;
   bool noRepeat = false;
 
@@ -30,9 +31,9 @@ struct AppointmentOptions {
 
 Outcome ParseAppointmentOptions(const Arguments& arguments, AppointmentOptions& options);
 
-// Puts them into the record, and the fields that follow from others: the day of a rule, the alarm that is
-// off. kUsage, the record then being of no use, when the end lies before the start or before the rule's
-// first day.
+// Puts them into the record as the editor does, with the fields that follow from others: the day of a rule
+// that is chosen anew, the alarm that is off. kUsage, the record then being of no use, when the end lies
+// before the start or before the rule's first day.
 Outcome ApplyOptions(const AppointmentOptions& options, core::Appointment& record);
 
 }  // namespace cli

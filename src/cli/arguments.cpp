@@ -69,6 +69,7 @@ constexpr OptionInfo kOptions[] = {
     {"no-repeat", "", kWriting, "let it fall on its date only"},
     {"offset", "N", kNaming, "which record, where several have the ID"},
     {"examples", "", In(Command::kNew), "begin with three example appointments"},
+    {"force", "", In(Command::kCompact), "also where the file may be open on another machine"},
     {"format", "F", kShowing, "text, csv or json"},
     {"password", "PW", kGuarded, "a password of the file; other users can see it"},
     {"password-file", "F", kGuarded, "take the password from the first line of F"},

@@ -6,9 +6,9 @@
 #include <vector>
 
 #include "cli/values.h"
-#include "core/calendar_file.h"
-#include "core/file_messages.h"
-#include "core/record_scan.h"
+#include "core/calendar/calendar_file.h"
+#include "core/store/file_messages.h"
+#include "core/store/record_scan.h"
 #include "platform/system/file.h"
 
 namespace cli {
@@ -36,16 +36,16 @@ Outcome FindPassword(const Arguments& arguments, std::string& password) {
   return ParseText("password", text, kMostPasswordFile, true, password);
 }
 
-ExitCode CodeOf(core::OpenError error) {
-  return error == core::OpenError::kInUse ? kLocked : kFile;
-}
-
 Outcome OpenFailure(const core::RecordFile& file) {
   return FailOn(file.Path(), CodeOf(file.LastOpenError()),
                 core::DescribeOpenError(file.Path(), file.LastOpenError()));
 }
 
 }  // namespace
+
+ExitCode CodeOf(core::OpenError error) {
+  return error == core::OpenError::kInUse || error == core::OpenError::kBusy ? kLocked : kFile;
+}
 
 Outcome FailOn(const std::string& path, ExitCode code, std::string_view message) {
   // The sentences of core begin on a line of their own and name the file in quotes, mostly.
@@ -65,7 +65,11 @@ Outcome OpenToRead(const Arguments& arguments, std::unique_ptr<core::RecordFile>
   if (!found.IsDone()) return found;
   file = std::make_unique<core::RecordFile>(arguments.file, password, core::OpenMode::kReadOnly);
   if (file->OpenFailed()) return OpenFailure(*file);
-  if (file->AccessLevel() != core::Access::kNone) return {};
+  core::HeaderBlock header;
+  if (!file->ReadHeaderBlock(header)) {
+    return FailOn(arguments.file, kFile, core::DescribeFault(arguments.file, file->LastFault()));
+  }
+  if (core::LevelOf(password, header) != core::Access::kNone) return {};
   return FailOn(arguments.file, kRefused,
                 password.empty() ? "It asks for a password." : "The password is none of the file's.");
 }
@@ -80,25 +84,23 @@ Outcome OpenCalendarToChange(const Arguments& arguments, std::unique_ptr<core::R
   Outcome readable = OpenCalendarToRead(arguments, file);
   if (!readable.IsDone()) return readable;
   if (file->AccessLevel() == core::Access::kReader) {
-    return FailOn(arguments.file, kRefused, "The password allows to read only.");
+    return FailOn(arguments.file, kRefused, "The password allows reading only.");
   }
   const std::string password = file->Password();
   file.reset();  // nobody may have the file open while it is brought in order
-  core::OpenedCalendar opened = core::OpenCalendarFile(arguments.file, password, false);
+  core::OpenedCalendar opened = core::OpenExistingCalendar(arguments.file, password);
   if (opened.file != nullptr) {
     file = std::move(opened.file);
     return {kDone, opened.message.empty() ? "" : FailOn(arguments.file, kDone, opened.message).message};
   }
-  const core::RecordFile again(arguments.file, password, core::OpenMode::kReadOnly);
-  return FailOn(arguments.file, CodeOf(again.LastOpenError()), opened.message);
+  return FailOn(arguments.file, CodeOf(opened.error), opened.message);
 }
 
 bool MaySee(const core::RecordHeader& record, core::Access level) {
   return record.inUse == 1 && (record.confidential != 1 || level == core::Access::kOwner);
 }
 
-Outcome FindRecord(const Arguments& arguments, const core::RecordFile& file, std::uint64_t id,
-                   std::int32_t& offset) {
+Outcome FindRecord(const Arguments& arguments, const core::RecordFile& file, core::RecordKey& key) {
   std::int32_t chosen = 0;
   if (arguments.Has("offset")) {
     Outcome parsed = ParseOffset("offset", arguments.Value("offset"), chosen);
@@ -107,11 +109,11 @@ Outcome FindRecord(const Arguments& arguments, const core::RecordFile& file, std
   std::vector<std::int32_t> found;
   const core::ScanResult scanned = core::ScanRecords(file, [&](const char* slot, std::int32_t at) {
     const auto& header = *reinterpret_cast<const core::RecordHeader*>(slot);
-    if (header.recordId == id && (chosen == 0 || chosen == at)) found.push_back(at);
+    if (header.recordId == key.id && (chosen == 0 || chosen == at)) found.push_back(at);
   });
-  const std::string name = FormatId(id);
+  const std::string name = FormatId(key.id);
   if (found.size() == 1) {
-    offset = found.front();
+    key.offset = found.front();
     return {};
   }
   if (found.empty()) {

@@ -8,12 +8,16 @@
 
 #include "cli/arguments.h"
 #include "cli/outcome.h"
-#include "core/record_file.h"
+#include "core/store/record_file.h"
+#include "core/store/record_key.h"
 
 namespace cli {
 
 // "path: message" as one line, whatever breaks the message has.
 Outcome FailOn(const std::string& path, ExitCode code, std::string_view message);
+
+// The code of a file that was not opened.
+ExitCode CodeOf(core::OpenError error);
 
 // Opens the file without writing to it, its open count included, with the password that the options or the
 // environment give. kRefused when that is none of the file's. Files of other kinds open as well.
@@ -29,9 +33,8 @@ Outcome OpenCalendarToChange(const Arguments& arguments, std::unique_ptr<core::R
 // Whether a record with these bytes is one that the level may see.
 bool MaySee(const core::RecordHeader& record, core::Access level);
 
-// Finds the offset of the record that the arguments name by its id and, where several have that, by its
-// offset.
-Outcome FindRecord(const Arguments& arguments, const core::RecordFile& file, std::uint64_t id,
-                   std::int32_t& offset);
+// Finds the record with the id of `key` and, where several have it, at the offset that the arguments give;
+// completes the key.
+Outcome FindRecord(const Arguments& arguments, const core::RecordFile& file, core::RecordKey& key);
 
 }  // namespace cli

@@ -6,7 +6,8 @@
 #include "cli/calendar_access.h"
 #include "cli/commands.h"
 #include "cli/values.h"
-#include "core/appointment_commands.h"
+#include "core/calendar/appointment_commands.h"
+#include "core/store/file_messages.h"
 
 namespace cli {
 namespace {
@@ -14,52 +15,54 @@ namespace {
 using core::Appointment;
 using core::CommandResult;
 
-Outcome Describe(const std::string& path, CommandResult result) {
+ExitCode CodeOf(const core::RecordFile& file, CommandResult result) {
   switch (result) {
     case CommandResult::kDone:
-      return {};
-    case CommandResult::kNotFlushed:
-      return FailOn(
-          path, kFile,
-          "The change is made, but may be lost if the computer fails: the disk did not confirm it.");
-    case CommandResult::kReader:
-      return FailOn(path, kRefused, "The password allows to read only.");
+      return kDone;
     case CommandResult::kLocked:
-      return FailOn(path, kLocked, "The record is being edited by another user.");
+      return kLocked;
+    case CommandResult::kReader:
+    case CommandResult::kNoAccess:
     case CommandResult::kVanished:
-      return FailOn(path, kRefused, "The record was deleted by another user.");
     case CommandResult::kConfidential:
-      return FailOn(path, kRefused, "The record is the owner's alone.");
     case CommandResult::kCancelledEvent:
-      return FailOn(path, kRefused, "The record is an internet event that was cancelled.");
-    case CommandResult::kRepeats:
+      return kRefused;
     case CommandResult::kFailed:
-      break;
+      return file.LastFault() == core::FileFault::kBusy ? kLocked : kFile;
+    default:
+      return kFile;
   }
-  return FailOn(path, kFile, "Reading or writing it failed.");
+}
+
+std::string MessageOf(const core::RecordFile& file, CommandResult result) {
+  switch (result) {
+    case CommandResult::kConfidential:
+      return "The record is the owner's alone.";
+    case CommandResult::kCancelledEvent:
+      return "The record is an internet event that was cancelled.";
+    default:
+      return core::DescribeResult(file, result);
+  }
+}
+
+Outcome Describe(const core::RecordFile& file, CommandResult result) {
+  if (result == CommandResult::kDone) return {};
+  return FailOn(file.Path(), CodeOf(file, result), MessageOf(file, result));
 }
 
 // What names one record on the command line.
 struct Target {
   std::unique_ptr<core::RecordFile> file;
-  std::uint64_t id = 0;
-  std::int32_t offset = 0;
+  core::RecordKey key;
   std::string notice;  // of the opening
 };
 
 Outcome FindTarget(const Arguments& arguments, Target& target) {
-  Outcome outcome = ParseId(arguments.id, target.id);
+  Outcome outcome = ParseId(arguments.id, target.key.id);
   if (outcome.IsDone()) outcome = OpenCalendarToChange(arguments, target.file);
   if (!outcome.IsDone()) return outcome;
   target.notice = outcome.message;
-  return FindRecord(arguments, *target.file, target.id, target.offset);
-}
-
-// A lock that was refused because the record went away meanwhile is no lock of another user.
-CommandResult ReasonOf(CommandResult result, const Target& target) {
-  Appointment record;
-  const bool gone = result == CommandResult::kLocked && !target.file->ReadRecord(&record, target.offset);
-  return gone ? CommandResult::kVanished : result;
+  return FindRecord(arguments, *target.file, target.key);
 }
 
 Outcome CheckConfidential(const Arguments& arguments, const AppointmentOptions& options,
@@ -84,38 +87,42 @@ Outcome AddCommand(const Arguments& arguments, Output& output) {
   if (outcome.IsDone()) outcome = CheckConfidential(arguments, options, *file);
   if (!outcome.IsDone()) return outcome;
   Appointment record;
-  if (!core::NewAppointment(*file, record)) return Describe(arguments.file, CommandResult::kFailed);
+  if (!core::NewAppointment(*file, record)) return Describe(*file, CommandResult::kFailed);
   // Where nothing else is said: midnight for an all-day appointment, the start for the end.
   record.startTime = options.start.value_or(core::TimeOfDay{0, 0, 0, core::kBeforeNoon});
   record.endTime = record.startTime;
   outcome = ApplyOptions(options, record);
   if (!outcome.IsDone()) return outcome;
   const CommandResult added = core::AddAppointment(*file, record);
-  const bool isThere = added == CommandResult::kDone || added == CommandResult::kNotFlushed;
-  if (isThere) output.Write(FormatId(record.header.recordId) + "\n");
-  outcome = Describe(arguments.file, added);
-  return outcome.IsDone() ? Outcome{kDone, notice} : outcome;
+  outcome = Describe(*file, added);
+  if (outcome.IsDone()) outcome.message = notice;
+  if (core::IsMade(added)) {
+    const std::string id = FormatId(record.header.recordId);
+    output.Write(id + "\n");
+    outcome.made = "The appointment was added; its id is " + id + ".";
+  }
+  return outcome;
 }
 
 Outcome EditCommand(const Arguments& arguments) {
   AppointmentOptions options;
   Outcome outcome = ParseAppointmentOptions(arguments, options);
   if (!outcome.IsDone()) return outcome;
-  if (options.IsEmpty()) return Fail(kUsage, "edit is not told what to change");
+  if (options.IsEmpty()) return Fail(kUsage, "edit needs an option that says what to change");
   Target target;
   outcome = FindTarget(arguments, target);
   if (outcome.IsDone()) outcome = CheckConfidential(arguments, options, *target.file);
   if (!outcome.IsDone()) return outcome;
   core::EditLock lock(*target.file);
   Appointment record;
-  CommandResult result = ReasonOf(core::BeginEdit(lock, target.offset, record), target);
-  // Another record may have come into the slot since it was looked for.
-  if (result == CommandResult::kDone && record.header.recordId != target.id)
-    result = CommandResult::kVanished;
-  if (result != CommandResult::kDone) return Describe(arguments.file, result);
+  CommandResult result = core::BeginEdit(lock, target.key, record);
+  if (result != CommandResult::kDone) return Describe(*target.file, result);
   outcome = ApplyOptions(options, record);
-  if (!outcome.IsDone()) return outcome;
-  outcome = Describe(arguments.file, core::EndEdit(lock, record));
+  if (outcome.IsDone()) result = core::EndEdit(lock, record);
+  // The lock of an edit that was given up may be what is left to tell.
+  const CommandResult released = lock.Release();
+  if (released != CommandResult::kDone) result = released;
+  if (result != CommandResult::kDone) outcome = Describe(*target.file, result);
   return outcome.IsDone() ? Outcome{kDone, target.notice} : outcome;
 }
 
@@ -124,13 +131,9 @@ Outcome DeleteCommand(const Arguments& arguments) {
   Outcome outcome = FindTarget(arguments, target);
   if (!outcome.IsDone()) return outcome;
   core::EditLock lock(*target.file);
-  CommandResult result = ReasonOf(lock.Take(target.offset), target);
-  Appointment record;
-  if (result == CommandResult::kDone) result = lock.Read(record);
-  if (result == CommandResult::kDone && record.header.recordId != target.id)
-    result = CommandResult::kVanished;
+  CommandResult result = lock.Take(target.key);
   if (result == CommandResult::kDone) result = core::DeleteLocked(lock);
-  outcome = Describe(arguments.file, result);
+  outcome = Describe(*target.file, result);
   return outcome.IsDone() ? Outcome{kDone, target.notice} : outcome;
 }
 

@@ -53,7 +53,8 @@ int RunCommandLine(const std::vector<std::string>& words, const Sink& output, co
   say(outcome.message);
   if (written) return outcome.code;
   if (!out.ReaderLeft()) {
-    say((arguments.file.empty() ? "" : arguments.file + ": ") + "The output could not be written.");
+    say((arguments.file.empty() ? "" : arguments.file + ": ") + outcome.made +
+        (outcome.made.empty() ? "" : " ") + "The output could not be written.");
   }
   return outcome.code == kDone ? kFile : outcome.code;
 }

@@ -1,9 +1,9 @@
 // The commands that make or rewrite a whole file: new and compact.
 #include "cli/calendar_access.h"
 #include "cli/commands.h"
-#include "core/compaction.h"
-#include "core/file_messages.h"
-#include "core/new_calendar.h"
+#include "core/calendar/new_calendar.h"
+#include "core/store/compaction.h"
+#include "core/store/file_messages.h"
 #include "platform/system/file.h"
 
 namespace cli {
@@ -26,7 +26,8 @@ Outcome CompactCommand(const Arguments& arguments) {
   if (!platform::FileExists(path)) {
     return FailOn(path, kFile, core::DescribeOpenError(path, core::OpenError::kMissing));
   }
-  const core::RepairOutcome outcome = core::RepairCheck(path, true);
+  const core::RepairOutcome outcome =
+      arguments.Has("force") ? core::CompactCounted(path) : core::RepairCheck(path, true);
   const std::string message = outcome.message.empty() ? "" : FailOn(path, kDone, outcome.message).message;
   if (outcome.clean) return {kDone, message};
   return {outcome.inUse ? kLocked : kFile, message};

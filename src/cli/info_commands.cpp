@@ -9,9 +9,9 @@
 #include "cli/calendar_access.h"
 #include "cli/commands.h"
 #include "cli/values.h"
-#include "core/categories.h"
-#include "core/file_check.h"
-#include "core/file_messages.h"
+#include "core/calendar/categories.h"
+#include "core/calendar/file_check.h"
+#include "core/store/file_messages.h"
 
 namespace cli {
 namespace {
@@ -28,11 +28,10 @@ struct Counts {
 Counts CountSlots(const core::RecordFile& file, core::Access level) {
   Counts counts;
   const auto slotSize = static_cast<std::int64_t>(file.SlotSize());
-  const std::int64_t end = file.SlotsEnd();
+  const std::int64_t end = std::min(file.SlotsEnd(), core::kOffsetsEnd);
   std::vector<char> slots(core::kSlotsPerRead * file.SlotSize());
   for (std::int64_t offset = file.FirstSlotOffset(); offset < end; offset += std::ssize(slots)) {
     const int count = file.ReadSlots(slots.data(), offset);
-    if (count == 0) break;  // no offset reaches further
     if (count < std::min<std::int64_t>((end - offset) / slotSize, core::kSlotsPerRead))
       counts.complete = false;
     for (int i = 0; i < count; ++i) {
@@ -62,12 +61,13 @@ std::string LevelName(core::Access level) {
   return "none";
 }
 
-std::string CategoryNames(const core::RecordFile& file) {
+// None when they cannot be read.
+Cell CategoryNames(const core::RecordFile& file) {
   core::CategoryList list;
-  core::ReadCategories(file, list);
-  std::string names;
-  for (const std::string& name : list.names) names.append(names.empty() ? "" : ", ").append(FromStored(name));
-  return names;
+  if (!core::ReadCategories(file, list)) return {};
+  std::vector<std::string> names;
+  for (const std::string& name : list.names) names.push_back(FromStored(name));
+  return Cell::List(std::move(names));
 }
 
 }  // namespace
@@ -82,6 +82,7 @@ Outcome InfoCommand(const Arguments& arguments, Output& output) {
   if (!file->ReadHeaderBlock(header)) return FailOn(arguments.file, kFile, "It cannot be read.");
   const core::Access level = file->AccessLevel();
   const Counts counts = CountSlots(*file, level);
+  const Cell categories = CategoryNames(*file);
   const bool owner = level == core::Access::kOwner;
   const std::pair<const char*, Cell> values[] = {
       {"file", Cell::Text(arguments.file)},
@@ -99,7 +100,7 @@ Outcome InfoCommand(const Arguments& arguments, Output& output) {
       {"changeCounter", {Cell::kNumber, std::to_string(header.changeCounter)}},
       {"openCount", Cell::Number(header.openCount)},
       {"usedByOthers", Cell::Bool(file->UsedByOthers())},
-      {"categories", Cell::Text(CategoryNames(*file))},
+      {"categories", categories},
   };
   std::vector<Column> columns;
   std::vector<Cell> cells;
@@ -108,7 +109,9 @@ Outcome InfoCommand(const Arguments& arguments, Output& output) {
     cells.push_back(cell);
   }
   WriteObject(output, format, columns, cells);
-  return counts.complete ? Outcome{} : FailOn(arguments.file, kFile, "Parts of it cannot be read.");
+  return counts.complete && categories.kind == Cell::kList
+             ? Outcome{}
+             : FailOn(arguments.file, kFile, "Parts of it cannot be read.");
 }
 
 Outcome CheckCommand(const Arguments& arguments, Output& output) {
@@ -124,8 +127,7 @@ Outcome CheckCommand(const Arguments& arguments, Output& output) {
   });
   table.End();
   if (error != core::OpenError::kNone) {
-    return FailOn(arguments.file, error == core::OpenError::kInUse ? kLocked : kFile,
-                  core::DescribeOpenError(arguments.file, error));
+    return FailOn(arguments.file, CodeOf(error), core::DescribeOpenError(arguments.file, error));
   }
   if (count == 0) return {};
   return FailOn(

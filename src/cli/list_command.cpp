@@ -1,5 +1,6 @@
 // The command list: days with their occurrences, or all records.
 #include <algorithm>
+#include <bit>
 #include <cstddef>
 #include <memory>
 #include <tuple>
@@ -7,9 +8,9 @@
 #include "cli/calendar_access.h"
 #include "cli/commands.h"
 #include "cli/values.h"
-#include "core/record_query.h"
-#include "core/record_scan.h"
-#include "core/repeat_rule.h"
+#include "core/calendar/repeat_rule.h"
+#include "core/store/record_query.h"
+#include "core/store/record_scan.h"
 
 namespace cli {
 namespace {
@@ -111,10 +112,10 @@ class Lister {
     if (selection.all) {
       for (const Candidate& candidate : single) WriteRow(table, candidate, candidate.date);
     } else {
-      core::Date day = selection.from;
-      do {
-        WriteDay(table, day);
-      } while (!output.Failed() && core::DayIndex(day) < core::DayIndex(selection.to) && core::NextDay(day));
+      const int last = core::DayIndex(selection.to);
+      for (int first = core::DayIndex(selection.from); first <= last; first += core::kMostOccurrenceDays) {
+        WriteDays(table, first, std::min(last - first + 1, core::kMostOccurrenceDays));
+      }
     }
     table.End();
     return complete;
@@ -122,7 +123,7 @@ class Lister {
 
  private:
   void Collect(const Appointment& record, std::int32_t offset);
-  void WriteDay(Table& table, const core::Date& day);
+  void WriteDays(Table& table, int first, int count);
   void WriteRow(Table& table, const Candidate& candidate, const core::Date& date);
   std::vector<Column> Columns() const;
 
@@ -131,7 +132,7 @@ class Lister {
   Output& output;
   const core::Access level;
   bool complete = true;
-  // Those that repeat lie apart, since only they are asked about each day.
+  // Those that repeat lie apart: only they fall on more days than one.
   std::vector<Candidate> single;
   std::vector<Candidate> repeating;
   std::size_t nextSingle = 0;
@@ -151,22 +152,29 @@ void Lister::Collect(const Appointment& record, std::int32_t offset) {
   categoryWidth = std::max(categoryWidth, CharacterCount(category));
 }
 
-void Lister::WriteDay(Table& table, const core::Date& day) {
-  const int index = core::DayIndex(day);
+// Days in a row, from a day number on; as many as OccurrenceDays answers at once.
+void Lister::WriteDays(Table& table, int first, int count) {
+  core::Date firstDate{};
+  if (output.Failed() || !core::DateFromIndex(first, firstDate)) return;
   std::vector<Candidate> rows;
-  for (; nextSingle < single.size() && single[nextSingle].day <= index; ++nextSingle) {
+  for (; nextSingle < single.size() && single[nextSingle].day < first + count; ++nextSingle) {
     rows.push_back(single[nextSingle]);
   }
   Appointment asked{};
   for (Candidate& candidate : repeating) {
     asked.date = candidate.date;
     asked.repeat = candidate.repeat;
-    if (!core::OccursOn(asked, day)) continue;
-    candidate.day = index;
-    rows.push_back(candidate);
+    for (std::uint64_t falls = core::OccurrenceDays(asked, firstDate, count); falls != 0;
+         falls &= falls - 1) {
+      candidate.day = first + std::countr_zero(falls);
+      rows.push_back(candidate);
+    }
   }
   std::sort(rows.begin(), rows.end(), InOrder);
-  for (const Candidate& row : rows) WriteRow(table, row, day);
+  for (const Candidate& row : rows) {
+    core::Date day{};
+    if (core::DateFromIndex(row.day, day)) WriteRow(table, row, day);
+  }
 }
 
 // Others may have deleted the record meanwhile and put another one into its slot.

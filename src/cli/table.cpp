@@ -60,9 +60,23 @@ std::string JsonText(std::string_view text) {
   return quoted + '"';
 }
 
+std::string JsonList(const std::vector<std::string>& items) {
+  std::string list;
+  for (const std::string& item : items) list.append(list.empty() ? "" : ", ").append(JsonText(item));
+  return "[" + list + "]";
+}
+
 std::string JsonValue(const Cell& cell) {
-  if (cell.kind == Cell::kNone) return "null";
-  return cell.kind == Cell::kText ? JsonText(cell.text) : cell.text;
+  switch (cell.kind) {
+    case Cell::kNone:
+      return "null";
+    case Cell::kText:
+      return JsonText(cell.text);
+    case Cell::kList:
+      return JsonList(cell.items);
+    default:
+      return cell.text;
+  }
 }
 
 // Quoted where it has to be, and where blanks at an end might be taken away.
@@ -98,6 +112,12 @@ std::string TextValue(const Cell& cell) {
 }
 
 }  // namespace
+
+Cell Cell::List(std::vector<std::string> texts) {
+  Cell cell{kList, "", std::move(texts)};
+  for (const std::string& item : cell.items) cell.text.append(cell.text.empty() ? "" : ", ").append(item);
+  return cell;
+}
 
 std::size_t CharacterCount(std::string_view text) {
   std::size_t count = 0;

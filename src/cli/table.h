@@ -13,16 +13,20 @@ namespace cli {
 
 enum class Format { kText, kCsv, kJson };
 
-// A value: a text, a number, true or false, or none at all (null in JSON, empty in CSV, "-" in text).
+// A value: a text, a number, true or false, a list of texts (an array in JSON, else with commas in between),
+// or none at all (null in JSON, empty in CSV, "-" in text).
 struct Cell {
-  enum Kind { kNone, kText, kNumber, kBool };
+  enum Kind { kNone, kText, kNumber, kBool, kList };
 
   static Cell Text(std::string value) { return {kText, std::move(value)}; }
   static Cell Number(std::int64_t value) { return {kNumber, std::to_string(value)}; }
   static Cell Bool(bool value) { return {kBool, value ? "true" : "false"}; }
 
+  static Cell List(std::vector<std::string> texts);
+
   Kind kind = kNone;
   std::string text;
+  std::vector<std::string> items = {};  // of a list
 };
 
 struct Column {

@@ -4,13 +4,11 @@
 #include <charconv>
 #include <cstdio>
 
-#include "core/repeat_rule.h"
+#include "core/calendar/repeat_rule.h"
 #include "platform/system/code_page.h"
 
 namespace cli {
 namespace {
-
-constexpr std::uint32_t kMostEvery = 99;
 
 Outcome WrongValue(std::string_view option, std::string_view text, const std::string& why) {
   return Fail(kUsage, "--" + std::string(option) + " \"" + OneLine(text) + "\" " + why);
@@ -103,7 +101,7 @@ Outcome ParseDate(std::string_view option, std::string_view text, core::Date& da
   if (!core::IsValidDate(date.day, date.month, date.year)) return WrongValue(option, text, "is no day");
   return WrongValue(
       option, text,
-      "is not in the years " + std::to_string(core::kFirstYear) + " to " + std::to_string(core::kLastYear));
+      "is not in the years " + std::to_string(core::kFirstYear) + " to " + std::to_string(core::LastYear()));
 }
 
 Outcome ParseTime(std::string_view option, std::string_view text, core::TimeOfDay& time) {
@@ -136,7 +134,7 @@ Outcome ParseText(std::string_view option, std::string_view text, std::size_t mo
                           " characters, at most " + std::to_string(most) + " find room");
 }
 
-Outcome ParseRepeat(std::string_view option, std::string_view text, Repeat& repeat) {
+Outcome ParseRepeat(std::string_view option, std::string_view text, core::RepeatChoice& repeat) {
   Outcome wrong = WrongValue(
       option, text,
       "is no rule like daily:3, weekly:1:mon,fri, monthly:1 or yearly:1, with intervals of 1 to 99");
@@ -149,7 +147,8 @@ Outcome ParseRepeat(std::string_view option, std::string_view text, Repeat& repe
   if (type == "yearly") repeat.type = core::kRepeatYearly;
   if (repeat.type == core::kRepeatNone || text.ends_with(':') || text.ends_with(',')) return wrong;
   if (rest.empty()) return {};
-  if (!ParseNumber(TakeField(rest, ':'), repeat.every) || repeat.every < 1 || repeat.every > kMostEvery) {
+  if (!ParseNumber(TakeField(rest, ':'), repeat.every) || repeat.every < 1 ||
+      repeat.every > core::kLongestInterval) {
     return wrong;
   }
   if (rest.empty()) return {};
@@ -180,7 +179,7 @@ Outcome ParseFormat(std::string_view option, std::string_view text, Format& form
 }
 
 Cell DateCell(const core::Date& date) {
-  if (core::DayIndex(date) < 0) return {};
+  if (core::StoredDayIndex(date) < 0) return {};
   return Cell::Text(std::to_string(date.year) + "-" + TwoDigits(date.month) + "-" + TwoDigits(date.day));
 }
 

@@ -9,7 +9,7 @@
 
 #include "cli/outcome.h"
 #include "cli/table.h"
-#include "core/appointment.h"
+#include "core/calendar/repeat_choice.h"
 #include "core/date_time.h"
 
 namespace cli {
@@ -28,12 +28,7 @@ Outcome ParseText(std::string_view option, std::string_view text, std::size_t mo
 
 // "daily:3", "weekly:1:mon,fri", "weekly:2" (on `date`'s weekday), "monthly:1", "yearly:1"; an interval of 1
 // to 99, which may be left out for 1.
-struct Repeat {
-  core::RepeatType type = core::kRepeatNone;
-  std::uint32_t every = 1;
-  std::uint32_t weekdays = 0;  // a mask; 0: that of the appointment's date
-};
-Outcome ParseRepeat(std::string_view option, std::string_view text, Repeat& repeat);
+Outcome ParseRepeat(std::string_view option, std::string_view text, core::RepeatChoice& repeat);
 
 // 16 hexadecimal digits.
 Outcome ParseId(std::string_view text, std::uint64_t& id);
@@ -45,7 +40,7 @@ Outcome ParseOffset(std::string_view option, std::string_view text, std::int32_t
 // "text", "csv" or "json"; text when empty.
 Outcome ParseFormat(std::string_view option, std::string_view text, Format& format);
 
-// "2004-03-14"; no value for a date that is no day of the calendar.
+// "2004-03-14"; no value for what is no date, a date for a day of the late era.
 Cell DateCell(const core::Date& date);
 
 // "09:30"; no value for a time that is none.

@@ -69,8 +69,7 @@ bool TFlyMenu::TakeCaption(const Item& item) {
 }
 
 RECT TFlyMenu::ActiveArea() const {
-  RECT client;
-  ::GetClientRect(hwnd, &client);
+  RECT client = ClientArea();
   client.right = std::min(client.right, client.left + kArrowAreaWidth);
   return client;
 }
@@ -83,7 +82,6 @@ int TFlyMenu::PrepareClass(WNDCLASS* windowClass) {
 }
 
 LRESULT TFlyMenu::OnCreate(const MessageRecord&) {
-  cursor = LoadCursor(IDC_ARROW);
   SetTabStop(hwnd, true);
   arrow = LoadGlyph(kGlyphDown, background, textColour);
   return 0;
@@ -103,31 +101,19 @@ void TFlyMenu::Paint(HDC hdc, const RECT& client) const {
                 DT_SINGLELINE | DT_VCENTER | DT_END_ELLIPSIS);
 }
 
-void TFlyMenu::OnPaint(HDC hdc, PAINTSTRUCT) {
-  RECT client;
-  GetClientRect(&client);
-  Paint(hdc, client);
-  if (!ShowsFocus(hwnd)) return;
-  // As wide as arrow and caption, so that it can be seen what it belongs to.
+// As wide as arrow and caption, so that it can be seen what it belongs to.
+std::optional<OwnerDrawn::FocusMark> TFlyMenu::FocusMarkIn(const RECT& client) const {
   const SIZE text = MeasureText(GetFont(FontSmall, 400), caption);
   const int middle = client.top + Height(client) / 2;
   const int rise = text.cy / 2 + kFocusGap;
   const int right = kArrowLeft + (arrow != nullptr ? arrow->Width() + kCaptionGap : 0) + text.cx + kFocusGap;
-  DrawFocusMark(hdc,
-                {client.left, std::max(middle - rise, client.top),
-                 std::min(client.left + right, client.right), std::min(middle + rise, client.bottom)},
-                background);
+  return FocusMark{{client.left, std::max(middle - rise, client.top),
+                    std::min(client.left + right, client.right), std::min(middle + rise, client.bottom)},
+                   background};
 }
 
-LRESULT TFlyMenu::OnSetCursor(const MessageRecord&) {
-  SetCursor(cursor);
-  return 1;
-}
-
-LRESULT TFlyMenu::OnMouseMove(const MessageRecord& record) {
-  cursor = LoadCursor(Contains(ActiveArea(), PointFromLParam(record.lParam)) ? "CUR_HAND1" : IDC_ARROW);
-  SetCursor(cursor);
-  return 0;
+const char* TFlyMenu::CursorAt(POINT point) {
+  return Contains(ActiveArea(), point) ? "CUR_HAND1" : IDC_ARROW;
 }
 
 HMENU TFlyMenu::BuildMenu() const {
@@ -165,15 +151,12 @@ void TFlyMenu::OpenMenu() {
   RedrawNow();
   const HWND self = hwnd;
   const HMENU menu = BuildMenu();
-  RECT client;
-  GetClientRect(&client);
   // The choice comes as a posted command: an item's number may be 0, which the answer cannot tell from none.
-  TrackPopupMenu(menu, ClientToScreen(self, {client.left, client.bottom}), self);
+  TrackPopupMenu(menu, ClientToScreen(self, {0, ClientArea().bottom}), self);
   DestroyMenu(menu);
   if (!IsWindow(self)) return;  // the program ended while the menu was open
   pressed = false;
-  cursor = LoadCursor(IDC_ARROW);
-  SetCursor(cursor);
+  SetCursor(LoadCursor(IDC_ARROW));
   Invalidate(nullptr, 0);
 }
 
@@ -181,8 +164,7 @@ LRESULT TFlyMenu::OnCommand(const MessageRecord& record) {
   const Item* item = FindItem(static_cast<int>(LowWord(record.wParam)));
   if (item == nullptr) return 0;
   TakeCaption(*item);
-  PostMessage(Parent(), WM_COMMAND, MakeWParam(static_cast<unsigned>(item->commandId), 0),
-              reinterpret_cast<LPARAM>(caption));
+  TellParent(item->commandId, reinterpret_cast<LPARAM>(caption));
   return 0;
 }
 

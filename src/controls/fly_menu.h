@@ -8,10 +8,10 @@
 #include <string>
 #include <vector>
 
-#include "framework/zarf_wnd.h"
+#include "framework/owner_drawn.h"
 #include "platform/desktop/bitmap.h"
 
-class TFlyMenu : public ZarfWnd {
+class TFlyMenu : public OwnerDrawn {
  public:
   static constexpr std::size_t kMaxItems = 100;
   static constexpr std::size_t kCaptionSize = 255;  // with the zero byte
@@ -37,20 +37,20 @@ class TFlyMenu : public ZarfWnd {
   // class says otherwise.
   virtual RECT ActiveArea() const;
 
-  // Draws the face into `client`.
-  void Paint(HDC hdc, const RECT& client) const;
+  void Paint(HDC hdc, const RECT& client) const override;
 
   int PrepareClass(WNDCLASS* windowClass) override;
   LRESULT OnCreate(const MessageRecord& record) override;
-  void OnPaint(HDC hdc, PAINTSTRUCT paint) override;
-  LRESULT OnSetCursor(const MessageRecord& record) override;
-  LRESULT OnMouseMove(const MessageRecord& record) override;
   LRESULT OnLButtonDown(const MessageRecord& record) override;
   // Space, Up, Down and F4 open the menu.
   LRESULT OnKeyDown(const MessageRecord& record) override;
   LRESULT OnCommand(const MessageRecord& record) override;
   void Describe(int item, AccessiblePart* part) override;
   void DoAction(AccessibleAction action, int value) override;
+
+ protected:
+  std::optional<FocusMark> FocusMarkIn(const RECT& client) const override;
+  const char* CursorAt(POINT point) override;
 
  private:
   struct Item {
@@ -74,5 +74,4 @@ class TFlyMenu : public ZarfWnd {
   const COLORREF textColour;
   std::unique_ptr<Bitmap> arrow;  // from the creation of the window on
   bool pressed = false;
-  HCURSOR cursor = nullptr;
 };

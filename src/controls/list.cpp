@@ -24,8 +24,10 @@ ZarfWndList::ZarfWndList(ListOwner& cellOwner, const ListSetup& listSetup)
 }
 
 ListLayout ZarfWndList::Layout() const {
-  RECT client;
-  ::GetClientRect(hwnd, &client);
+  return LayoutIn(ClientArea());
+}
+
+ListLayout ZarfWndList::LayoutIn(const RECT& client) const {
   return {client.right, client.bottom, setup.rows, setup.columns, setup.rowHeight, firstRow};
 }
 
@@ -61,8 +63,10 @@ bool ZarfWndList::SelectItem(int index) {
 
 bool ZarfWndList::Select(int index) {
   if (index == selected) return false;
-  // Without a selection the focus mark is around all cells.
-  if ((index == -1 || selected == -1) && ShowsFocus(hwnd)) Invalidate(nullptr, 0);
+  // Where the selected cell is not in sight the focus mark is around all cells.
+  const ListLayout layout = Layout();
+  const bool aroundAll = !FindCell(layout, selected) || !FindCell(layout, index);
+  if (aroundAll && ShowsFocus(hwnd)) Invalidate(nullptr, 0);
   InvalidateCell(selected);
   selected = index;
   InvalidateCell(selected);
@@ -74,12 +78,13 @@ void ZarfWndList::InvalidateCell(int index) {
   if (const auto cell = FindCell(Layout(), index)) Invalidate(&cell->rect, 0);
 }
 
-void ZarfWndList::Paint(HDC hdc, const ListLayout& layout, const RECT& clip) const {
+void ZarfWndList::Paint(HDC hdc, const RECT& client) const {
+  const ListLayout layout = LayoutIn(client);
   const int cells = layout.Cells();
   for (int row = 0; row < layout.ShownRows(); ++row) {
     for (int column = 0; column < layout.columns; ++column) {
       const ListCell cell = CellAt(layout, row, column);
-      if (!Overlap(cell.rect, clip)) continue;
+      if (!Overlap(cell.rect, hdc->Clip())) continue;  // drawing a cell may mean reading a record
       const COLORREF colour = cell.index % 2 == 0 ? setup.evenCell : setup.oddCell;
       hdc->FillRect(cell.rect, colour);
       if (cell.index >= cells) continue;
@@ -89,7 +94,7 @@ void ZarfWndList::Paint(HDC hdc, const ListLayout& layout, const RECT& clip) con
   }
   if (layout.rows > 0) return;
   hdc->SelectFont(GetFont(FontSans, 400));
-  owner.DrawListCell(hdc, setup.oddCell, -1, selected, {0, 0, layout.width, layout.height});
+  owner.DrawListCell(hdc, setup.oddCell, -1, selected, client);
 }
 
 int ZarfWndList::PrepareClass(WNDCLASS* windowClass) {
@@ -101,7 +106,6 @@ int ZarfWndList::PrepareClass(WNDCLASS* windowClass) {
 }
 
 LRESULT ZarfWndList::OnCreate(const MessageRecord&) {
-  cursor = LoadCursor(IDC_ARROW);
   SetTabStop(hwnd, true);
   SetTimer(hwnd, kFocusTimer, kFocusMs);
   return 0;
@@ -112,12 +116,10 @@ LRESULT ZarfWndList::OnClose(const MessageRecord&) {
   return 0;
 }
 
-void ZarfWndList::OnPaint(HDC hdc, PAINTSTRUCT paint) {
-  const ListLayout layout = Layout();
-  Paint(hdc, layout, paint.paint);
-  if (!ShowsFocus(hwnd)) return;
-  const auto cell = FindCell(layout, selected);
-  DrawFocusMark(hdc, cell ? cell->rect : RECT{0, 0, layout.width, layout.height}, setup.evenCell);
+// Around the selected cell, or all of them where it is not in sight.
+std::optional<OwnerDrawn::FocusMark> ZarfWndList::FocusMarkIn(const RECT& client) const {
+  const auto cell = FindCell(LayoutIn(client), selected);
+  return FocusMark{cell ? cell->rect : client, setup.evenCell};
 }
 
 LRESULT ZarfWndList::OnEraseBkgnd(const MessageRecord& record) {
@@ -135,36 +137,23 @@ LRESULT ZarfWndList::OnTimer(const MessageRecord& record) {
   return 0;
 }
 
-LRESULT ZarfWndList::WindowProc(const MessageRecord& record) {
-  if (record.message == WM_CAPTURECHANGED) StopDragging();
-  return ZarfWnd::WindowProc(record);
-}
-
-LRESULT ZarfWndList::OnSetCursor(const MessageRecord&) {
-  SetCursor(cursor);
-  return 1;
-}
-
-void ZarfWndList::ShowCursor(HCURSOR shape) {
-  cursor = shape;
-  SetCursor(shape);
+const char* ZarfWndList::CursorAt(POINT point) {
+  return ItemAt(point) >= 0 ? "CUR_HAND1" : IDC_ARROW;
 }
 
 LRESULT ZarfWndList::OnMouseMove(const MessageRecord& record) {
   const POINT point = PointFromLParam(record.lParam);
   const auto keys = static_cast<unsigned>(record.wParam);
-  if (dragging) {
+  if (Tracking()) {
     DragFeedback({hwnd, keys, point});
     return 0;
   }
   if (!(keys & MK_LBUTTON)) dragArmed = false;  // released elsewhere
   if (dragArmed) {
-    dragging = true;
-    SetCapture(hwnd);
+    Track();
     return 0;
   }
   const ListCell hit = HitCell(Layout(), point);
-  ShowCursor(LoadCursor(hit.index >= 0 ? "CUR_HAND1" : IDC_ARROW));
   if (hit.index >= 0) owner.ListMouseMove(point, hit.index, hit.rect);
   return 0;
 }
@@ -185,7 +174,7 @@ LRESULT ZarfWndList::OnLButtonDown(const MessageRecord& record) {
 
 LRESULT ZarfWndList::OnLButtonUp(const MessageRecord& record) {
   dragArmed = false;
-  if (dragging) {
+  if (Tracking()) {
     Drop(record);
     return 0;
   }
@@ -197,16 +186,13 @@ LRESULT ZarfWndList::OnLButtonUp(const MessageRecord& record) {
 
 void ZarfWndList::Drop(const MessageRecord& record) {
   // The capture goes first: who takes the drop may open a box, which needs the mouse.
-  StopDragging();
+  EndTracking();
   DragDrop({hwnd, static_cast<unsigned>(record.wParam), PointFromLParam(record.lParam)});
 }
 
-void ZarfWndList::StopDragging() {
+void ZarfWndList::OnTrackingEnd() {
   dragArmed = false;
-  if (!dragging) return;
-  dragging = false;
-  ShowCursor(LoadCursor(IDC_ARROW));
-  if (GetCapture() == hwnd) ReleaseCapture();
+  SetCursor(LoadCursor(IDC_ARROW));
 }
 
 LRESULT ZarfWndList::OnLButtonDblClk(const MessageRecord& record) {
@@ -240,8 +226,8 @@ LRESULT ZarfWndList::OnMouseWheel(const MessageRecord& record) {
 
 LRESULT ZarfWndList::OnKeyDown(const MessageRecord& record) {
   const auto key = static_cast<unsigned>(record.wParam);
-  if (key == VK_ESCAPE && dragging) {
-    StopDragging();
+  if (key == VK_ESCAPE && Tracking()) {
+    EndTracking();
     return 0;
   }
   if (key == VK_ESCAPE && Select(-1)) return 0;

@@ -7,7 +7,7 @@
 #include <string>
 
 #include "controls/list_geometry.h"
-#include "framework/zarf_wnd.h"
+#include "framework/owner_drawn.h"
 
 // The codes and their lParam. A list posts 20 to 23 to its list view, and a list view posts 21 to 25 to its
 // parent in the high word of WM_COMMAND.
@@ -15,8 +15,16 @@ constexpr unsigned kListFirstRow = 20;     // the first row, after the user chan
 constexpr unsigned kListSelected = 21;     // the cell selected by the left button
 constexpr unsigned kListDoubleClick = 22;  // the cell, -1 for none
 constexpr unsigned kListRightClick = 23;   // the cell, -1 for none
-constexpr unsigned kListFileChanged = 24;  // see list_view.h
+constexpr unsigned kListFileChanged = 24;  // a ListRebuild
 constexpr unsigned kListOwn = 25;          // free for the kinds of lists
+
+// What kListFileChanged tells: that a list is about to be rebuilt from its file, or was.
+enum ListRebuild : LPARAM {
+  kRebuiltByProgram = 0,
+  kRebuildByProgram = 1,  // about to
+  kRebuiltByWatch = 2,
+  kRebuildByWatch = 3,  // about to
+};
 
 // Who draws a list's cells and takes its cell events. Points and rectangles are in the list's client pixels.
 class ListOwner {
@@ -46,18 +54,17 @@ struct ListSetup {
   bool dragEnabled = false;
 };
 
-class ZarfWndList : public ZarfWnd {
+class ZarfWndList : public OwnerDrawn {
  public:
   // `cellOwner` must outlive the list.
   ZarfWndList(ListOwner& cellOwner, const ListSetup& setup);
 
-  int CommandId() const { return setup.commandId; }
   double Rows() const { return setup.rows; }
   int FirstRow() const { return firstRow; }
   int Selected() const { return selected; }
   // Whether the selection is to be drawn as in the window that has the keyboard.
   bool HasFocusMark() const { return focusMark; }
-  bool Dragging() const { return dragging; }
+  bool Dragging() const { return Tracking(); }
   // As the list stands in its window.
   ListLayout Layout() const;
 
@@ -71,17 +78,13 @@ class ZarfWndList : public ZarfWnd {
   // cell.
   bool SelectItem(int index);
 
-  // Draws the cells that lie in `clip`.
-  void Paint(HDC hdc, const ListLayout& layout, const RECT& clip) const;
+  void Paint(HDC hdc, const RECT& client) const override;
 
   int PrepareClass(WNDCLASS* windowClass) override;
-  LRESULT WindowProc(const MessageRecord& record) override;
   LRESULT OnCreate(const MessageRecord& record) override;
   LRESULT OnClose(const MessageRecord& record) override;
-  void OnPaint(HDC hdc, PAINTSTRUCT paint) override;
   LRESULT OnEraseBkgnd(const MessageRecord& record) override;
   LRESULT OnTimer(const MessageRecord& record) override;
-  LRESULT OnSetCursor(const MessageRecord& record) override;
   LRESULT OnMouseMove(const MessageRecord& record) override;
   LRESULT OnLButtonDown(const MessageRecord& record) override;
   LRESULT OnLButtonUp(const MessageRecord& record) override;
@@ -93,12 +96,16 @@ class ZarfWndList : public ZarfWnd {
   int ItemAt(POINT point) override;
   void DoAction(AccessibleAction action, int value) override;
 
+ protected:
+  std::optional<FocusMark> FocusMarkIn(const RECT& client) const override;
+  const char* CursorAt(POINT point) override;
+  void OnTrackingEnd() override;
+
  private:
+  ListLayout LayoutIn(const RECT& client) const;
   bool Select(int index);
   void InvalidateCell(int index);
-  void ShowCursor(HCURSOR shape);
   void Notify(unsigned code, int value);
-  void StopDragging();
   void Drop(const MessageRecord& record);
 
   ListOwner& owner;
@@ -107,6 +114,4 @@ class ZarfWndList : public ZarfWnd {
   int selected = -1;
   bool focusMark = false;
   bool dragArmed = false;
-  bool dragging = false;
-  HCURSOR cursor = nullptr;
 };

@@ -2,17 +2,16 @@
 
 #include <algorithm>
 
-#include "controls/list_refresh.h"
-#include "core/ini_file.h"
 #include "framework/services.h"
 
 namespace {
 
-constexpr UINT kRefreshTimer = 100;
 constexpr int kListId = 0;
 constexpr unsigned kScrollBarId = 10;
 constexpr int kScrollBarWidth = 20;
 constexpr int kScrollButtonSize = 20;
+
+int watchingLists = 0;
 
 double RowsOf(int items, int columns) {
   return static_cast<double>(std::max(items, 0)) / UsableColumns(columns);
@@ -31,18 +30,24 @@ ZarfWndListView::ZarfWndListView(const ListViewSetup& setup)
     : viewSetup(setup),
       scrollBar(kScrollBarId, RowsOf(viewSetup.itemCount, viewSetup.columns), kScrollButtonSize,
                 viewSetup.scrollBar),
-      cellList(*this, ListPart(setup)) {
-  RegisterListView(this);
+      cellList(*this, ListPart(setup)),
+      watching(watchingLists < kMostWatchingLists) {
+  if (!watching) return;
+  ++watchingLists;
+  core::FileWatch::OfProcess().Add(*this);
 }
 
 ZarfWndListView::~ZarfWndListView() {
-  ForgetListView(this);
+  if (!watching) return;
+  --watchingLists;
+  core::FileWatch::OfProcess().Remove(*this);
 }
 
-void ZarfWndListView::SetFile(core::RecordFile* newFile, core::RecordQuery* newRecords) {
+void ZarfWndListView::SetFile(core::RecordFile* newFile, core::RecordList* newRecords) {
   shownFile = newFile;
   shownRecords = newRecords;
-  SetItemCount(ShowsFile() ? static_cast<int>(shownRecords->OffsetCount()) : 0);
+  cellList.SetFirstRow(0);
+  SetItemCount(ShowsFile() ? static_cast<int>(shownRecords->Count()) : 0);
 }
 
 void ZarfWndListView::SetItemCount(int count) {
@@ -58,19 +63,17 @@ bool ZarfWndListView::SelectItem(int index) {
   return true;
 }
 
-bool ZarfWndListView::SelectRecord(const void* record) {
+bool ZarfWndListView::SelectRecord(std::uint64_t recordId) {
   if (!ShowsFile()) return false;
-  const auto& wanted = *static_cast<const core::RecordHeader*>(record);
-  for (std::size_t index = 0; index < shownRecords->OffsetCount(); ++index) {
-    core::RecordHeader header;
-    if (!shownFile->ReadBytes(&header, sizeof header, shownRecords->OffsetAt(index))) continue;
-    if (header.recordId == wanted.recordId) return SelectItem(static_cast<int>(index));
+  for (std::size_t index = 0; index < shownRecords->Count(); ++index) {
+    if (shownRecords->KeyAt(index).id == recordId) return SelectItem(static_cast<int>(index));
   }
   return false;
 }
 
-std::int32_t ZarfWndListView::RecordOffset(int index) const {
-  return shownRecords != nullptr && index >= 0 ? shownRecords->OffsetAt(static_cast<std::size_t>(index)) : -1;
+core::RecordKey ZarfWndListView::KeyAt(int index) const {
+  if (shownRecords == nullptr || index < 0) return {};
+  return shownRecords->KeyAt(static_cast<std::size_t>(index));
 }
 
 void ZarfWndListView::SetFirstRow(int row) {
@@ -87,40 +90,36 @@ POINT ZarfWndListView::MenuPoint(int index) const {
   return ClientToScreen(cellList.Handle(), cell ? POINT{cell->rect.left, cell->rect.bottom} : POINT{});
 }
 
-LPARAM ZarfWndListView::NoticeValue(ListRefresh cause, bool before) const {
-  return (cause == ListRefresh::kByTimer ? 2 : 0) + (before ? 1 : 0);
-}
-
 bool ZarfWndListView::RefreshFromFile(ListRefresh cause) {
   if (!ShowsFile() || !IsWindow(hwnd)) return false;
   // A drag that is under way means a record: the list waits.
-  if (cause == ListRefresh::kByTimer && cellList.Dragging()) return false;
+  const bool byWatch = cause == ListRefresh::kByWatch;
+  if (byWatch && cellList.Dragging()) return false;
   const WPARAM notice = MakeWParam(static_cast<unsigned>(viewSetup.commandId), kListFileChanged);
-  const bool rebuilt = shownRecords->RefreshIfChanged(*shownFile, [this, notice, cause] {
-    SendMessage(Parent(), WM_COMMAND, notice, NoticeValue(cause, true));
+  const bool rebuilt = shownRecords->RefreshIfChanged(*shownFile, [this, notice, byWatch] {
+    SendMessage(Parent(), WM_COMMAND, notice, byWatch ? kRebuildByWatch : kRebuildByProgram);
   });
   if (!rebuilt) {
     // A rebuild that failed halfway may have left fewer records than are shown.
-    if (static_cast<int>(shownRecords->OffsetCount()) != ItemCount()) {
-      SetItemCount(static_cast<int>(shownRecords->OffsetCount()));
+    if (static_cast<int>(shownRecords->Count()) != ItemCount()) {
+      SetItemCount(static_cast<int>(shownRecords->Count()));
     }
     return false;
   }
   BeginWaitCursor();
-  SetItemCount(static_cast<int>(shownRecords->OffsetCount()));
-  PostMessage(Parent(), WM_COMMAND, notice, NoticeValue(cause, false));
+  SetItemCount(static_cast<int>(shownRecords->Count()));
+  PostMessage(Parent(), WM_COMMAND, notice, byWatch ? kRebuiltByWatch : kRebuiltByProgram);
   EndWaitCursor();
   return true;
 }
 
-void ZarfWndListView::ArmRefreshTimer() {
-  if (!IsWindow(hwnd)) return;
-  SetTimer(hwnd, kRefreshTimer, core::NetworkRefreshSeconds() * 1000);
+void ZarfWndListView::OnLook(const core::FileLook& look) {
+  if (look.counted && look.changeCounter != shownRecords->Stamp()) RefreshFromFile(ListRefresh::kByWatch);
 }
 
 LRESULT ZarfWndListView::OnCreate(const MessageRecord&) {
   if (!cellList.Create(this) || !scrollBar.Create(this)) return -1;
-  ArmRefreshTimer();
+  timer.Start();
   FocusList();
   return 0;
 }
@@ -132,11 +131,6 @@ LRESULT ZarfWndListView::OnSize(const MessageRecord&) {
   const int barLeft = viewSetup.scrollBarOnLeft ? 0 : client.right - kScrollBarWidth;
   scrollBar.Move(barLeft, 0, kScrollBarWidth, client.bottom, 1);
   cellList.Move(viewSetup.scrollBarOnLeft ? kScrollBarWidth : 0, 0, listWidth, client.bottom, 1);
-  return 0;
-}
-
-LRESULT ZarfWndListView::OnTimer(const MessageRecord& record) {
-  if (record.wParam == kRefreshTimer) RefreshListViews();
   return 0;
 }
 
@@ -204,15 +198,15 @@ void ZarfWndListView::DrawCell(HDC, COLORREF, int, int, const RECT&) {}
 void ZarfWndListView::OnCellMouseMove(POINT, int, const RECT&) {}
 void ZarfWndListView::OnCellLButtonDown(POINT, int, const RECT&) {}
 void ZarfWndListView::OnCellLButtonUp(POINT, int, const RECT&) {}
-void ZarfWndListView::DrawRecordCell(core::RecordFile&, core::RecordQuery&, HDC, COLORREF, int, int,
+void ZarfWndListView::DrawRecordCell(core::RecordFile&, core::RecordList&, HDC, COLORREF, int, int,
                                      const RECT&) {}
-void ZarfWndListView::OnRecordCellMouseMove(core::RecordFile&, core::RecordQuery&, POINT, int, const RECT&) {}
-void ZarfWndListView::OnRecordCellLButtonDown(core::RecordFile&, core::RecordQuery&, POINT, int,
-                                              const RECT&) {}
-void ZarfWndListView::OnRecordCellLButtonUp(core::RecordFile&, core::RecordQuery&, POINT, int, const RECT&) {}
+void ZarfWndListView::OnRecordCellMouseMove(core::RecordFile&, core::RecordList&, POINT, int, const RECT&) {}
+void ZarfWndListView::OnRecordCellLButtonDown(core::RecordFile&, core::RecordList&, POINT, int, const RECT&) {
+}
+void ZarfWndListView::OnRecordCellLButtonUp(core::RecordFile&, core::RecordList&, POINT, int, const RECT&) {}
 std::string ZarfWndListView::CellText(int) {
   return {};
 }
-std::string ZarfWndListView::RecordCellText(core::RecordFile&, core::RecordQuery&, int) {
+std::string ZarfWndListView::RecordCellText(core::RecordFile&, core::RecordList&, int) {
   return {};
 }

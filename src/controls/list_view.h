@@ -2,20 +2,22 @@
 // data file are given the file and a record list and then draw their cells from the records. While others
 // change the file, the list view rebuilds the record list by itself.
 //
-// It posts its parent WM_COMMAND with its id in the low word and a code of list.h in the high word. Code 24
-// tells of changes of the file and is sent before a rebuild (lParam 3, or 1 when the program asked for it)
-// and posted after it (2 or 0). A rebuild takes the selection away: a parent that wants to keep it remembers
-// the selected record at the first and selects it again at the second. It must not take the file or the
-// record list away at the first.
+// It posts its parent WM_COMMAND with its id in the low word and a code of list.h in the high word.
+// kListFileChanged is sent before a rebuild and posted after it. A rebuild takes the selection away: a parent
+// that wants to keep it remembers the selected record at the first and selects it again at the second. It
+// must not take the file or the record list away at the first.
 //
 // Its window's title is what the list is called for those who do not see it.
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 #include "controls/list.h"
 #include "controls/scroll_bar.h"
-#include "core/record_query.h"
+#include "controls/watch_timer.h"
+#include "core/store/file_watch.h"
+#include "core/store/record_list.h"
 
 struct ListViewSetup {
   int commandId = 0;
@@ -29,16 +31,19 @@ struct ListViewSetup {
   COLORREF scrollBar = RGB(212, 208, 200);
 };
 
-enum class ListRefresh { kByProgram, kByTimer };
+enum class ListRefresh { kByProgram, kByWatch };
 
-class ZarfWndListView : public ZarfWnd, private ListOwner {
+// List views that the file watch keeps up to date; what further ones show changes only when they are told.
+constexpr int kMostWatchingLists = 100;
+
+class ZarfWndListView : public ZarfWnd, private ListOwner, private core::FileWatcher {
  public:
   explicit ZarfWndListView(const ListViewSetup& setup);
   ~ZarfWndListView() override;
 
   // Shows the records of a list, which the caller has run and sorted; both stay the caller's and must stay
-  // for as long as they are set. Null for both: an empty list that shows no file.
-  void SetFile(core::RecordFile* newFile, core::RecordQuery* newRecords);
+  // for as long as they are set. It is shown from its top. Null for both: an empty list that shows no file.
+  void SetFile(core::RecordFile* newFile, core::RecordList* newRecords);
   // Takes another number of items; nothing is selected then.
   void SetItemCount(int count);
   int ItemCount() const { return cellList.Layout().Cells(); }
@@ -47,11 +52,10 @@ class ZarfWndListView : public ZarfWnd, private ListOwner {
   // such item.
   bool SelectItem(int index) override;
   int SelectedItem() const { return cellList.Selected(); }
-  // Selects the item that shows a record, told by its id. `record` begins with a core::RecordHeader. False
-  // when the list does not have it.
-  bool SelectRecord(const void* record);
-  // The offset of an item's slot in the file; -1 for none.
-  std::int32_t RecordOffset(int index) const;
+  // Selects the item that shows a record. False when the list does not have it.
+  bool SelectRecord(std::uint64_t recordId);
+  // The key of an item's record, as it was when the list was built.
+  core::RecordKey KeyAt(int index) const;
 
   // Scrolls; the row must be below the row count.
   void SetFirstRow(int row);
@@ -66,12 +70,9 @@ class ZarfWndListView : public ZarfWnd, private ListOwner {
 
   // Rebuilds the list when the file was changed since it was built. True when it was rebuilt.
   bool RefreshFromFile(ListRefresh cause);
-  // Starts the timer that looks for changes, with the period of the settings.
-  void ArmRefreshTimer();
 
   LRESULT OnCreate(const MessageRecord& record) override;
   LRESULT OnSize(const MessageRecord& record) override;
-  LRESULT OnTimer(const MessageRecord& record) override;
   LRESULT OnCommand(const MessageRecord& record) override;
 
   // For derived classes: the cells of a list without a file. `colour` is the cell's background, already
@@ -81,17 +82,17 @@ class ZarfWndListView : public ZarfWnd, private ListOwner {
   virtual void OnCellLButtonDown(POINT point, int index, const RECT& rect);
   virtual void OnCellLButtonUp(POINT point, int index, const RECT& rect);
   // The same for a list with a file. The record at the index may have been deleted by somebody else.
-  virtual void DrawRecordCell(core::RecordFile& file, core::RecordQuery& records, HDC hdc, COLORREF colour,
+  virtual void DrawRecordCell(core::RecordFile& file, core::RecordList& records, HDC hdc, COLORREF colour,
                               int index, int state, const RECT& rect);
-  virtual void OnRecordCellMouseMove(core::RecordFile& file, core::RecordQuery& records, POINT point,
+  virtual void OnRecordCellMouseMove(core::RecordFile& file, core::RecordList& records, POINT point,
                                      int index, const RECT& rect);
-  virtual void OnRecordCellLButtonDown(core::RecordFile& file, core::RecordQuery& records, POINT point,
+  virtual void OnRecordCellLButtonDown(core::RecordFile& file, core::RecordList& records, POINT point,
                                        int index, const RECT& rect);
-  virtual void OnRecordCellLButtonUp(core::RecordFile& file, core::RecordQuery& records, POINT point,
+  virtual void OnRecordCellLButtonUp(core::RecordFile& file, core::RecordList& records, POINT point,
                                      int index, const RECT& rect);
   // What a cell says, read out to those who do not see it (code page 1252). Empty by default.
   virtual std::string CellText(int index);
-  virtual std::string RecordCellText(core::RecordFile& file, core::RecordQuery& records, int index);
+  virtual std::string RecordCellText(core::RecordFile& file, core::RecordList& records, int index);
 
  private:
   void DrawListCell(HDC hdc, COLORREF colour, int index, int selected, const RECT& rect) override;
@@ -99,12 +100,15 @@ class ZarfWndListView : public ZarfWnd, private ListOwner {
   void ListLButtonDown(POINT point, int index, const RECT& rect) override;
   void ListLButtonUp(POINT point, int index, const RECT& rect) override;
   std::string ListCellText(int index) override;
+  const core::RecordFile* WatchedFile() const override { return ShowsFile() ? shownFile : nullptr; }
+  void OnLook(const core::FileLook& look) override;
   bool ShowsFile() const { return shownFile != nullptr && shownRecords != nullptr; }
-  LPARAM NoticeValue(ListRefresh cause, bool before) const;
 
   const ListViewSetup viewSetup;
   ZarfClassWndScrollBar scrollBar;
   ZarfWndList cellList;
   core::RecordFile* shownFile = nullptr;
-  core::RecordQuery* shownRecords = nullptr;
+  core::RecordList* shownRecords = nullptr;
+  bool watching;
+  WatchTimerHold timer;
 };

@@ -49,8 +49,7 @@ LRESULT ZarfClassWndScrollBar::OnCreate(const MessageRecord&) {
 }
 
 LRESULT ZarfClassWndScrollBar::OnSize(const MessageRecord&) {
-  RECT client;
-  GetClientRect(&client);
+  const RECT client = ClientArea();
   upButton.Move(0, 0, client.right, buttonSize, 1);
   downButton.Move(0, client.bottom - buttonSize, client.right, buttonSize, 1);
   slider.Move(0, buttonSize, client.right, std::max(client.bottom - 2 * buttonSize, 0), 1);
@@ -96,7 +95,7 @@ void ZarfClassWndScrollBar::StepDown() {
 }
 
 void ZarfClassWndScrollBar::Notify() {
-  PostMessage(Parent(), WM_COMMAND, MakeWParam(static_cast<unsigned>(commandId), 0), position);
+  TellParent(commandId, position);
 }
 
 void ZarfClassWndScrollBar::Describe(int, AccessiblePart* part) {

@@ -4,7 +4,6 @@
 
 #include "controls/slide_geometry.h"
 #include "framework/drawing.h"
-#include "platform/desktop/cursor.h"
 
 namespace {
 
@@ -68,32 +67,21 @@ void ZarfSlideBar::Paint(HDC hdc, const RECT& client) const {
   const COLORREF fill = own ? trackColour : base;
   // Its lowest line stays in the bar.
   thumb.bottom = std::min(thumb.bottom + 1, client.bottom);
-  hdc->FillRect(thumb, dragging ? Darken(fill, kShade) : fill);
+  hdc->FillRect(thumb, Tracking() ? Darken(fill, kShade) : fill);
   PaintGrip(hdc, thumb);
   if (own) hdc->SetPenColor(frameColour);
   OutlineRect(hdc, thumb);
 }
 
-void ZarfSlideBar::OnPaint(HDC hdc, PAINTSTRUCT) {
-  RECT client;
-  GetClientRect(&client);
-  Paint(hdc, client);
-  if (ShowsFocus(hwnd)) DrawFocusMark(hdc, client, trackColour != kNoColour ? faceColour : base);
-}
-
-LRESULT ZarfSlideBar::WindowProc(const MessageRecord& record) {
-  if (record.message == WM_CAPTURECHANGED) StopDragging();
-  return ZarfWnd::WindowProc(record);
+std::optional<OwnerDrawn::FocusMark> ZarfSlideBar::FocusMarkIn(const RECT& client) const {
+  return FocusMark{client, trackColour != kNoColour ? faceColour : base};
 }
 
 LRESULT ZarfSlideBar::OnLButtonDown(const MessageRecord& record) {
   if (count < 1) return 0;
-  RECT client;
-  GetClientRect(&client);
-  RECT thumb = SlideThumb(client, count, position, std::nullopt);
+  RECT thumb = SlideThumb(ClientArea(), count, position, std::nullopt);
   thumb.bottom += 1;
-  dragging = true;
-  SetCapture(hwnd);
+  Track();
   Invalidate(nullptr, 0);
   const POINT point = PointFromLParam(record.lParam);
   if (!Contains(thumb, point)) Follow(point.y);
@@ -101,29 +89,28 @@ LRESULT ZarfSlideBar::OnLButtonDown(const MessageRecord& record) {
 }
 
 LRESULT ZarfSlideBar::OnMouseMove(const MessageRecord& record) {
-  if (dragging) Follow(PointFromLParam(record.lParam).y);
+  if (Tracking()) Follow(PointFromLParam(record.lParam).y);
   return 0;
 }
 
 LRESULT ZarfSlideBar::OnLButtonUp(const MessageRecord& record) {
-  if (!dragging) return 0;
+  if (!Tracking()) return 0;
   Follow(PointFromLParam(record.lParam).y);
-  StopDragging();
+  EndTracking();
   return 0;
 }
 
 void ZarfSlideBar::Follow(int y) {
-  RECT client;
-  GetClientRect(&client);
-  mouseY = SlideMouseY(y, Height(client));
-  MoveTo(SlidePosition(y, Height(client), count, position));
+  const int height = ClientArea().bottom;
+  mouseY = SlideMouseY(y, height);
+  MoveTo(SlidePosition(y, height, count, position));
   Invalidate(nullptr, 0);
 }
 
 // By the user's hand: the parent is told.
 void ZarfSlideBar::MoveTo(int wanted) {
   if (wanted == position || !SetPosition(wanted)) return;
-  PostMessage(Parent(), WM_COMMAND, MakeWParam(static_cast<unsigned>(commandId), 0), position);
+  TellParent(commandId, position);
 }
 
 LRESULT ZarfSlideBar::OnKeyDown(const MessageRecord& record) {
@@ -143,10 +130,7 @@ void ZarfSlideBar::DoAction(AccessibleAction action, int value) {
   if (action == AccessibleAction::kSetPosition) MoveTo(value);
 }
 
-void ZarfSlideBar::StopDragging() {
-  if (!dragging) return;
-  dragging = false;
+void ZarfSlideBar::OnTrackingEnd() {
   mouseY.reset();
   Invalidate(nullptr, 0);
-  if (GetCapture() == hwnd) ReleaseCapture();
 }

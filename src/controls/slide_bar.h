@@ -4,16 +4,16 @@
 
 #include <optional>
 
-#include "framework/zarf_wnd.h"
+#include "framework/owner_drawn.h"
 
-class ZarfSlideBar : public ZarfWnd {
+class ZarfSlideBar : public OwnerDrawn {
  public:
   // `count` positions from 0 on; below 1 the bar is empty and takes no mouse.
   ZarfSlideBar(int commandId, COLORREF base, double count);
 
   int Position() const { return position; }
   double Count() const { return count; }
-  bool Dragging() const { return dragging; }
+  bool Dragging() const { return Tracking(); }
 
   // False unless 0 <= newPosition < count. Redraws when it is a different one.
   bool SetPosition(int newPosition);
@@ -23,12 +23,9 @@ class ZarfSlideBar : public ZarfWnd {
   // outline, and the lines on track and thumb. kNoColour for `track`: as before.
   void SetColours(COLORREF face, COLORREF track, COLORREF frame, COLORREF thumbEdge);
 
-  // Draws the bar into `client`.
-  void Paint(HDC hdc, const RECT& client) const;
+  void Paint(HDC hdc, const RECT& client) const override;
 
   int PrepareClass(WNDCLASS* windowClass) override;
-  LRESULT WindowProc(const MessageRecord& record) override;
-  void OnPaint(HDC hdc, PAINTSTRUCT paint) override;
   LRESULT OnLButtonDown(const MessageRecord& record) override;
   LRESULT OnMouseMove(const MessageRecord& record) override;
   LRESULT OnLButtonUp(const MessageRecord& record) override;
@@ -37,16 +34,18 @@ class ZarfSlideBar : public ZarfWnd {
   void Describe(int item, AccessiblePart* part) override;
   void DoAction(AccessibleAction action, int value) override;
 
+ protected:
+  std::optional<FocusMark> FocusMarkIn(const RECT& client) const override;
+  void OnTrackingEnd() override;
+
  private:
   void Follow(int y);
   void MoveTo(int wanted);
-  void StopDragging();
 
   const int commandId;
   const COLORREF base;
   int position = 0;
   double count;
-  bool dragging = false;
   std::optional<int> mouseY;  // where the thumb is dragged to
   COLORREF faceColour = kNoColour;
   COLORREF trackColour = kNoColour;

@@ -41,25 +41,21 @@ void ZarfSpinButton::Paint(HDC hdc, const RECT& client) const {
                   client.top + Height(client) / 2 - glyph->Height() / 2 + shift);
 }
 
-void ZarfSpinButton::OnPaint(HDC hdc, PAINTSTRUCT) {
-  RECT client;
-  GetClientRect(&client);
-  Paint(hdc, client);
-  if (ShowsFocus(hwnd)) DrawFocusMark(hdc, client, background);
+std::optional<OwnerDrawn::FocusMark> ZarfSpinButton::FocusMarkIn(const RECT& client) const {
+  return FocusMark{client, background};
 }
 
 LRESULT ZarfSpinButton::WindowProc(const MessageRecord& record) {
-  if (record.message == WM_CAPTURECHANGED || record.message == WM_KILLFOCUS) LetGo();
-  return ZarfWnd::WindowProc(record);
+  if (record.message == WM_KILLFOCUS) LetGo();
+  return OwnerDrawn::WindowProc(record);
 }
 
 LRESULT ZarfSpinButton::OnLButtonDown(const MessageRecord&) {
-  if (!timerRuns) SetTimer(hwnd, kRepeatTimer, kFirstRepeatMs);
-  timerRuns = true;
+  if (!Tracking()) SetTimer(hwnd, kRepeatTimer, kFirstRepeatMs);
   pressed = true;
   firstRepeat = true;
   RedrawNow();
-  SetCapture(hwnd);
+  Track();
   Notify();
   return 0;
 }
@@ -70,25 +66,23 @@ LRESULT ZarfSpinButton::OnLButtonUp(const MessageRecord&) {
 }
 
 LRESULT ZarfSpinButton::OnTimer(const MessageRecord& record) {
-  if (record.wParam != kRepeatTimer || !timerRuns) return 0;
-  if (GetCapture() != hwnd) {
-    // Hidden or overtaken while it was held: the release went elsewhere.
-    LetGo();
-    return 0;
-  }
+  if (record.wParam != kRepeatTimer || !Tracking()) return 0;
   if (firstRepeat) SetTimer(hwnd, kRepeatTimer, kRepeatMs);
   firstRepeat = false;
   Notify();
   return 0;
 }
 
+void ZarfSpinButton::OnTrackingEnd() {
+  KillTimer(hwnd, kRepeatTimer);
+  LetGo();
+}
+
+// By the mouse or by a key.
 void ZarfSpinButton::LetGo() {
-  if (timerRuns) KillTimer(hwnd, kRepeatTimer);
-  timerRuns = false;
-  firstRepeat = false;
+  EndTracking();
   if (pressed) Invalidate(nullptr, 0);
   pressed = false;
-  if (GetCapture() == hwnd) ReleaseCapture();
 }
 
 void ZarfSpinButton::Notify() {

@@ -5,13 +5,13 @@
 
 #include <memory>
 
-#include "framework/zarf_wnd.h"
+#include "framework/owner_drawn.h"
 #include "platform/desktop/bitmap.h"
 
 // What is on a spin button.
 enum class SpinKind { kUp = 1, kDown = 2, kLeft = 3, kRight = 4, kSquare = 5 };
 
-class ZarfSpinButton : public ZarfWnd {
+class ZarfSpinButton : public OwnerDrawn {
  public:
   ZarfSpinButton(int commandId, SpinKind kind, COLORREF background);
 
@@ -20,13 +20,11 @@ class ZarfSpinButton : public ZarfWnd {
   int Extra(int index) const { return index >= 0 && index < 3 ? extra[index] : 0; }
 
   bool Pressed() const { return pressed; }
-  // Draws the button into `client`.
-  virtual void Paint(HDC hdc, const RECT& client) const;
+  void Paint(HDC hdc, const RECT& client) const override;
 
   int PrepareClass(WNDCLASS* windowClass) override;
   LRESULT OnCreate(const MessageRecord& record) override;
   LRESULT WindowProc(const MessageRecord& record) override;
-  void OnPaint(HDC hdc, PAINTSTRUCT paint) override;
   LRESULT OnLButtonDown(const MessageRecord& record) override;
   LRESULT OnLButtonUp(const MessageRecord& record) override;
   LRESULT OnTimer(const MessageRecord& record) override;
@@ -35,6 +33,10 @@ class ZarfSpinButton : public ZarfWnd {
   LRESULT OnKeyUp(const MessageRecord& record) override;
   void Describe(int item, AccessiblePart* part) override;
   void DoAction(AccessibleAction action, int value) override;
+
+ protected:
+  std::optional<FocusMark> FocusMarkIn(const RECT& client) const override;
+  void OnTrackingEnd() override;
 
  private:
   void LetGo();
@@ -46,7 +48,6 @@ class ZarfSpinButton : public ZarfWnd {
   std::unique_ptr<Bitmap> glyph;  // from the creation of the window on
   int extra[3] = {0, 0, 0};
   bool pressed = false;
-  bool timerRuns = false;
   bool firstRepeat = false;
   bool notifying = false;
 };

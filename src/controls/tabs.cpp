@@ -50,7 +50,6 @@ int TTabsWnd::PrepareClass(WNDCLASS* windowClass) {
 }
 
 LRESULT TTabsWnd::OnCreate(const MessageRecord&) {
-  cursor = LoadCursor(IDC_ARROW);
   SetTabStop(hwnd, true);
   return 0;
 }
@@ -74,32 +73,20 @@ void TTabsWnd::Paint(HDC hdc, const RECT& client) const {
   Line(hdc, TabRect(client, tabWidth, selected, true).right - 1, footTop, client.right, footTop);
 }
 
-void TTabsWnd::OnPaint(HDC hdc, PAINTSTRUCT) {
-  RECT client;
-  GetClientRect(&client);
-  Paint(hdc, client);
-  if (!ShowsFocus(hwnd) || tabs.empty()) return;
-  RECT mark = TabRect(client, tabWidth, selected, true);
-  mark = {mark.left + kFocusInset, mark.top + kFocusInset, mark.right - kFocusInset,
-          mark.bottom - kFootHeight};
-  DrawFocusMark(hdc, mark, tabs[static_cast<std::size_t>(selected)].face);
+std::optional<OwnerDrawn::FocusMark> TTabsWnd::FocusMarkIn(const RECT& client) const {
+  if (tabs.empty()) return std::nullopt;
+  const RECT tab = TabRect(client, tabWidth, selected, true);
+  return FocusMark{
+      {tab.left + kFocusInset, tab.top + kFocusInset, tab.right - kFocusInset, tab.bottom - kFootHeight},
+      tabs[static_cast<std::size_t>(selected)].face};
 }
 
 int TTabsWnd::ItemAt(POINT point) {
-  RECT client;
-  GetClientRect(&client);
-  return TabAt(client, tabWidth, static_cast<int>(tabs.size()), selected, point);
+  return TabAt(ClientArea(), tabWidth, static_cast<int>(tabs.size()), selected, point);
 }
 
-LRESULT TTabsWnd::OnSetCursor(const MessageRecord&) {
-  SetCursor(cursor);
-  return 1;
-}
-
-LRESULT TTabsWnd::OnMouseMove(const MessageRecord& record) {
-  cursor = LoadCursor(ItemAt(PointFromLParam(record.lParam)) != -1 ? "CUR_HAND1" : IDC_ARROW);
-  SetCursor(cursor);
-  return 0;
+const char* TTabsWnd::CursorAt(POINT point) {
+  return ItemAt(point) != -1 ? "CUR_HAND1" : IDC_ARROW;
 }
 
 LRESULT TTabsWnd::OnLButtonDown(const MessageRecord& record) {
@@ -132,8 +119,7 @@ void TTabsWnd::ChooseTab(int index) {
   selected = index;
   RedrawNow();
   AnnounceChange(hwnd, AccessibleChange::kCurrentItem);
-  PostMessage(Parent(), WM_COMMAND, MakeWParam(static_cast<unsigned>(commandId), 0),
-              tabs[static_cast<std::size_t>(index)].id);
+  TellParent(commandId, tabs[static_cast<std::size_t>(index)].id);
   PlaySound("select.wav");
 }
 
@@ -144,13 +130,11 @@ void TTabsWnd::Describe(int item, AccessiblePart* part) {
     part->currentItem = tabs.empty() ? -1 : selected;
     return;
   }
-  RECT client;
-  GetClientRect(&client);
   part->role = AccessibleRole::kTab;
   part->name = tabs[static_cast<std::size_t>(item)].caption;
   part->state = kAccessibleSelectable | (item == selected ? kAccessibleSelected : 0);
   part->pressable = true;
-  part->place = TabRect(client, tabWidth, item, item == selected);
+  part->place = TabRect(ClientArea(), tabWidth, item, item == selected);
 }
 
 void TTabsWnd::DoAction(AccessibleAction action, int value) {

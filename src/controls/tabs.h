@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "framework/zarf_wnd.h"
+#include "framework/owner_drawn.h"
 
-class TTabsWnd : public ZarfWnd {
+class TTabsWnd : public OwnerDrawn {
  public:
   static constexpr std::size_t kMaxTabs = 50;
 
@@ -23,20 +23,20 @@ class TTabsWnd : public ZarfWnd {
   int SelectedIndex() const { return selected; }
   COLORREF FurtherColour() const { return furtherColour; }
 
-  // Draws the strip into `client`.
-  void Paint(HDC hdc, const RECT& client) const;
+  void Paint(HDC hdc, const RECT& client) const override;
 
   int PrepareClass(WNDCLASS* windowClass) override;
   LRESULT OnCreate(const MessageRecord& record) override;
-  void OnPaint(HDC hdc, PAINTSTRUCT paint) override;
-  LRESULT OnSetCursor(const MessageRecord& record) override;
-  LRESULT OnMouseMove(const MessageRecord& record) override;
   LRESULT OnLButtonDown(const MessageRecord& record) override;
   // Left, Right, Home and End select as a click does.
   LRESULT OnKeyDown(const MessageRecord& record) override;
   void Describe(int item, AccessiblePart* part) override;
   int ItemAt(POINT point) override;
   void DoAction(AccessibleAction action, int value) override;
+
+ protected:
+  std::optional<FocusMark> FocusMarkIn(const RECT& client) const override;
+  const char* CursorAt(POINT point) override;
 
  private:
   struct Tab {
@@ -54,5 +54,4 @@ class TTabsWnd : public ZarfWnd {
   const COLORREF furtherColour;
   std::vector<Tab> tabs;
   int selected = 0;
-  HCURSOR cursor = nullptr;
 };

@@ -40,20 +40,16 @@ bool ZarfToolBar::AddButton(int commandId, int iconId, int captionStringId, int 
 }
 
 int ZarfToolBar::ButtonRect(int commandId, RECT* rect) {
-  RECT client;
-  GetClientRect(&client);
   for (int index = 0; index < static_cast<int>(buttons.size()); ++index) {
     if (buttons[static_cast<std::size_t>(index)].commandId != commandId) continue;
-    *rect = ToolButtonRect(Height(client), index);
+    *rect = ToolButtonRect(ClientArea().bottom, index);
     return index;
   }
   return -1;
 }
 
 int ZarfToolBar::ItemAt(POINT point) {
-  RECT client;
-  GetClientRect(&client);
-  return ToolButtonAt(Height(client), static_cast<int>(buttons.size()), point);
+  return ToolButtonAt(ClientArea().bottom, static_cast<int>(buttons.size()), point);
 }
 
 int ZarfToolBar::PrepareClass(WNDCLASS* windowClass) {
@@ -99,12 +95,6 @@ void ZarfToolBar::Paint(HDC hdc, const RECT& client) const {
   }
 }
 
-void ZarfToolBar::OnPaint(HDC hdc, PAINTSTRUCT) {
-  RECT client;
-  GetClientRect(&client);
-  Paint(hdc, client);
-}
-
 bool ZarfToolBar::SetActive(int index, State state) {
   if (index == activeIndex && state == activeState) return false;
   activeIndex = index;
@@ -114,27 +104,20 @@ bool ZarfToolBar::SetActive(int index, State state) {
   return true;
 }
 
-LRESULT ZarfToolBar::WindowProc(const MessageRecord& record) {
-  // Losing the mouse to another window counts as letting go elsewhere.
-  if (record.message == WM_CAPTURECHANGED && press == Press::kHeld) LetGo();
-  return ZarfWnd::WindowProc(record);
-}
-
 LRESULT ZarfToolBar::OnLButtonDown(const MessageRecord& record) {
   const int index = ItemAt(PointFromLParam(record.lParam));
   // The click that closes a button's menu must not open it again.
-  if (index == -1 || press != Press::kNone) return 0;
-  press = Press::kHeld;
+  if (index == -1 || Tracking() || telling) return 0;
   SetActive(index, State::kPressed);
   Update();
-  SetCapture(hwnd);
+  Track();
   return 0;
 }
 
 LRESULT ZarfToolBar::OnMouseMove(const MessageRecord& record) {
-  if (press == Press::kTelling) return 0;
+  if (telling) return 0;
   const int index = ItemAt(PointFromLParam(record.lParam));
-  if (press == Press::kHeld) {
+  if (Tracking()) {
     SetActive(activeIndex, index == activeIndex ? State::kPressed : State::kHot);
     return 0;
   }
@@ -145,7 +128,7 @@ LRESULT ZarfToolBar::OnMouseMove(const MessageRecord& record) {
 }
 
 LRESULT ZarfToolBar::OnLButtonUp(const MessageRecord& record) {
-  if (press != Press::kHeld) return 0;
+  if (!Tracking()) return 0;
   Release(ItemAt(PointFromLParam(record.lParam)));
   return 0;
 }
@@ -156,30 +139,30 @@ void ZarfToolBar::Release(int index) {
     Tell(buttons[static_cast<std::size_t>(index)]);
     if (!IsWindow(self)) return;  // the command took the toolbar away
   }
-  LetGo();
+  telling = false;
+  EndTracking();
+  SetActive(-1, State::kNone);
 }
 
 // The button stays drawn pressed meanwhile, but the mouse is free for the menu or the box that may open.
 void ZarfToolBar::Tell(const Button& button) {
-  const WPARAM command = MakeWParam(static_cast<unsigned>(button.commandId), 0);
   if (button.kind != kMenuToolButton) {
-    PostMessage(Parent(), WM_COMMAND, command, 0);
+    TellParent(button.commandId, 0);
     return;
   }
-  press = Press::kTelling;
+  telling = true;
   if (SetActive(activeIndex, State::kPressed)) Update();
-  if (GetCapture() == hwnd) ReleaseCapture();
-  SendMessage(Parent(), WM_COMMAND, command, 0);
+  EndTracking();
+  SendMessage(Parent(), WM_COMMAND, MakeWParam(static_cast<unsigned>(button.commandId), 0), 0);
 }
 
-void ZarfToolBar::LetGo() {
-  press = Press::kNone;
-  SetActive(-1, State::kNone);
-  if (GetCapture() == hwnd) ReleaseCapture();
+// Losing the mouse to another window counts as letting go elsewhere.
+void ZarfToolBar::OnTrackingEnd() {
+  if (!telling) SetActive(-1, State::kNone);
 }
 
 LRESULT ZarfToolBar::OnTimer(const MessageRecord& record) {
-  if (record.wParam != kHoverTimer || !hoverTimerRuns || press != Press::kNone) return 0;
+  if (record.wParam != kHoverTimer || !hoverTimerRuns || Tracking() || telling) return 0;
   RECT place;
   GetWindowRect(hwnd, &place);
   if (Contains(place, GetCursorPos())) {
@@ -206,17 +189,15 @@ void ZarfToolBar::Describe(int item, AccessiblePart* part) {
     return;
   }
   const Button& button = buttons[static_cast<std::size_t>(item)];
-  RECT client;
-  GetClientRect(&client);
   part->role = button.kind == kMenuToolButton ? AccessibleRole::kMenuButton : AccessibleRole::kButton;
   part->name = resources::FindText(button.tipStringId);
   part->state = item == activeIndex && activeState == State::kPressed ? kAccessiblePressed : 0;
   part->pressable = true;
-  part->place = ToolButtonRect(Height(client), item);
+  part->place = ToolButtonRect(ClientArea().bottom, item);
 }
 
 void ZarfToolBar::DoAction(AccessibleAction action, int value) {
-  if (action != AccessibleAction::kPress || press != Press::kNone) return;
+  if (action != AccessibleAction::kPress || Tracking() || telling) return;
   if (value < 0 || value >= static_cast<int>(buttons.size())) return;
   SetActive(value, State::kPressed);
   Release(value);

@@ -7,7 +7,7 @@
 #include <memory>
 #include <vector>
 
-#include "framework/zarf_wnd.h"
+#include "framework/owner_drawn.h"
 #include "platform/desktop/bitmap.h"
 
 // The kind of button that sends its command, to open a menu below itself while it is still drawn pressed.
@@ -15,7 +15,7 @@
 constexpr int kMenuToolButton = 1;
 constexpr int kPlainToolButton = 2;
 
-class ZarfToolBar : public ZarfWnd {
+class ZarfToolBar : public OwnerDrawn {
  public:
   static constexpr int kMaxButtons = 50;
   enum class State { kNone = -1, kPressed = 0, kHot = 1 };
@@ -29,14 +29,11 @@ class ZarfToolBar : public ZarfWnd {
   // The button under the mouse or pressed, -1 for none, and how it is drawn.
   int ActiveIndex() const { return activeIndex; }
   State ActiveState() const { return activeState; }
-  // Draws the bar into `client`.
-  void Paint(HDC hdc, const RECT& client) const;
+  void Paint(HDC hdc, const RECT& client) const override;
 
   int PrepareClass(WNDCLASS* windowClass) override;
   LRESULT OnCreate(const MessageRecord& record) override;
   LRESULT OnClose(const MessageRecord& record) override;
-  LRESULT WindowProc(const MessageRecord& record) override;
-  void OnPaint(HDC hdc, PAINTSTRUCT paint) override;
   LRESULT OnLButtonDown(const MessageRecord& record) override;
   LRESULT OnMouseMove(const MessageRecord& record) override;
   LRESULT OnLButtonUp(const MessageRecord& record) override;
@@ -44,6 +41,9 @@ class ZarfToolBar : public ZarfWnd {
   void Describe(int item, AccessiblePart* part) override;
   int ItemAt(POINT point) override;
   void DoAction(AccessibleAction action, int value) override;
+
+ protected:
+  void OnTrackingEnd() override;
 
  private:
   struct Button {
@@ -54,12 +54,9 @@ class ZarfToolBar : public ZarfWnd {
     int kind;
     std::unique_ptr<Bitmap> icon;  // from the creation of the window on
   };
-  // What the button may be doing with the mouse.
-  enum class Press { kNone, kHeld, kTelling };
 
   // True when that changed something.
   bool SetActive(int index, State state);
-  void LetGo();
   void Release(int index);
   void Tell(const Button& button);
   void ShowTipOf(const Button& button);
@@ -68,7 +65,7 @@ class ZarfToolBar : public ZarfWnd {
   std::vector<Button> buttons;
   int activeIndex = -1;
   State activeState = State::kNone;
-  Press press = Press::kNone;
+  bool telling = false;  // a command is being sent: the button stays pressed while its menu is open
   bool hoverTimerRuns = false;
   int hoverTicks = 0;                  // of the hover timer since the mouse came to the hot button
   std::unique_ptr<Bitmap> background;  // from the creation of the window on

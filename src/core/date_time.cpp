@@ -3,11 +3,8 @@
 #include <array>
 #include <bit>
 #include <limits>
-#include <optional>
 
-#include "core/ini_file.h"
 #include "platform/system/clock.h"
-#include "resources/strings.h"
 
 namespace core {
 namespace {
@@ -15,9 +12,7 @@ namespace {
 // Everything stored is little-endian and copied byte for byte.
 static_assert(std::endian::native == std::endian::little);
 
-constexpr int kMonthNameText = 2010;    // January
-constexpr int kWeekdayNameText = 2022;  // Sunday
-constexpr int kYears = kLastYear - kFirstYear + 1;
+constexpr int kYears = kLateLastYear - kFirstYear + 1;
 
 constexpr std::array<int, 13> kMonthLengths{0, 31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
 
@@ -48,7 +43,8 @@ constexpr auto kMonthStarts = [] {
 }();
 
 bool Accept(Date& date, std::int64_t day, std::int64_t month, std::int64_t year) {
-  if (year < kFirstYear || year > kLastYear || month < 1 || month > 12 || day < 1 || day > 31) return false;
+  if (year < kFirstYear || year > kLateLastYear || month < 1 || month > 12 || day < 1 || day > 31)
+    return false;
   const Date moved{static_cast<int>(day), static_cast<int>(month), static_cast<int>(year)};
   if (DayIndex(moved) < 0) return false;
   date = moved;
@@ -75,24 +71,8 @@ bool MoveToMonth(Date& date, int month, int year) {
   return true;
 }
 
-std::string TwoDigits(std::int64_t number) {
-  std::string text = std::to_string(number);
-  if (number < 10) text.insert(text.begin(), '0');
-  return text;
-}
-
-std::string TimeText(int hour, int minute, int half, const char* morning, const char* afternoon) {
-  if (GetClockMode() == ClockMode::k24Hours) {
-    return TwoDigits(std::int64_t{hour} + (half == kAfterNoon ? 12 : 0)) + ":" + TwoDigits(minute);
-  }
-  // The hour after midnight shows as 00, the hour after noon as 12.
-  const int shown = hour == 0 && half == kAfterNoon ? 12 : hour;
-  const bool padded = (shown >= 1 && shown <= 9) || (shown == 0 && half == kBeforeNoon);
-  return (padded ? TwoDigits(shown) : std::to_string(shown)) + ":" + TwoDigits(minute) +
-         (half == kBeforeNoon ? morning : afternoon);
-}
-
-std::optional<ClockMode> clockMode;
+// 0 until it is asked for.
+int lastYear = 0;
 
 }  // namespace
 
@@ -113,20 +93,44 @@ int DaysInMonth(int year, int month) {
   return month == 2 && IsLeapYear(year) ? 29 : kMonthLengths[static_cast<std::size_t>(month)];
 }
 
-int DayIndex(int year, int month, int day) {
-  if (year < kFirstYear || year > kLastYear || month < 1 || month > 12 || day < 1) return -1;
+int LastYear() {
+  if (lastYear == 0) lastYear = platform::Now().year > kEarlyLastYear ? kLateLastYear : kEarlyLastYear;
+  return lastYear;
+}
+
+void SetLastYear(int year) {
+  lastYear = year;
+}
+
+Date LastDate() {
+  return {31, 12, LastYear()};
+}
+
+int StoredDayIndex(const Date& date) {
+  const int year = date.year;
+  const int month = date.month;
+  const int day = date.day;
+  if (year < kFirstYear || year > kLateLastYear || month < 1 || month > 12 || day < 1) return -1;
   const auto& starts = kMonthStarts[Leap(year) ? 1 : 0];
   const auto inYear = static_cast<std::size_t>(month);
   if (day > starts[inYear + 1] - starts[inYear]) return -1;
   return kYearStarts[static_cast<std::size_t>(year - kFirstYear)] + starts[inYear] + day - 1;
 }
 
+int DayIndex(int year, int month, int day) {
+  return year <= LastYear() ? StoredDayIndex({day, month, year}) : -1;
+}
+
 int DayIndex(const Date& date) {
   return DayIndex(date.year, date.month, date.day);
 }
 
+bool IsSameDate(const Date& a, const Date& b) {
+  return a.day == b.day && a.month == b.month && a.year == b.year;
+}
+
 bool DateFromIndex(int index, Date& date) {
-  if (index < 0 || index >= kYearStarts[kYears]) return false;
+  if (index < 0 || index > DayIndex(LastDate())) return false;
   auto year = static_cast<std::size_t>(index / 366);
   while (kYearStarts[year + 1] <= index) ++year;
   const int inYear = index - kYearStarts[year];
@@ -195,7 +199,7 @@ bool PreviousDay(Date& date) {
       month = 12;
       --year;
     }
-    if (month > 12 || year < kFirstYear || year > kLastYear) return false;
+    if (month > 12 || year < kFirstYear || year > kLateLastYear) return false;
     day = DaysInMonth(static_cast<int>(year), static_cast<int>(month));
   }
   return Accept(date, day, month, year);
@@ -211,7 +215,7 @@ bool PreviousWeek(Date& date) {
 
 bool NextMonth(Date& date) {
   if (date.month < 12) return MoveToMonth(date, date.month + 1, date.year);
-  return date.year < kLastYear && MoveToMonth(date, 1, date.year + 1);
+  return date.year < LastYear() && MoveToMonth(date, 1, date.year + 1);
 }
 
 bool PreviousMonth(Date& date) {
@@ -223,7 +227,7 @@ bool PreviousMonth(Date& date) {
 Date Today() {
   const platform::LocalTime now = platform::Now();
   if (now.year < kFirstYear) return kFirstDate;
-  if (now.year > kLastYear) return kLastDate;
+  if (now.year > LastYear()) return LastDate();
   return {now.day, now.month, now.year};
 }
 
@@ -231,57 +235,6 @@ TimeOfDay NowRounded(int step) {
   const platform::LocalTime now = platform::Now();
   const int minute = step > 0 ? now.minute - now.minute % step : now.minute;
   return {now.hour % 12, minute, now.second, now.hour < 12 ? kBeforeNoon : kAfterNoon};
-}
-
-ClockMode GetClockMode() {
-  if (!clockMode) {
-    std::string preference;
-    const bool found = IniFile("Daybrix.ini").ReadString("intl", "iTime", preference);
-    clockMode = found && preference.front() == '0' ? ClockMode::k12Hours : ClockMode::k24Hours;
-  }
-  return *clockMode;
-}
-
-void SetClockMode(ClockMode mode) {
-  clockMode = mode;
-}
-
-std::string FormatTime(int hour, int minute, int half) {
-  return TimeText(hour, minute, half, " am", " pm");
-}
-
-std::string FormatTime(const TimeOfDay& time) {
-  return FormatTime(time.hour, time.minute, time.half);
-}
-
-std::string FormatTimeCompact(int hour, int minute, int half) {
-  return TimeText(hour, minute, half, "a", "p");
-}
-
-std::string FormatTimeCompact(const TimeOfDay& time) {
-  return FormatTimeCompact(time.hour, time.minute, time.half);
-}
-
-std::string FormatDate(int day, int month, int year) {
-  const bool monthFirst = GetClockMode() == ClockMode::k12Hours;
-  return std::to_string(monthFirst ? month : day) + "/" + std::to_string(monthFirst ? day : month) + "/" +
-         std::to_string(year);
-}
-
-std::string FormatDate(const Date& date) {
-  return FormatDate(date.day, date.month, date.year);
-}
-
-std::string MonthName(int month) {
-  return IsValidMonth(month) ? resources::FindText(kMonthNameText + month - 1) : "";
-}
-
-std::string MonthName(const Date& date) {
-  return MonthName(date.month);
-}
-
-std::string WeekdayName(const Date& date) {
-  return resources::FindText(kWeekdayNameText + Weekday(date));
 }
 
 }  // namespace core

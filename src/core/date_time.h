@@ -1,19 +1,27 @@
-// Dates and times of day as the whole system and every data file hold them, and the arithmetic on them.
+// Dates and times of day as the whole system and every data file hold them, and the arithmetic on them. What
+// they read like is in time_texts.h.
 //
-// The calendar is bounded: only dates of the years kFirstYear to kLastYear have a day number, and stepping
+// The calendar is bounded: only dates of the years kFirstYear to LastYear() have a day number, and stepping
 // stops at the first and the last of them. Values that come from a file may be anything; every function here
 // takes any value and answers with a refusal (false or -1) where it has no meaning.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
-#include <string>
 
 namespace core {
 
+// The calendar has two eras, which begin alike. A process lives in one of them from its start to its end.
 inline constexpr int kFirstYear = 2000;
-inline constexpr int kLastYear = DAYBRIX_LAST_YEAR;
-static_assert(kFirstYear < kLastYear && kLastYear < 10000);
+inline constexpr int kEarlyLastYear = 2020;
+inline constexpr int kLateLastYear = 2099;
+
+// The last year of the calendar: kEarlyLastYear, or kLateLastYear when the clock says at the first call that
+// the early era is past.
+int LastYear();
+
+// Moves the process to an era by its last year, for tests.
+void SetLastYear(int year);
 
 inline constexpr int kDaySlots = 288;  // five-minute slots of a day
 
@@ -45,10 +53,7 @@ static_assert(offsetof(TimeOfDay, hour) == 0 && offsetof(TimeOfDay, minute) == 4
 static_assert(offsetof(TimeOfDay, second) == 8 && offsetof(TimeOfDay, half) == 12);
 
 inline constexpr Date kFirstDate{1, 1, kFirstYear};
-inline constexpr Date kLastDate{31, 12, kLastYear};
-
-// What a repeat rule without an end date stores as its end.
-inline constexpr Date kNoEndDate = kLastDate;
+Date LastDate();  // the last day of LastYear()
 
 // ---- The calendar ----
 
@@ -64,6 +69,12 @@ int DaysInMonth(int year, int month);
 // The day number: days since 1 January kFirstYear, which is 0. -1 for every date without one.
 int DayIndex(int year, int month, int day);
 int DayIndex(const Date& date);
+
+// The day number that the late era gives the date, whichever this one is. A file may hold dates that only the
+// other era shows: they are kept, spelled and compared by this number.
+int StoredDayIndex(const Date& date);
+
+bool IsSameDate(const Date& a, const Date& b);
 
 // The date of a day number. False, `date` untouched, when no date has it.
 bool DateFromIndex(int index, Date& date);
@@ -103,35 +114,5 @@ Date Today();
 
 // The local time. The minute is lowered to a multiple of `step` (0: left alone).
 TimeOfDay NowRounded(int step);
-
-// ---- Texts ----
-
-enum class ClockMode { k12Hours = 1, k24Hours = 2 };
-
-// The user's preference: 12 hours when the value "iTime" of section "intl" in Daybrix.ini begins with '0',
-// else 24. Read at the first call and kept for the life of the process.
-ClockMode GetClockMode();
-
-// Takes the place of the preference, for tests.
-void SetClockMode(ClockMode mode);
-
-// "09:30 am", "12:05 pm", "00:05 am" or "09:30", "12:05", "00:05", by the clock mode.
-std::string FormatTime(int hour, int minute, int half);
-std::string FormatTime(const TimeOfDay& time);
-
-// The same without the blank and with "a" or "p": "09:30a".
-std::string FormatTimeCompact(int hour, int minute, int half);
-std::string FormatTimeCompact(const TimeOfDay& time);
-
-// "3/14/2004" with the 12-hour clock, "14/3/2004" with the 24-hour clock.
-std::string FormatDate(int day, int month, int year);
-std::string FormatDate(const Date& date);
-
-// "January" .. "December".
-std::string MonthName(int month);
-std::string MonthName(const Date& date);
-
-// "Sunday" .. "Saturday". An invalid date reads as "December": weekday -1 takes the text before the first.
-std::string WeekdayName(const Date& date);
 
 }  // namespace core

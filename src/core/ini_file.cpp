@@ -4,7 +4,6 @@
 #include <limits>
 #include <utility>
 
-#include "platform/system/profile_file.h"
 #include "platform/system/program_folder.h"
 
 namespace core {
@@ -60,6 +59,10 @@ bool IniFile::WriteString(std::string_view section, std::string_view key, std::s
 
 bool IniFile::WriteInt(std::string_view section, std::string_view key, std::int32_t value) const {
   return WriteString(section, key, std::to_string(value));
+}
+
+bool IniFile::Write(std::string_view section, std::span<const IniEntry> entries) const {
+  return platform::WriteProfileStrings(path, section, entries);
 }
 
 std::string ModuleFolder() {

@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "core/file_messages.h"
+#include "core/store/file_messages.h"
 #include "framework/progress_window.h"
 
 core::CompactionWatcher ShowCompaction(ZarfWnd* owner) {

@@ -1,7 +1,7 @@
 // Shows the user how far a compaction is.
 #pragma once
 
-#include "core/compaction.h"
+#include "core/store/compaction.h"
 
 class ZarfWnd;
 

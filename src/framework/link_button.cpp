@@ -4,7 +4,6 @@
 
 #include "framework/drawing.h"
 #include "framework/fonts.h"
-#include "platform/desktop/cursor.h"
 #include "resources/strings.h"
 
 namespace {
@@ -44,41 +43,34 @@ LRESULT ZarfClassLinkButton::OnCreate(const MessageRecord&) {
   return 0;
 }
 
-void ZarfClassLinkButton::OnPaint(HDC hdc, PAINTSTRUCT) {
-  RECT client;
-  GetClientRect(&client);
-  Paint(hdc, client);
-  if (ShowsFocus(hwnd)) DrawFocusMark(hdc, client, look.background);
+std::optional<OwnerDrawn::FocusMark> ZarfClassLinkButton::FocusMarkIn(const RECT& client) const {
+  return FocusMark{client, look.background};
 }
 
-LRESULT ZarfClassLinkButton::WindowProc(const MessageRecord& record) {
-  if (record.message == WM_CAPTURECHANGED) LetGo();
-  return ZarfWnd::WindowProc(record);
-}
-
-LRESULT ZarfClassLinkButton::OnSetCursor(const MessageRecord&) {
-  SetCursor(LoadCursor("CUR_HAND1"));
-  return 1;
+const char* ZarfClassLinkButton::CursorAt(POINT) {
+  return "CUR_HAND1";
 }
 
 LRESULT ZarfClassLinkButton::OnLButtonDown(const MessageRecord&) {
-  if (captured) return 0;
-  captured = true;
   SetHot(true);
-  SetCapture(hwnd);
+  Track();
   return 0;
 }
 
 LRESULT ZarfClassLinkButton::OnMouseMove(const MessageRecord& record) {
-  if (captured) SetHot(Inside(record.lParam));
+  if (Tracking()) SetHot(Inside(record));
   return 0;
 }
 
 LRESULT ZarfClassLinkButton::OnLButtonUp(const MessageRecord& record) {
-  if (!captured) return 0;
-  LetGo();
-  if (Inside(record.lParam)) Tell();
+  if (!Tracking()) return 0;
+  EndTracking();
+  if (Inside(record)) Tell();
   return 0;
+}
+
+void ZarfClassLinkButton::OnTrackingEnd() {
+  SetHot(false);
 }
 
 LRESULT ZarfClassLinkButton::OnKeyDown(const MessageRecord& record) {
@@ -88,7 +80,7 @@ LRESULT ZarfClassLinkButton::OnKeyDown(const MessageRecord& record) {
 }
 
 void ZarfClassLinkButton::Tell() {
-  PostMessage(Parent(), WM_COMMAND, MakeWParam(static_cast<unsigned>(commandId), 0), 0);
+  TellParent(commandId, 0);
 }
 
 void ZarfClassLinkButton::Describe(int, AccessiblePart* part) {
@@ -108,15 +100,6 @@ void ZarfClassLinkButton::SetHot(bool newHot) {
   Invalidate(nullptr, 0);
 }
 
-bool ZarfClassLinkButton::Inside(LPARAM point) {
-  RECT client;
-  GetClientRect(&client);
-  return Contains(client, PointFromLParam(point));
-}
-
-void ZarfClassLinkButton::LetGo() {
-  if (!captured) return;
-  captured = false;
-  SetHot(false);
-  if (GetCapture() == hwnd) ReleaseCapture();
+bool ZarfClassLinkButton::Inside(const MessageRecord& mouse) const {
+  return Contains(ClientArea(), PointFromLParam(mouse.lParam));
 }

@@ -4,9 +4,9 @@
 
 #include <string>
 
-#include "framework/zarf_wnd.h"
+#include "framework/owner_drawn.h"
 
-class ZarfClassLinkButton : public ZarfWnd {
+class ZarfClassLinkButton : public OwnerDrawn {
  public:
   struct Look {
     COLORREF background;
@@ -19,13 +19,9 @@ class ZarfClassLinkButton : public ZarfWnd {
                       UINT newFormat);
 
   bool Hot() const { return hot; }
-  // Draws the button into `client`.
-  void Paint(HDC hdc, const RECT& client) const;
+  void Paint(HDC hdc, const RECT& client) const override;
 
   int PrepareClass(WNDCLASS* windowClass) override;
-  LRESULT WindowProc(const MessageRecord& record) override;
-  void OnPaint(HDC hdc, PAINTSTRUCT paint) override;
-  LRESULT OnSetCursor(const MessageRecord& record) override;
   LRESULT OnLButtonDown(const MessageRecord& record) override;
   LRESULT OnMouseMove(const MessageRecord& record) override;
   LRESULT OnLButtonUp(const MessageRecord& record) override;
@@ -35,12 +31,16 @@ class ZarfClassLinkButton : public ZarfWnd {
   void Describe(int item, AccessiblePart* part) override;
   void DoAction(AccessibleAction action, int value) override;
 
+ protected:
+  std::optional<FocusMark> FocusMarkIn(const RECT& client) const override;
+  const char* CursorAt(POINT point) override;
+  void OnTrackingEnd() override;
+
  private:
   const char* Caption() const;
   void Tell();
   void SetHot(bool newHot);
-  bool Inside(LPARAM point);
-  void LetGo();
+  bool Inside(const MessageRecord& mouse) const;
 
   const int commandId;
   const Look look;
@@ -48,5 +48,4 @@ class ZarfClassLinkButton : public ZarfWnd {
   const int captionStringId;
   const UINT format;
   bool hot = false;
-  bool captured = false;
 };

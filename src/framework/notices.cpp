@@ -35,6 +35,9 @@ void ShowInfoId(ZarfWnd* owner, int stringId) {
 }
 
 bool AskYesNo(ZarfWnd* owner, int stringId) {
-  return MessageBox(HandleOfOwner(owner), resources::FindText(stringId), kCaption,
-                    MB_YESNO | MB_ICONQUESTION) == IDYES;
+  return AskYesNo(owner, std::string(resources::FindText(stringId)));
+}
+
+bool AskYesNo(ZarfWnd* owner, const std::string& text) {
+  return MessageBox(HandleOfOwner(owner), text, kCaption, MB_YESNO | MB_ICONQUESTION) == IDYES;
 }

@@ -13,3 +13,4 @@ void ShowInfo(ZarfWnd* owner, const std::string& text);
 void ShowInfoId(ZarfWnd* owner, int stringId);
 // A question with Yes and No. Only Yes is true.
 bool AskYesNo(ZarfWnd* owner, int stringId);
+bool AskYesNo(ZarfWnd* owner, const std::string& text);

@@ -4,8 +4,6 @@
 #include <cstring>
 #include <vector>
 
-#include "platform/desktop/device_context.h"
-
 namespace {
 
 constexpr std::size_t kNameSize = 255;  // with the zero byte
@@ -59,9 +57,7 @@ int ZarfPane::PreCreate(char*, DWORD* style, int*) {
   return 0;
 }
 
-void ZarfPane::OnPaint(HDC hdc, PAINTSTRUCT) {
-  RECT client;
-  GetClientRect(&client);
+void ZarfPane::Paint(HDC hdc, const RECT& client) const {
   hdc->FillRect(client, colours.background);
 }
 

@@ -7,7 +7,7 @@
 #include <span>
 #include <string>
 
-#include "framework/zarf_wnd.h"
+#include "framework/owner_drawn.h"
 
 // In the order in which panes are described. The frame draws its bands as 1, 3, 2, 4, from the outside in.
 struct PaneColours {
@@ -23,7 +23,7 @@ struct PaneColours {
   COLORREF extra3;
 };
 
-class ZarfPane : public ZarfWnd {
+class ZarfPane : public OwnerDrawn {
  public:
   // `newName` is the caption of its section button, cut to 254 bytes. The first pane of the list becomes the
   // current one. Beyond kMaxPanes a pane is not listed, but works otherwise.
@@ -41,7 +41,8 @@ class ZarfPane : public ZarfWnd {
 
   int PrepareClass(WNDCLASS* windowClass) override;
   int PreCreate(char title[kTitleSize], DWORD* style, int placement[4]) override;
-  void OnPaint(HDC hdc, PAINTSTRUCT paint) override;
+  // The pane's background.
+  void Paint(HDC hdc, const RECT& client) const override;
   void Describe(int item, AccessiblePart* part) override;
 
  private:

@@ -56,7 +56,6 @@ int ProgressWindow::Open(ZarfWnd* owner, int templateId) {
 
 LRESULT ProgressWindow::OnInitDialog(const MessageRecord&) {
   BlockOtherWindows(hwnd);
-  CenterOver(Parent(), hwnd);
   return 1;
 }
 

@@ -1,6 +1,6 @@
 #include "framework/shell_services.h"
 
-#include "core/new_calendar.h"
+#include "core/calendar/new_calendar.h"
 #include "framework/notices.h"
 #include "framework/zarf_wnd.h"
 #include "platform/desktop/shell.h"

@@ -1,6 +1,9 @@
 #include "framework/zarf_dialog.h"
 
+#include <algorithm>
+
 #include "framework/animations.h"
+#include "framework/services.h"
 
 namespace {
 
@@ -11,6 +14,10 @@ ZarfDialog* beingOpened = nullptr;
 
 int ZarfDialog::Open(ZarfWnd* owner, int templateId) {
   return DoModal(owner, templateId);
+}
+
+void ZarfDialog::Place() {
+  CenterOver(Parent(), hwnd);
 }
 
 void ZarfDialog::ZoomOpen() {
@@ -49,6 +56,7 @@ LRESULT ZarfDialog::SharedDialogProcedure(HWND dialog, UINT message, WPARAM wPar
 LRESULT ZarfDialog::WindowProc(const MessageRecord& record) {
   switch (record.message) {
     case WM_INITDIALOG: {
+      Place();
       const LRESULT result = OnInitDialog(record);
       PostMessage(record.hwnd, ZWM_AFTERCREATE, 0, 0);
       return result;
@@ -58,17 +66,13 @@ LRESULT ZarfDialog::WindowProc(const MessageRecord& record) {
       return 0;
     case WM_TIMER:
       return record.hwnd == hwnd ? OnTimer(record) : 0;
-    case WM_DRAWITEM:
-      return OnDrawItem(record);
-    case WM_MEASUREITEM:
-      return OnMeasureItem(record);
+    case WM_COMMAND:
+      return Command(record);
     case WM_DESTROY:
     case WM_SIZE:
     case WM_CLOSE:
     case WM_SETCURSOR:
     case WM_GETMINMAXINFO:
-    case WM_COMMAND:
-    case WM_CTLCOLORDLG:
     case WM_MOUSEMOVE:
     case WM_LBUTTONDOWN:
     case WM_LBUTTONUP:
@@ -86,6 +90,26 @@ LRESULT ZarfDialog::DefaultProc(const MessageRecord&) {
   return 0;
 }
 
+void ZarfDialog::OkNeedsText(int editId) {
+  neededTexts.push_back(editId);
+  EnableWindow(GetDlgItem(hwnd, IDOK), HasNeededTexts());
+}
+
+bool ZarfDialog::HasNeededTexts() const {
+  return std::none_of(neededTexts.begin(), neededTexts.end(),
+                      [this](int edit) { return GetDlgItemPath(hwnd, edit).empty(); });
+}
+
+LRESULT ZarfDialog::Command(const MessageRecord& record) {
+  if (!neededTexts.empty()) {
+    const bool enough = HasNeededTexts();
+    EnableWindow(GetDlgItem(hwnd, IDOK), enough);
+    // Enter reaches the dialog also while the button is disabled.
+    if (LowWord(record.wParam) == IDOK && !enough) return 1;
+  }
+  return OnCommand(record);
+}
+
 LRESULT ZarfDialog::OnCommand(const MessageRecord& record) {
   switch (LowWord(record.wParam)) {
     case IDOK:
@@ -100,12 +124,6 @@ LRESULT ZarfDialog::OnCommand(const MessageRecord& record) {
 }
 
 LRESULT ZarfDialog::OnInitDialog(const MessageRecord&) {
-  return 1;
-}
-LRESULT ZarfDialog::OnMeasureItem(const MessageRecord&) {
-  return 1;
-}
-LRESULT ZarfDialog::OnDrawItem(const MessageRecord&) {
   return 1;
 }
 void ZarfDialog::EndDialog(int result) {

@@ -45,6 +45,14 @@ HWND ZarfWnd::Parent() const {
 ZarfWnd* ZarfWnd::ParentObject() const {
   return ObjectFromHandle(Parent());
 }
+RECT ZarfWnd::ClientArea() const {
+  RECT client;
+  ::GetClientRect(hwnd, &client);
+  return client;
+}
+void ZarfWnd::TellParent(int id, LPARAM value, unsigned code) {
+  PostMessage(Parent(), WM_COMMAND, MakeWParam(static_cast<unsigned>(id), code), value);
+}
 
 ZarfWnd* ObjectFromHandle(HWND window) {
   return IsWindow(window) ? reinterpret_cast<ZarfWnd*>(GetWindowWord(window)) : nullptr;
@@ -88,8 +96,6 @@ LRESULT ZarfWnd::WindowProc(const MessageRecord& record) {
       return OnSize(record);
     case WM_ACTIVATE:
       return OnActivate(record);
-    case WM_TIMECHANGE:
-      return OnTimeChange(record);
     case WM_CHAR:
       return OnChar(record);
     case WM_SYSKEYDOWN:
@@ -148,29 +154,6 @@ LRESULT ZarfWnd::RouteFrame(const MessageRecord& record) {
       return OnNcActivate(record);
     case WM_SETTEXT:
       return OnSetText(record);
-    default:
-      return RouteColours(record);
-  }
-}
-
-LRESULT ZarfWnd::RouteColours(const MessageRecord& record) {
-  switch (record.message) {
-    case WM_CTLCOLORDLG:
-      return OnCtlColorDlg(record);
-    case WM_CTLCOLOREDIT:
-      return OnCtlColorEdit(record);
-    case WM_CTLCOLORMSGBOX:
-      return OnCtlColorMsgBox(record);
-    case WM_CTLCOLORLISTBOX:
-      return OnCtlColorListBox(record);
-    case WM_CTLCOLORSTATIC:
-      return OnCtlColorStatic(record);
-    case WM_CTLCOLORBTN:
-      return OnCtlColorBtn(record);
-    case WM_PALETTECHANGED:
-      return OnPaletteChanged(record);
-    case WM_QUERYNEWPALETTE:
-      return OnQueryNewPalette(record);
     default:
       return RouteAccess(record);
   }
@@ -290,30 +273,6 @@ LRESULT ZarfWnd::OnNcActivate(const MessageRecord& record) {
 LRESULT ZarfWnd::OnSetText(const MessageRecord& record) {
   return DefaultProc(record);
 }
-LRESULT ZarfWnd::OnCtlColorDlg(const MessageRecord& record) {
-  return DefaultProc(record);
-}
-LRESULT ZarfWnd::OnCtlColorEdit(const MessageRecord& record) {
-  return DefaultProc(record);
-}
-LRESULT ZarfWnd::OnCtlColorMsgBox(const MessageRecord& record) {
-  return DefaultProc(record);
-}
-LRESULT ZarfWnd::OnCtlColorListBox(const MessageRecord& record) {
-  return DefaultProc(record);
-}
-LRESULT ZarfWnd::OnCtlColorStatic(const MessageRecord& record) {
-  return DefaultProc(record);
-}
-LRESULT ZarfWnd::OnCtlColorBtn(const MessageRecord& record) {
-  return DefaultProc(record);
-}
-LRESULT ZarfWnd::OnPaletteChanged(const MessageRecord&) {
-  return 0;
-}
-LRESULT ZarfWnd::OnQueryNewPalette(const MessageRecord&) {
-  return 0;
-}
 LRESULT ZarfWnd::OnChar(const MessageRecord& record) {
   return DefaultProc(record);
 }
@@ -330,9 +289,6 @@ LRESULT ZarfWnd::OnKeyDown(const MessageRecord& record) {
   return DefaultProc(record);
 }
 LRESULT ZarfWnd::OnActivate(const MessageRecord&) {
-  return 0;
-}
-LRESULT ZarfWnd::OnTimeChange(const MessageRecord&) {
   return 0;
 }
 

@@ -33,6 +33,8 @@ class ZarfWnd {
   HWND Parent() const;
   // The object of the parent window, null when it is none of ours.
   ZarfWnd* ParentObject() const;
+  // The client area: (0, 0) and its size.
+  RECT ClientArea() const;
 
   // Before the window is made: change what the class (name, background, cursor, style) or the window (title,
   // style, placement as x, y, width, height) should be. The defaults: class "ZarfWnd", button-face
@@ -79,16 +81,6 @@ class ZarfWnd {
   virtual LRESULT OnNcActivate(const MessageRecord& record);
   virtual LRESULT OnSetText(const MessageRecord& record);
 
-  // Colours of controls and message boxes: default.
-  virtual LRESULT OnCtlColorDlg(const MessageRecord& record);
-  virtual LRESULT OnCtlColorEdit(const MessageRecord& record);
-  virtual LRESULT OnCtlColorMsgBox(const MessageRecord& record);
-  virtual LRESULT OnCtlColorListBox(const MessageRecord& record);
-  virtual LRESULT OnCtlColorStatic(const MessageRecord& record);
-  virtual LRESULT OnCtlColorBtn(const MessageRecord& record);
-  virtual LRESULT OnPaletteChanged(const MessageRecord& record);   // 0
-  virtual LRESULT OnQueryNewPalette(const MessageRecord& record);  // 0
-
   // Keyboard: default.
   virtual LRESULT OnChar(const MessageRecord& record);
   virtual LRESULT OnSysKeyDown(const MessageRecord& record);
@@ -96,8 +88,7 @@ class ZarfWnd {
   virtual LRESULT OnKeyUp(const MessageRecord& record);
   virtual LRESULT OnKeyDown(const MessageRecord& record);
 
-  virtual LRESULT OnActivate(const MessageRecord& record);    // 0
-  virtual LRESULT OnTimeChange(const MessageRecord& record);  // 0
+  virtual LRESULT OnActivate(const MessageRecord& record);  // 0
 
   // Calls on the window, from outside. Without width, height and repaint, Move keeps the size.
   virtual void Move(int x, int y, int width = -1, int height = -1, int repaint = -1);
@@ -125,13 +116,15 @@ class ZarfWnd {
   virtual void DoAction(AccessibleAction action, int value);
 
  protected:
+  // Posts the parent WM_COMMAND with an id and a notification code.
+  void TellParent(int id, LPARAM value, unsigned code = 0);
+
   HWND hwnd = nullptr;
 
  private:
   static LRESULT SharedWindowProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
   LRESULT RouteMouse(const MessageRecord& record);
   LRESULT RouteFrame(const MessageRecord& record);
-  LRESULT RouteColours(const MessageRecord& record);
   LRESULT RouteAccess(const MessageRecord& record);
   void Paint();
   friend class ZarfDialog;

@@ -30,7 +30,10 @@ bool DatePickerDialog::Run(ZarfWnd* owner) {
 }
 
 void DatePickerDialog::Place() {
-  if (!position) return;
+  if (!position) {
+    ZarfDialog::Place();
+    return;
+  }
   RECT window;
   RECT client;
   GetWindowRect(hwnd, &window);
@@ -52,7 +55,6 @@ void DatePickerDialog::PlaceCalendar() {
 }
 
 LRESULT DatePickerDialog::OnInitDialog(const MessageRecord&) {
-  Place();
   if (animate) {
     RECT window;
     GetWindowRect(hwnd, &window);

@@ -20,13 +20,13 @@ class DatePickerDialog : public ZarfDialog {
   bool Run(ZarfWnd* owner);
   const core::Date& Date() const { return calendar.Date(); }
 
+  void Place() override;
   LRESULT OnInitDialog(const MessageRecord& record) override;
   LRESULT OnSize(const MessageRecord& record) override;
   LRESULT OnAfterCreate(const MessageRecord& record) override;
   LRESULT OnCommand(const MessageRecord& record) override;
 
  private:
-  void Place();
   void PlaceCalendar();
 
   MiniCalendar calendar;

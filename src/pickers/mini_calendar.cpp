@@ -7,14 +7,13 @@
 #include "framework/fonts.h"
 #include "framework/services.h"
 #include "resources/strings.h"
+#include "resources/text_ids.h"
 
 namespace {
 
 constexpr unsigned kPreviousId = 101;
 constexpr unsigned kNextId = 102;
 constexpr unsigned kTodayId = 103;
-constexpr int kMonthNames = 2010;  // strings
-constexpr int kWeekdayInitials = 2037;
 
 constexpr int kChoiceHeight = 15;
 constexpr int kGridTop = 29;
@@ -42,10 +41,10 @@ MiniCalendar::MiniCalendar(int id, const CalendarColours& calendarColours)
       nextButton(kNextId, SpinKind::kRight, colours.background),
       todayButton(kTodayId, SpinKind::kSquare, colours.background),
       grid(colours) {
-  for (int year = core::kFirstYear; year <= core::kLastYear; ++year) {
+  for (int year = core::kFirstYear; year <= core::LastYear(); ++year) {
     years.AddItemText(std::to_string(year).c_str(), year);
   }
-  for (int month = 0; month < 12; ++month) months.AddItem(kMonthNames + month, month);
+  for (int month = 0; month < 12; ++month) months.AddItem(text::kJanuary + month, month);
   ShowChoices();
 }
 
@@ -83,8 +82,7 @@ LRESULT MiniCalendar::OnCreate(const MessageRecord&) {
 }
 
 LRESULT MiniCalendar::OnSize(const MessageRecord&) {
-  RECT client;
-  GetClientRect(&client);
+  const RECT client = ClientArea();
   const int width = client.right;
   const int height = client.bottom;
   years.Move(0, 0, width / 3, kChoiceHeight, 1);
@@ -97,24 +95,18 @@ LRESULT MiniCalendar::OnSize(const MessageRecord&) {
   return 0;
 }
 
-void MiniCalendar::Paint(HDC hdc, SIZE size) const {
-  hdc->FillRect({0, 0, size.cx, size.cy}, colours.background);
+void MiniCalendar::Paint(HDC hdc, const RECT& client) const {
+  hdc->FillRect(client, colours.background);
   hdc->SelectFont(GetFont(FontSmall, 400));
-  const int column = size.cx / kGridColumns;
+  const int column = client.right / kGridColumns;
   for (int weekday = 0; weekday < kGridColumns; ++weekday) {
     const int left = weekday * column;
     hdc->SetTextColor(weekday == 0 ? RGB(255, 0, 0) : RGB(0, 0, 0));
-    hdc->DrawText(resources::FindText(kWeekdayInitials + weekday),
+    hdc->DrawText(resources::FindText(text::kSundayInitial + weekday),
                   {left, kChoiceHeight, left + column, kGridTop}, DT_CENTER | DT_VCENTER | DT_SINGLELINE);
   }
   hdc->SetPenColor(RGB(0, 0, 0));
-  Line(hdc, 0, kGridTop - 1, size.cx - 2, kGridTop - 1);
-}
-
-void MiniCalendar::OnPaint(HDC hdc, PAINTSTRUCT) {
-  RECT client;
-  GetClientRect(&client);
-  Paint(hdc, {client.right, client.bottom});
+  Line(hdc, 0, kGridTop - 1, client.right - 2, kGridTop - 1);
 }
 
 LRESULT MiniCalendar::OnEraseBkgnd(const MessageRecord&) {
@@ -124,7 +116,7 @@ LRESULT MiniCalendar::OnEraseBkgnd(const MessageRecord&) {
 LRESULT MiniCalendar::OnCommand(const MessageRecord& record) {
   const auto id = static_cast<int>(LowWord(record.wParam));
   core::Date date = Date();
-  if (id >= core::kFirstYear && id <= core::kLastYear) {
+  if (id >= core::kFirstYear && id <= core::LastYear()) {
     date.year = id;
     Pick(date, 0);
   } else if (id >= 0 && id < 12) {
@@ -159,6 +151,5 @@ void MiniCalendar::Pick(const core::Date& date, unsigned code) {
     ShowChoices();           // also when the grid has moved to another month by itself
     PickedPlace() = Date();  // a day that the month lacks has become its last
   }
-  PostMessage(Parent(), WM_COMMAND, MakeWParam(static_cast<unsigned>(commandId), code),
-              reinterpret_cast<LPARAM>(&PickedPlace()));
+  TellParent(commandId, reinterpret_cast<LPARAM>(&PickedPlace()), code);
 }

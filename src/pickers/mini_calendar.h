@@ -12,7 +12,7 @@
 // notifications point.
 const core::Date& PickedDate();
 
-class MiniCalendar : public ZarfWnd {
+class MiniCalendar : public OwnerDrawn {
  public:
   // Shows today at first.
   MiniCalendar(int commandId, const CalendarColours& colours);
@@ -27,13 +27,12 @@ class MiniCalendar : public ZarfWnd {
 
   int PrepareClass(WNDCLASS* windowClass) override;
   LRESULT OnCreate(const MessageRecord& record) override;
-  void OnPaint(HDC hdc, PAINTSTRUCT paint) override;
   LRESULT OnEraseBkgnd(const MessageRecord& record) override;
   LRESULT OnSize(const MessageRecord& record) override;
   LRESULT OnCommand(const MessageRecord& record) override;
 
-  // Draws what is around the grid into an area of that size at (0, 0).
-  void Paint(HDC hdc, SIZE size) const;
+  // What is around the choosers, the grid and the buttons.
+  void Paint(HDC hdc, const RECT& client) const override;
 
  private:
   void ShowChoices();

@@ -8,15 +8,12 @@
 #include "framework/services.h"
 #include "platform/desktop/cursor.h"
 #include "resources/strings.h"
+#include "resources/text_ids.h"
 
 namespace {
 
 constexpr COLORREF kEdgeLight = RGB(255, 255, 255);
 constexpr int kEdgeShade = 80;
-
-bool SameDate(const core::Date& a, const core::Date& b) {
-  return a.day == b.day && a.month == b.month && a.year == b.year;
-}
 
 // The window at the root: a dialog counts as part of the window it was opened over.
 HWND MainWindowOf(HWND window) {
@@ -29,10 +26,10 @@ HWND MainWindowOf(HWND window) {
 MonthGrid::MonthGrid(const CalendarColours& gridColours) : colours(gridColours), date(core::Today()) {}
 
 bool MonthGrid::SetDate(int year, int month, int day) {
-  if (year < core::kFirstYear || year > core::kLastYear || !core::IsValidMonth(month) || day < 1)
+  if (year < core::kFirstYear || year > core::LastYear() || !core::IsValidMonth(month) || day < 1)
     return false;
   const core::Date wanted{std::min(day, core::DaysInMonth(year, month)), month, year};
-  if (SameDate(wanted, date)) return false;
+  if (core::IsSameDate(wanted, date)) return false;
   const bool otherMonth = wanted.month != date.month || wanted.year != date.year;
   date = wanted;
   Invalidate(nullptr, 0);
@@ -41,25 +38,25 @@ bool MonthGrid::SetDate(int year, int month, int day) {
   return true;
 }
 
-MonthGridLayout MonthGrid::Layout() const {
-  RECT client;
-  ::GetClientRect(hwnd, &client);
+MonthGridLayout MonthGrid::LayoutIn(const RECT& client) const {
   return {client.right, client.bottom, date.year, date.month};
 }
 
-void MonthGrid::Paint(HDC hdc, const MonthGridLayout& layout, const core::Date& today) const {
-  hdc->FillRect({0, 0, layout.width, layout.height}, colours.background);
+void MonthGrid::Paint(HDC hdc, const RECT& client) const {
+  const MonthGridLayout layout = LayoutIn(client);
+  const core::Date today = core::Today();
+  hdc->FillRect(client, colours.background);
   hdc->SelectFont(GetFont(FontSmall, 400));
   for (int day = 1; day <= core::DaysInMonth(layout.year, layout.month); ++day) {
     const RECT cell = DayCell(layout, day);
     const core::Date shown{day, layout.month, layout.year};
-    if (SameDate(shown, date)) {
+    if (core::IsSameDate(shown, date)) {
       hdc->FillRect(cell, colours.selection);
       // The frame's bottom line lies on its bottom coordinate: one less keeps it in the cell.
       Frame3D(hdc, {cell.left, cell.top, cell.right, cell.bottom - 1}, kEdgeLight,
               Darken(colours.selection, kEdgeShade));
     }
-    hdc->SetTextColor(SameDate(shown, today) ? colours.today : RGB(0, 0, 0));
+    hdc->SetTextColor(core::IsSameDate(shown, today) ? colours.today : RGB(0, 0, 0));
     hdc->DrawText(std::to_string(day).c_str(), cell, DT_CENTER | DT_VCENTER | DT_SINGLELINE);
   }
 }
@@ -73,31 +70,20 @@ int MonthGrid::PrepareClass(WNDCLASS* windowClass) {
   windowClass->className = "ZarfCalMonth";
   windowClass->background = RGB(255, 255, 255);
   windowClass->cursor = nullptr;
-  cursor = LoadCursor(IDC_ARROW);
   return 0;
 }
 
-void MonthGrid::OnPaint(HDC hdc, PAINTSTRUCT) {
-  const MonthGridLayout layout = Layout();
-  Paint(hdc, layout, core::Today());
-  if (!ShowsFocus(hwnd)) return;
-  const RECT cell = DayCell(layout, date.day);
-  DrawFocusMark(hdc, {cell.left + 1, cell.top + 1, cell.right - 1, cell.bottom - 1}, colours.selection);
+std::optional<OwnerDrawn::FocusMark> MonthGrid::FocusMarkIn(const RECT& client) const {
+  const RECT cell = DayCell(LayoutIn(client), date.day);
+  return FocusMark{{cell.left + 1, cell.top + 1, cell.right - 1, cell.bottom - 1}, colours.selection};
 }
 
 LRESULT MonthGrid::OnEraseBkgnd(const MessageRecord&) {
   return 1;
 }
 
-LRESULT MonthGrid::OnSetCursor(const MessageRecord&) {
-  SetCursor(cursor);
-  return 1;
-}
-
-LRESULT MonthGrid::OnMouseMove(const MessageRecord& record) {
-  cursor = LoadCursor(DayAt(Layout(), PointFromLParam(record.lParam)) > 0 ? "CUR_HAND1" : IDC_ARROW);
-  SetCursor(cursor);
-  return 0;
+const char* MonthGrid::CursorAt(POINT point) {
+  return DayAt(Layout(), point) > 0 ? "CUR_HAND1" : IDC_ARROW;
 }
 
 LRESULT MonthGrid::OnLButtonDown(const MessageRecord& record) {
@@ -114,14 +100,12 @@ void MonthGrid::PickDate(const core::Date& picked) {
 LRESULT MonthGrid::OnKeyDown(const MessageRecord& record) {
   const auto next = KeyDate(static_cast<unsigned>(record.wParam), date);
   if (!next) return DefaultProc(record);
-  if (record.wParam == VK_SPACE || !SameDate(*next, date)) PickDate(*next);
+  if (record.wParam == VK_SPACE || !core::IsSameDate(*next, date)) PickDate(*next);
   return 0;
 }
 
 void MonthGrid::Describe(int item, AccessiblePart* part) {
-  constexpr int kMonthNames = 2009;  // strings, + the month
-  constexpr int kWeekdayNames = 2022;
-  const std::string month = resources::FindText(kMonthNames + date.month);
+  const std::string month = resources::FindText(text::kJanuary + date.month - 1);
   const std::string year = std::to_string(date.year);
   if (item == kWholeWindow) {
     part->role = AccessibleRole::kCalendar;
@@ -132,9 +116,9 @@ void MonthGrid::Describe(int item, AccessiblePart* part) {
   }
   const core::Date day{item + 1, date.month, date.year};
   part->role = AccessibleRole::kDay;
-  part->name = resources::FindText(kWeekdayNames + core::Weekday(day));
+  part->name = resources::FindText(text::kSunday + core::Weekday(day));
   part->name += ", " + month + " " + std::to_string(day.day) + ", " + year;
-  if (SameDate(day, core::Today())) part->description = "Today";
+  if (core::IsSameDate(day, core::Today())) part->description = "Today";
   part->state = kAccessibleSelectable | (day.day == date.day ? kAccessibleSelected : 0);
   part->pressable = true;
   part->place = DayCell(Layout(), day.day);

@@ -5,7 +5,7 @@
 #pragma once
 
 #include "core/date_time.h"
-#include "framework/zarf_wnd.h"
+#include "framework/owner_drawn.h"
 #include "pickers/month_grid_geometry.h"
 
 constexpr unsigned kMonthGridId = 100;
@@ -17,7 +17,7 @@ struct CalendarColours {
   COLORREF today = RGB(255, 0, 0);
 };
 
-class MonthGrid : public ZarfWnd {
+class MonthGrid : public OwnerDrawn {
  public:
   explicit MonthGrid(const CalendarColours& colours);
 
@@ -27,14 +27,10 @@ class MonthGrid : public ZarfWnd {
   // the same or its year, month or day is none of the calendar's.
   bool SetDate(int year, int month, int day);
 
-  // Draws the month into an area of the layout's size at (0, 0).
-  void Paint(HDC hdc, const MonthGridLayout& layout, const core::Date& today) const;
+  void Paint(HDC hdc, const RECT& client) const override;
 
   int PrepareClass(WNDCLASS* windowClass) override;
-  void OnPaint(HDC hdc, PAINTSTRUCT paint) override;
   LRESULT OnEraseBkgnd(const MessageRecord& record) override;
-  LRESULT OnSetCursor(const MessageRecord& record) override;
-  LRESULT OnMouseMove(const MessageRecord& record) override;
   LRESULT OnLButtonDown(const MessageRecord& record) override;
   LRESULT OnCreate(const MessageRecord& record) override;
   // Arrows pick the next day or week, Home and End the month's first and last day, Page Up and Page Down the
@@ -45,13 +41,17 @@ class MonthGrid : public ZarfWnd {
   int ItemAt(POINT point) override;
   void DoAction(AccessibleAction action, int value) override;
 
+ protected:
+  std::optional<FocusMark> FocusMarkIn(const RECT& client) const override;
+  const char* CursorAt(POINT point) override;
+
  private:
-  MonthGridLayout Layout() const;
+  MonthGridLayout LayoutIn(const RECT& client) const;
+  MonthGridLayout Layout() const { return LayoutIn(ClientArea()); }
   void PickDate(const core::Date& picked);
   LRESULT TakeDrop(unsigned command, POINT screenPoint);
   void Report(unsigned code, const core::Date& reported);
 
   const CalendarColours colours;
   core::Date date;
-  HCURSOR cursor = nullptr;
 };

@@ -4,6 +4,7 @@
 
 #include "platform/desktop/menu.h"
 #include "resources/strings.h"
+#include "resources/text_ids.h"
 #include "shell/commands.h"
 #include "shell/web_pages.h"
 
@@ -16,24 +17,24 @@ struct MenuItem {
 };
 
 constexpr MenuItem kFileMenu[] = {
-    {ID_FILE_NEW, 200, true},
-    {ID_FILE_OPEN, 201, true},
+    {ID_FILE_NEW, text::kNewFileItem, true},
+    {ID_FILE_OPEN, text::kOpenFileItem, true},
     {0, 0, false},
-    {ID_FILE_SAVE_AS, 202, true},
-    {ID_COMPACT, 203, true},
+    {ID_FILE_SAVE_AS, text::kSaveAsItem, true},
+    {ID_COMPACT, text::kCompactItem, true},
     {0, 0, false},
-    {ID_IMPORT, 204, false},
-    {ID_EXPORT, 205, false},
+    {ID_IMPORT, text::kImportItem, false},
+    {ID_EXPORT, text::kExportItem, false},
     {0, 0, false},
-    {ID_PRINT, 206, false},
+    {ID_PRINT, text::kPrintReportItem, false},
     {0, 0, false},
-    {ID_PASSWORDS, 207, true},
+    {ID_PASSWORDS, text::kPasswordsItem, true},
     {0, 0, false},
-    {ID_OPTIONS, 208, true},
+    {ID_OPTIONS, text::kOptionsItem, true},
     {0, 0, false},
-    {ID_SKINS, 209, true},
+    {ID_SKINS, text::kSkinsItem, true},
     {0, 0, false},
-    {ID_EXIT, 210, true},
+    {ID_EXIT, text::kExitItem, true},
 };
 
 void Track(std::span<const MenuItem> items, HWND frame, POINT screenPoint) {
@@ -53,12 +54,12 @@ void TrackFileMenu(HWND frame, POINT screenPoint) {
 }
 void TrackHelpMenu(HWND frame, POINT screenPoint) {
   const MenuItem items[] = {
-      {ID_HELP_CONTENTS, 211, true},
+      {ID_HELP_CONTENTS, text::kHelpContentsItem, true},
       {0, 0, false},
-      {ID_COMPANY_WEB, 212, *kCompanyPage != '\0'},
-      {ID_PRODUCT_WEB, 213, *kProductPage != '\0'},
+      {ID_COMPANY_WEB, text::kCompanyWebItem, *kCompanyPage != '\0'},
+      {ID_PRODUCT_WEB, text::kProductWebItem, *kProductPage != '\0'},
       {0, 0, false},
-      {ID_ABOUT, 214, true},
+      {ID_ABOUT, text::kAboutItem, true},
   };
   Track(items, frame, screenPoint);
 }

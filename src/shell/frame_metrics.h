@@ -21,6 +21,10 @@ constexpr SIZE kLargeFrame = {560, 580};  // the maximized and the largest size
 constexpr int kCaptionButton = 15;        // side of a caption button's square
 constexpr int kCornerClip = 3;            // cut off diagonally at the two top corners
 
+constexpr SIZE SizeOf(const RECT& rect) {
+  return {Width(rect), Height(rect)};
+}
+
 // Where things lie in a window of this size, in window pixels.
 constexpr RECT TitleRect(SIZE window) {
   return {kFrameX - 1, kSizeFrameY, window.cx - (kFrameX - 1), kSizeFrameY + kCaptionHeight};

@@ -16,6 +16,10 @@ constexpr const char* kBuiltInButtons[3][kButtonStates] = {
     {"close_button1.bmp", "close_button2.bmp", "close_button3.bmp"},
 };
 
+// The title band where the skin has neither colour nor picture for it: something must cover what was there
+// before.
+constexpr COLORREF kPlainTitle = RGB(212, 210, 218);
+
 void StretchIfThere(HDC hdc, const std::unique_ptr<Bitmap>& picture, const RECT& rect) {
   if (picture != nullptr) hdc->StretchBitmap(*picture, rect);
 }
@@ -54,7 +58,11 @@ void PaintFrame(HDC hdc, SIZE window, const SkinRecord& skin, const std::string&
   hdc->FillRect({0, 0, kFrameX, height}, skin.colorFrame);
   hdc->FillRect({width - kFrameX, 0, width, height}, skin.colorFrame);
   hdc->FillRect({0, height - (kSizeFrameY + kBorderY), width, height}, skin.colorFrame);
-  if (skin.colorTitle != kUnsetColour) hdc->FillRect({0, 0, width, bandBottom}, skin.colorTitle);
+  if (skin.colorTitle != kUnsetColour) {
+    hdc->FillRect({0, 0, width, bandBottom}, skin.colorTitle);
+  } else if (skin.title == nullptr) {
+    hdc->FillRect({0, 0, width, bandBottom}, kPlainTitle);
+  }
   StretchIfThere(hdc, skin.title, {-1, 0, width + 1, bandBottom});
   StretchIfThere(hdc, skin.titleLeft, {0, 1, 4, bandBottom});
   StretchIfThere(hdc, skin.titleRight, {width - 4, 1, width, bandBottom});

@@ -11,7 +11,10 @@
 class ZarfPane;
 struct SkinRecord;
 
-// What a caption button shows: 0 normal, 1 the mouse is over it, 2 pressed.
+// What a caption button shows.
+constexpr int kNormalButton = 0;
+constexpr int kHotButton = 1;  // the mouse is over it
+constexpr int kPressedButton = 2;
 using CaptionStates = std::array<int, 3>;  // by CaptionButton
 
 // The frame of a window of this size, in window pixels, with its title (code page 1252).

@@ -10,8 +10,15 @@
 // The rectangle the frame was left at, in screen pixels. None when one of its four numbers is missing or its
 // top left corner lies off the desktop to the right or below.
 std::optional<RECT> ReadPlacement(const core::IniFile& settings, const RECT& desktop);
-void WritePlacement(const core::IniFile& settings, const RECT& window);
+// The number of the pane that was shown last; `other` when none is noted down.
+int ReadPane(const core::IniFile& settings, int other);
+// Notes both down, in one write: who closes the program should not have to wait for a busy file more than
+// once.
+void WriteFrameState(const core::IniFile& settings, const RECT& window, int pane);
 
-// The rectangle a frame takes when its maximize button is pressed: the large size, moved so that it ends on
-// the desktop (or begins on it, where that is too small), or the small one if it has just the large one.
-RECT MaximizedPlacement(const RECT& window, const RECT& desktop);
+// Whether a frame has the large one of its two sizes. A window manager may leave a pixel or two of what was
+// asked for where the screen's scale is no whole number.
+bool HasLargeSize(const RECT& window);
+// The rectangle of a frame that is to take the large size, moved so that it ends on the desktop (or begins on
+// it, where that is too small), or the small one.
+RECT MaximizedPlacement(const RECT& window, const RECT& desktop, bool large);

@@ -4,8 +4,6 @@
 
 #include "framework/drawing.h"
 #include "framework/fonts.h"
-#include "shell/application.h"
-#include "shell/main_frame.h"
 
 namespace {
 
@@ -24,8 +22,8 @@ LazyBitmap NumberedPicture(int id) {
 
 }  // namespace
 
-IntroPicture::IntroPicture(int newPictureId, COLORREF newBackground)
-    : background(newBackground), picture(NumberedPicture(newPictureId)) {
+IntroPicture::IntroPicture(const char* newProgram, int newPictureId, COLORREF newBackground)
+    : program(newProgram), background(newBackground), picture(NumberedPicture(newPictureId)) {
   if (newPictureId != kAnimatedPicture) return;
   for (int number = 1; number <= kLastFrame; ++number)
     frames.push_back(NumberedPicture(newPictureId + number));
@@ -45,27 +43,24 @@ void IntroPicture::Paint(HDC hdc, const RECT& client) const {
   Line(hdc, client.right - 1, client.top, client.right - 1, client.bottom);
 }
 
-void IntroPicture::OnPaint(HDC hdc, PAINTSTRUCT) {
-  RECT client;
-  GetClientRect(&client);
-  Paint(hdc, client);
-}
-
 void IntroPicture::Describe(int, AccessiblePart* part) {
   part->role = AccessibleRole::kPicture;
-  part->name = TheApp().ModuleName();
+  part->name = program;
 }
 
-ZarfIntroPane::ZarfIntroPane(const char* newName, const PaneColours& newColours, const Look& newLook)
-    : ZarfPane(newName, newColours), look(newLook), picture(newLook.pictureId, newLook.pictureBackground) {}
+ZarfIntroPane::ZarfIntroPane(const char* newName, const char* newProgram, const PaneColours& newColours,
+                             const Look& newLook)
+    : ZarfPane(newName, newColours),
+      program(newProgram),
+      look(newLook),
+      picture(newProgram, newLook.pictureId, newLook.pictureBackground) {}
 
 LRESULT ZarfIntroPane::OnCreate(const MessageRecord&) {
   return picture.Create(this) ? 0 : -1;
 }
 
 LRESULT ZarfIntroPane::OnSize(const MessageRecord&) {
-  RECT client;
-  GetClientRect(&client);
+  const RECT client = ClientArea();
   const bool tall = look.layout == Layout::kTallPicture;
   largeTextRect = tall ? RECT{150, 35, client.right, 54} : RECT{10, 130, client.right, 160};
   const SIZE size = tall ? kTallPictureSize : kWidePictureSize;
@@ -78,7 +73,6 @@ void ZarfIntroPane::Paint(HDC hdc, const RECT& client) const {
   const RECT stripRect{client.left, client.top, client.right, client.top + kStripHeight};
   if (const Bitmap* ground = strip.Get()) hdc->StretchBitmap(*ground, stripRect);
   if (const Bitmap* corner = stripCorner.Get()) hdc->DrawBitmap(*corner, client.left, client.top);
-  const std::string& program = TheApp().ModuleName();
   hdc->SelectFont(GetFont(FontSmall, 700));
   hdc->SetTextColor(Colours().stripText);
   hdc->DrawText(program.c_str(),
@@ -87,12 +81,6 @@ void ZarfIntroPane::Paint(HDC hdc, const RECT& client) const {
   hdc->SelectFont(GetFont(FontArial, 700));
   hdc->SetTextColor(look.largeText);
   hdc->DrawText(program.c_str(), largeTextRect, DT_LEFT);
-}
-
-void ZarfIntroPane::OnPaint(HDC hdc, PAINTSTRUCT) {
-  RECT client;
-  GetClientRect(&client);
-  Paint(hdc, client);
 }
 
 bool ZarfIntroPane::OnEnter() {
@@ -137,7 +125,7 @@ void ZarfIntroPane::Describe(int item, AccessiblePart* part) {
     return;
   }
   part->role = AccessibleRole::kText;
-  part->name = TheApp().ModuleName();
+  part->name = program;
   part->place = largeTextRect;
 }
 

@@ -2,33 +2,34 @@
 // letters and a picture, parts of which may change every few seconds until the page has told its story once.
 #pragma once
 
+#include <string>
 #include <vector>
 
 #include "framework/pane.h"
 #include "platform/desktop/bitmap.h"
 
 // The picture, at its own size, on a window of its own.
-class IntroPicture : public ZarfWnd {
+class IntroPicture : public OwnerDrawn {
  public:
   // The picture with this number that has further frames, the numbers that follow it.
   static constexpr int kAnimatedPicture = 4000;
   static constexpr int kLastFrame = 3;
 
-  // `newPictureId` names the picture; `newBackground` kNoColour leaves the ground to the window class.
-  IntroPicture(int newPictureId, COLORREF newBackground);
+  // `newPictureId` names the picture; `newBackground` kNoColour leaves the ground to the window class. It is
+  // called by the name of the program.
+  IntroPicture(const char* newProgram, int newPictureId, COLORREF newBackground);
 
   // 0 to kLastFrame; from 1 on a frame of an animated picture lies over its lower part.
   int Frame() const { return frame; }
   void SetFrame(int newFrame) { frame = newFrame; }
   // Marks the part that frames change to be painted.
   void InvalidateFrame();
-  // Draws it into `client`.
-  void Paint(HDC hdc, const RECT& client) const;
 
-  void OnPaint(HDC hdc, PAINTSTRUCT paint) override;
+  void Paint(HDC hdc, const RECT& client) const override;
   void Describe(int item, AccessiblePart* part) override;
 
  private:
+  const std::string program;
   const COLORREF background;
   int frame = 0;
   LazyBitmap picture;
@@ -47,18 +48,19 @@ class ZarfIntroPane : public ZarfPane {
     COLORREF largeText;
   };
 
-  ZarfIntroPane(const char* newName, const PaneColours& newColours, const Look& newLook);
+  // `newName` is the pane's, `newProgram` that of the program whose title page it is.
+  ZarfIntroPane(const char* newName, const char* newProgram, const PaneColours& newColours,
+                const Look& newLook);
 
   const IntroPicture& Picture() const { return picture; }
   bool TimerRuns() const { return timerRuns; }
-  // Draws the page, without the picture, into `client`.
-  void Paint(HDC hdc, const RECT& client) const;
+  // The page without the picture.
+  void Paint(HDC hdc, const RECT& client) const override;
 
   LRESULT OnCreate(const MessageRecord& record) override;
   LRESULT OnSize(const MessageRecord& record) override;
   LRESULT OnTimer(const MessageRecord& record) override;
   LRESULT OnClose(const MessageRecord& record) override;
-  void OnPaint(HDC hdc, PAINTSTRUCT paint) override;
   // The large name is its item.
   void Describe(int item, AccessiblePart* part) override;
   int ItemAt(POINT point) override;
@@ -70,6 +72,7 @@ class ZarfIntroPane : public ZarfPane {
  private:
   void StopTimer();
 
+  const std::string program;
   const Look look;
   IntroPicture picture;
   RECT largeTextRect;

@@ -1,60 +1,29 @@
 #include "shell/main_frame.h"
 
 #include <algorithm>
-#include <array>
-#include <iterator>
 
-#include "controls/list_refresh.h"
+#include "controls/watch_timer.h"
 #include "core/ini_file.h"
 #include "framework/animations.h"
-#include "framework/notices.h"
 #include "framework/pane.h"
-#include "framework/shell_services.h"
 #include "platform/desktop/application.h"
 #include "platform/desktop/cursor.h"
 #include "platform/desktop/frame.h"
-#include "shell/accelerators.h"
-#include "shell/application.h"
-#include "shell/application_object.h"
+#include "resources/text_ids.h"
 #include "shell/commands.h"
+#include "shell/copy_notices.h"
+#include "shell/frame_commands.h"
 #include "shell/frame_menus.h"
 #include "shell/frame_placement.h"
-#include "shell/options_dialog.h"
 #include "shell/skins.h"
-#include "shell/skins_dialog.h"
 #include "shell/skins_menu.h"
-#include "shell/web_pages.h"
+#include "shell/switches.h"
 
 namespace {
 
 constexpr UINT kHoverTimer = 3000;
 constexpr int kHoverMs = 100;
 constexpr int kMenuGap = 4;  // between a toolbar button and the menu under it
-
-constexpr CaptionButton kHoverOrder[] = {CaptionButton::kMaximize, CaptionButton::kMinimize,
-                                         CaptionButton::kClose};
-
-// Which accelerators work only while a certain pane is current.
-constexpr int kAnyPane = -1;
-struct AcceleratorCommand {
-  unsigned accelerator;
-  unsigned command;
-  LPARAM value = 0;
-  int pane = kAnyPane;
-};
-
-constexpr AcceleratorCommand kAcceleratorCommands[] = {
-    {kAccNew, ID_ITEM_NEW},          {kAccFind, ID_FIND},          {kAccNewFile, ID_FILE_NEW},
-    {kAccOpenFile, ID_FILE_OPEN},    {kAccPrint, ID_PRINT},        {kAccHelp, ID_HELP_CONTENTS},
-    {kAccFileMenu, ID_FILE_MENU},    {kAccHelpMenu, ID_HELP_MENU}, {kAccFirstPane, ID_PANE, 0},
-    {kAccSecondPane, ID_PANE, 1, 0}, {kAccCut, ID_CUT, 0, 1},      {kAccCopy, ID_COPY},
-    {kAccPaste, ID_PASTE},           {kAccUndo, ID_UNDO_DELETE},   {kAccOpenAttachment, ID_OPEN_ATTACHMENT},
-    {kAccEdit, ID_ITEM_EDIT},        {kAccDelete, ID_ITEM_DELETE},
-};
-
-SIZE SizeOf(const RECT& rect) {
-  return {Width(rect), Height(rect)};
-}
 
 void MoveTo(ZarfWnd& window, const RECT& rect) {
   window.Move(rect.left, rect.top, Width(rect), Height(rect), 0);
@@ -67,17 +36,8 @@ RECT ToScreen(HWND window, const RECT& rect) {
 
 }  // namespace
 
-ZarfWndApp::ZarfWndApp(const char* newModuleName, const char* newProductName, int newModuleKind)
-    : moduleName(newModuleName),
-      productName(newProductName),
-      windowClass("ZarfWndApp_" + moduleName),
-      moduleKind(newModuleKind) {
-  SetApplicationObject(this);
-}
-
-ZarfWndApp::~ZarfWndApp() {
-  SetApplicationObject(nullptr);
-}
+ZarfWndApp::ZarfWndApp(const char* newModuleName, const char* newProductName)
+    : moduleName(newModuleName), productName(newProductName), windowClass("ZarfWndApp_" + moduleName) {}
 
 // ---- The window's life ----
 
@@ -128,21 +88,32 @@ LRESULT ZarfWndApp::OnCreate(const MessageRecord&) {
 void ZarfWndApp::AddToolBarButtons() {
   constexpr int kOpensMenu = 1;
   constexpr int kPlain = 2;
-  toolBar->AddButton(ID_FILE_MENU, 2000, 3004, 3004, kOpensMenu);
-  toolBar->AddButton(ID_ITEM_NEW, 2001, 3000, 3000, kPlain);
-  toolBar->AddButton(ID_ITEM_EDIT, 2002, 3001, 3001, kPlain);
-  toolBar->AddButton(ID_ITEM_DELETE, 2003, 3002, 3002, kPlain);
-  toolBar->AddButton(ID_FIND, 2004, 3003, 3003, kPlain);
-  toolBar->AddButton(ID_HELP_MENU, 2005, 3005, 3005, kOpensMenu);
+  toolBar->AddButton(ID_FILE_MENU, 2000, text::kFileButton, text::kFileButton, kOpensMenu);
+  toolBar->AddButton(ID_ITEM_NEW, 2001, text::kNewButton, text::kNewButton, kPlain);
+  toolBar->AddButton(ID_ITEM_EDIT, 2002, text::kEditButton, text::kEditButton, kPlain);
+  toolBar->AddButton(ID_ITEM_DELETE, 2003, text::kDeleteButton, text::kDeleteButton, kPlain);
+  toolBar->AddButton(ID_FIND, 2004, text::kFindButton, text::kFindButton, kPlain);
+  toolBar->AddButton(ID_HELP_MENU, 2005, text::kHelpButton, text::kHelpButton, kOpensMenu);
 }
 
 LRESULT ZarfWndApp::OnClose(const MessageRecord& record) {
-  RECT window;
-  GetWindowRect(hwnd, &window);
-  WritePlacement(core::IniFile(), window);
+  SaveState();
   DestroyWindow(record.hwnd);
   UnloadSkin();
   return 0;
+}
+
+void ZarfWndApp::SaveState() {
+  const core::IniFile settings;
+  RECT window;
+  GetWindowRect(hwnd, &window);
+  // Where windows do not know their place the noted one is not to be lost; the size is the user's all the
+  // same.
+  if (!WindowsKnowTheirPlace()) {
+    const RECT noted = ReadPlacement(settings, AllScreensRect()).value_or(window);
+    window = {noted.left, noted.top, noted.left + Width(window), noted.top + Height(window)};
+  }
+  WriteFrameState(settings, window, CurrentPaneIndex());
 }
 
 LRESULT ZarfWndApp::OnDestroy(const MessageRecord&) {
@@ -159,7 +130,7 @@ LRESULT ZarfWndApp::OnNotice(const MessageRecord& record) {
   const bool ownNotice = record.lParam != 0 && record.lParam == reinterpret_cast<LPARAM>(hwnd);
   if (record.wParam == kNotifySettings && !ownNotice) {
     ReloadSwitches();
-    RearmListViews();
+    RearmWatchTimer();
   }
   if (record.wParam == kNotifySkin) RepaintSkin();
   return 0;
@@ -218,7 +189,7 @@ LRESULT ZarfWndApp::DrawFrame(HDC windowContext) {
   RECT window;
   GetWindowRect(hwnd, &window);
   if (windowContext != nullptr) {
-    PaintFrame(windowContext, SizeOf(window), *GetSkin(), GetWindowText(hwnd), captionStates);
+    PaintFrame(windowContext, SizeOf(window), *GetSkin(), GetWindowText(hwnd), buttons.States());
   }
   return 1;
 }
@@ -248,13 +219,6 @@ LRESULT ZarfWndApp::OnGetMinMaxInfo(const MessageRecord& record) {
 
 // ---- The mouse on the frame ----
 
-bool ZarfWndApp::OverButton(CaptionButton button, POINT screenPoint) const {
-  RECT window;
-  GetWindowRect(hwnd, &window);
-  const POINT point = {screenPoint.x - window.left, screenPoint.y - window.top};
-  return Contains(CaptionButtonRect(SizeOf(window), button), point);
-}
-
 bool ZarfWndApp::OverGrip(POINT screenPoint) const {
   RECT client;
   ::GetClientRect(hwnd, &client);
@@ -262,22 +226,10 @@ bool ZarfWndApp::OverGrip(POINT screenPoint) const {
          WindowFromPoint(screenPoint) == hwnd;
 }
 
-void ZarfWndApp::SetButtonState(CaptionButton button, int state) {
-  int& current = captionStates[static_cast<std::size_t>(button)];
-  if (current == state) return;
-  current = state;
-  InvalidateFrame(hwnd);
-}
-
 LRESULT ZarfWndApp::OnTimer(const MessageRecord& record) {
   if (record.wParam != kHoverTimer || GetForegroundWindow() != hwnd) return 0;
   const POINT mouse = GetCursorPos();
-  for (const CaptionButton button : kHoverOrder) {
-    if (!OverButton(button, mouse) && ButtonState(button) == 1) SetButtonState(button, 0);
-  }
-  for (const CaptionButton button : kHoverOrder) {
-    if (OverButton(button, mouse) && ButtonState(button) == 0) SetButtonState(button, 1);
-  }
+  buttons.ShowHover(mouse);
   if (OverGrip(mouse)) {
     cursor = LoadCursor(IDC_SIZENWSE);
     SetCursor(cursor);
@@ -298,33 +250,16 @@ LRESULT ZarfWndApp::OnNcHitTest(const MessageRecord& record) {
   return hit >= HTLEFT && hit <= HTBOTTOMLEFT ? HTNOWHERE : hit;
 }
 
-// A caption button shows pressed until the mouse is released, and acts if that is over it.
-void ZarfWndApp::TrackButton(CaptionButton button) {
-  SetButtonState(button, 2);
-  captured = true;
-  WaitForLeftButtonUp();
-  captured = false;
-  if (!IsWindow(hwnd)) return;
-  SetButtonState(button, 0);
-  if (OverButton(button, GetCursorPos())) PressButton(button);
-}
-
-void ZarfWndApp::PressButton(CaptionButton button) {
-  if (button == CaptionButton::kMaximize) Post(WM_SYSCOMMAND, SC_MAXIMIZE, 0);
-  if (button == CaptionButton::kMinimize) MinimizeWindow(hwnd);
-  if (button == CaptionButton::kClose) Post(WM_CLOSE, 0, 0);
-}
-
 void ZarfWndApp::SizeByGrip(POINT screenPoint) {
   SetCursor(LoadCursor(IDC_SIZENWSE));
+  largeAsked.reset();
   Send(WM_SYSCOMMAND, SC_SIZE | WMSZ_BOTTOMRIGHT, MakeLParam(screenPoint.x, screenPoint.y));
 }
 
 LRESULT ZarfWndApp::OnNcLButtonDown(const MessageRecord& record) {
   const POINT mouse = PointFromLParam(record.lParam);
-  for (const CaptionButton button : kHoverOrder) {
-    if (!OverButton(button, mouse)) continue;
-    TrackButton(button);
+  if (const auto button = buttons.At(mouse)) {
+    buttons.Track(*button);
     return 0;
   }
   RECT window;
@@ -338,12 +273,6 @@ LRESULT ZarfWndApp::OnNcLButtonDown(const MessageRecord& record) {
     SizeByGrip(mouse);
     return 0;
   }
-  return DefaultProc(record);
-}
-
-LRESULT ZarfWndApp::OnNcLButtonUp(const MessageRecord& record) {
-  if (captured) ReleaseCapture();
-  captured = false;
   return DefaultProc(record);
 }
 
@@ -363,13 +292,8 @@ LRESULT ZarfWndApp::OnNcRButtonDown(const MessageRecord& record) {
 }
 
 LRESULT ZarfWndApp::OnNcLButtonDblClk(const MessageRecord& record) {
-  RECT window;
-  GetWindowRect(hwnd, &window);
-  const POINT mouse = PointFromLParam(record.lParam);
   // A quick second press on a button is a press of the button.
-  for (const CaptionButton button : kHoverOrder) {
-    if (OverButton(button, mouse)) return OnNcLButtonDown(record);
-  }
+  if (buttons.At(PointFromLParam(record.lParam))) return OnNcLButtonDown(record);
   Post(WM_SYSCOMMAND, SC_MAXIMIZE, 0);
   return 0;
 }
@@ -393,56 +317,35 @@ LRESULT ZarfWndApp::OnSysCommand(const MessageRecord& record) {
 void ZarfWndApp::ToggleMaximize() {
   RECT window;
   GetWindowRect(hwnd, &window);
-  const RECT next = MaximizedPlacement(window, DesktopRect(hwnd));
+  // What was asked for counts, not what a window manager with other ideas made of it.
+  largeAsked = !largeAsked.value_or(HasLargeSize(window));
+  const RECT next = MaximizedPlacement(window, DesktopRect(hwnd), *largeAsked);
   MoveWindow(hwnd, next.left, next.top, Width(next), Height(next));
 }
 
 void ZarfWndApp::Describe(int item, AccessiblePart* part) {
-  constexpr const char* kNames[] = {"Minimize", "Maximize", "Close"};  // by CaptionButton
   if (item == kWholeWindow) {
-    part->items = static_cast<int>(std::size(kNames));
-    return;
+    part->items = buttons.Count();
+  } else {
+    buttons.Describe(item, part);
   }
-  RECT window;
-  GetWindowRect(hwnd, &window);
-  const auto button = static_cast<CaptionButton>(item);
-  const RECT place = CaptionButtonRect(SizeOf(window), button);
-  part->role = AccessibleRole::kButton;
-  part->name = kNames[item];
-  part->state = ButtonState(button) == 2 ? kAccessiblePressed : 0;
-  part->pressable = true;
-  part->place = {place.left - kFrameInsets.left, place.top - kFrameInsets.top,
-                 place.right - kFrameInsets.left, place.bottom - kFrameInsets.top};
 }
 
 int ZarfWndApp::ItemAt(POINT point) {
-  const POINT screenPoint = ClientToScreen(hwnd, point);
-  for (const CaptionButton button : kHoverOrder) {
-    if (OverButton(button, screenPoint)) return static_cast<int>(button);
-  }
-  return -1;
+  const auto button = buttons.At(ClientToScreen(hwnd, point));
+  return button ? static_cast<int>(*button) : -1;
 }
 
 void ZarfWndApp::DoAction(AccessibleAction action, int value) {
-  const bool button = value >= 0 && value <= static_cast<int>(CaptionButton::kClose);
-  if (action == AccessibleAction::kPress && button) PressButton(static_cast<CaptionButton>(value));
+  if (action == AccessibleAction::kPress && value >= 0 && value < buttons.Count())
+    buttons.Press(static_cast<CaptionButton>(value));
 }
 
 // ---- Commands ----
 
-bool ZarfWndApp::PostAccelerator(unsigned accelerator) {
-  const auto* const found = std::find_if(
-      std::begin(kAcceleratorCommands), std::end(kAcceleratorCommands),
-      [accelerator](const AcceleratorCommand& entry) { return entry.accelerator == accelerator; });
-  if (found == std::end(kAcceleratorCommands)) return false;
-  if (found->pane == kAnyPane || found->pane == CurrentPaneIndex())
-    Post(WM_COMMAND, found->command, found->value);
-  return true;
-}
-
 LRESULT ZarfWndApp::OnCommand(const MessageRecord& record) {
   const unsigned id = LowWord(record.wParam);
-  if (PostAccelerator(id)) return 0;
+  if (PostAccelerator(hwnd, id)) return 0;
   switch (id) {
     case ID_PANE:
       SwitchPane(static_cast<int>(record.lParam), true);
@@ -456,26 +359,8 @@ LRESULT ZarfWndApp::OnCommand(const MessageRecord& record) {
     case ID_HELP_CONTENTS:
       ShowHelp(0);
       return 0;
-    case ID_PRODUCT_WEB:
-      ShellOpen(kProductPage);
-      return 0;
-    case ID_COMPANY_WEB:
-      ShellOpen(kCompanyPage);
-      return 0;
-    case ID_OPTIONS:
-      ShowOptionsDialog(this);
-      return 0;
-    case ID_SKINS:
-      ShowSkinsDialog(this);
-      return 0;
-    case ID_EXIT:
-      Post(WM_CLOSE, 0, 0);
-      return 0;
-    case ID_ABOUT:
-      ShowInfo(this, ProductName() + " " + ModuleName() + " " DAYBRIX_VERSION);
-      return 0;
     default:
-      if (id >= ID_FIRST_SKIN && id <= ID_LAST_SKIN) SelectSkin(static_cast<int>(id - ID_FIRST_SKIN));
+      RunFrameCommand(*this, id, ProductName() + " " + ModuleName() + " " DAYBRIX_VERSION);
       return 0;
   }
 }

@@ -1,27 +1,26 @@
 // The program's one top-level window and, at the same time, its application object: it is there, without a
-// window, before anything else, and is what TheApp() answers. It draws its own frame from the skin (a title
-// band with three caption buttons, borders, a grip in the corner) and holds, top to bottom, the pane bar, the
-// toolbar and the current pane. A program derives its own class from it and adds its panes and commands.
+// window, before anything else. It draws its own frame from the skin (a title band with three caption
+// buttons, borders, a grip in the corner) and holds, top to bottom, the pane bar, the toolbar and the current
+// pane. A program derives its own class from it and adds its panes and commands.
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "controls/toolbar.h"
 #include "framework/zarf_wnd.h"
-#include "shell/frame_painting.h"
+#include "shell/frame_buttons.h"
 #include "shell/pane_bar.h"
 
 class ZarfWndApp : public ZarfWnd {
  public:
   // `newModuleName` forms the window's class name and the name of the single-instance guard, `newProductName`
-  // is the title, `newModuleKind` is 1 for the calendar. At most one object exists at a time.
-  ZarfWndApp(const char* newModuleName, const char* newProductName, int newModuleKind);
-  ~ZarfWndApp() override;
+  // is the title.
+  ZarfWndApp(const char* newModuleName, const char* newProductName);
 
   const std::string& ModuleName() const { return moduleName; }
   const std::string& ProductName() const { return productName; }
-  int ModuleKind() const { return moduleKind; }
   // "ZarfWndApp_" and the module's name: class of the window, name of the guard.
   const std::string& WindowClass() const { return windowClass; }
 
@@ -32,7 +31,7 @@ class ZarfWndApp : public ZarfWnd {
   int PrepareClass(WNDCLASS* windowClassRecord) override;
   int PreCreate(char title[kTitleSize], DWORD* style, int placement[4]) override;
   LRESULT OnCreate(const MessageRecord& record) override;
-  // Saves the placement, destroys the window and frees what it drew with.
+  // Saves the placement and the pane shown, destroys the window and frees what it drew with.
   LRESULT OnClose(const MessageRecord& record) override;
   // Ends the message loop.
   LRESULT OnDestroy(const MessageRecord& record) override;
@@ -53,7 +52,6 @@ class ZarfWndApp : public ZarfWnd {
   LRESULT OnNcLButtonDblClk(const MessageRecord& record) override;
   LRESULT OnNcLButtonDown(const MessageRecord& record) override;
   LRESULT OnNcRButtonDown(const MessageRecord& record) override;
-  LRESULT OnNcLButtonUp(const MessageRecord& record) override;
   LRESULT OnNcHitTest(const MessageRecord& record) override;
   LRESULT OnNcPaint(const MessageRecord& record) override;
   LRESULT OnNcActivate(const MessageRecord& record) override;
@@ -71,33 +69,24 @@ class ZarfWndApp : public ZarfWnd {
   // Opens the help; the plain frame has none and beeps.
   virtual void ShowHelp(int topic);
 
- protected:
-  ZarfToolBar& ToolBar() { return *toolBar; }
-
  private:
   LRESULT OnNotice(const MessageRecord& record);
-  bool PostAccelerator(unsigned accelerator);
   void AddToolBarButtons();
   void PlaceChildren();
   void ShapeWindow();
   void RepaintSkin();
+  void SaveState();
   void ToggleMaximize();
   void SizeByGrip(POINT screenPoint);
-  void TrackButton(CaptionButton button);
-  void PressButton(CaptionButton button);
-  void SetButtonState(CaptionButton button, int state);
-  int ButtonState(CaptionButton button) const { return captionStates[static_cast<std::size_t>(button)]; }
-  bool OverButton(CaptionButton button, POINT screenPoint) const;
   bool OverGrip(POINT screenPoint) const;
   POINT MenuCorner(unsigned button) const;
 
   std::string moduleName;
   std::string productName;
   std::string windowClass;
-  int moduleKind;
 
-  bool captured = false;
-  CaptionStates captionStates{};
+  FrameButtons buttons{*this};
+  std::optional<bool> largeAsked;  // by the last maximize; none when the user has sized the window since
   HCURSOR cursor = nullptr;
   std::unique_ptr<ZarfToolBar> toolBar;
   std::unique_ptr<ZarfPaneBar> paneBar;

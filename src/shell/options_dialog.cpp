@@ -2,23 +2,19 @@
 
 #include <cstdio>
 #include <string>
+#include <vector>
 
-#include "controls/list_refresh.h"
+#include "controls/watch_timer.h"
 #include "core/ini_file.h"
+#include "framework/notices.h"
 #include "framework/services.h"
 #include "platform/system/program_folder.h"
 #include "platform/system/program_start.h"
-#include "shell/application.h"
-#include "shell/main_frame.h"
+#include "shell/copy_notices.h"
 
 namespace {
 
 constexpr int kTemplate = 1003;
-constexpr int kSoundBox = 100;
-constexpr int kAnimationBox = 101;
-constexpr int kSplashBox = 102;
-constexpr int kRefreshList = 103;
-constexpr int kTrayBox = 104;
 
 constexpr const char* kSection = "Preference";
 constexpr const char* kRefreshKey = "NetworkRefresh";
@@ -29,7 +25,9 @@ struct Switch {
   int box;
   const char* key;
 };
-constexpr Switch kSwitches[] = {{kSoundBox, "Sound"}, {kAnimationBox, "Annimation"}, {kSplashBox, "Splash"}};
+constexpr Switch kSwitches[] = {{OptionsDialog::kSoundBox, "Sound"},
+                                {OptionsDialog::kAnimationBox, "Annimation"},
+                                {OptionsDialog::kSplashBox, "Splash"}};
 
 core::IniFile Settings() {
   return core::IniFile("Daybrix.ini");
@@ -52,41 +50,40 @@ LRESULT OptionsDialog::OnInitDialog(const MessageRecord&) {
   const core::IniFile settings = Settings();
   for (const auto& [box, key] : kSwitches) CheckDlgButton(hwnd, box, IsShownOn(settings, key));
   const bool trayRuns = platform::ProgramRuns(TrayProgram());
-  CheckDlgButton(hwnd, kTrayBox, trayRuns);
-  EnableWindow(GetDlgItem(hwnd, kTrayBox), !trayRuns);
+  tray.Check(trayRuns);
+  tray.Enable(!trayRuns);
   for (int seconds = 1; seconds <= kMostSeconds; ++seconds) {
-    char text[16];
-    std::snprintf(text, sizeof text, "%d sec.", seconds);
-    SendItemMessage(kRefreshList, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(text));
+    refresh.Add(std::to_string(seconds) + " sec.");
   }
   std::int32_t seconds = kUsualSeconds;
   settings.ReadInt(kSection, kRefreshKey, seconds);
-  const int line = seconds >= 1 && seconds <= kMostSeconds ? seconds - 1 : -1;
-  SendItemMessage(kRefreshList, CB_SETCURSEL, static_cast<WPARAM>(line), 0);
-  CenterOver(Parent(), hwnd);
+  refresh.Select(seconds >= 1 && seconds <= kMostSeconds ? seconds - 1 : -1);
   return 1;
 }
 
 LRESULT OptionsDialog::OnCommand(const MessageRecord& record) {
   if (LowWord(record.wParam) != IDOK) return ZarfDialog::OnCommand(record);
   Save();
-  const bool trayWanted = IsDlgButtonChecked(hwnd, kTrayBox) && IsWindowEnabled(GetDlgItem(hwnd, kTrayBox));
+  const bool trayWanted = tray.Checked() && IsWindowEnabled(tray.Handle());
   if (trayWanted && !platform::ProgramRuns(TrayProgram())) platform::StartProgram(TrayProgram());
   EndDialog(1);
   return 1;
 }
 
 void OptionsDialog::Save() {
-  const core::IniFile settings = Settings();
+  std::vector<core::IniEntry> entries;
   for (const auto& [box, key] : kSwitches)
-    settings.WriteString(kSection, key, IsDlgButtonChecked(hwnd, box) ? "1" : "0");
+    entries.push_back({key, IsDlgButtonChecked(hwnd, box) ? "1" : "0"});
+  entries.push_back({kRefreshKey, std::to_string(refresh.Selected() + 1)});
+  const core::IniFile settings = Settings();
+  const bool saved = settings.Write(kSection, entries);
   SetSoundEnabled(IsDlgButtonChecked(hwnd, kSoundBox) ? 1 : 0);
   SetAnimationEnabled(IsDlgButtonChecked(hwnd, kAnimationBox) ? 1 : 0);
-  const LRESULT line = SendItemMessage(kRefreshList, CB_GETCURSEL, 0, 0);
-  settings.WriteInt(kSection, kRefreshKey, static_cast<std::int32_t>(line) + 1);
-  RearmListViews();
+  RearmWatchTimer();
+  if (!saved)
+    ShowInfo(this, "The options last until the program ends: " + settings.Path() + " cannot be written.");
 }
 
-void ShowOptionsDialog(ZarfWnd* owner) {
-  if (OptionsDialog().Open(owner, kTemplate) > 0) BroadcastNotify(kNotifySettings, TheApp().Handle());
+void ShowOptionsDialog(ZarfWnd& frame) {
+  if (OptionsDialog().Open(&frame, kTemplate) > 0) BroadcastNotify(kNotifySettings, frame.Handle());
 }

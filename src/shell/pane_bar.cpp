@@ -59,12 +59,6 @@ void ZarfPaneBar::Paint(HDC hdc, const RECT& client) const {
   }
 }
 
-void ZarfPaneBar::OnPaint(HDC hdc, PAINTSTRUCT) {
-  RECT client;
-  GetClientRect(&client);
-  Paint(hdc, client);
-}
-
 LRESULT ZarfPaneBar::OnLButtonDown(const MessageRecord& record) {
   TurnTo(ItemAt(PointFromLParam(record.lParam)));
   return 0;
@@ -89,19 +83,15 @@ void ZarfPaneBar::Describe(int item, AccessiblePart* part) {
     part->currentItem = PaneCount() > 0 ? CurrentPaneIndex() : -1;
     return;
   }
-  RECT client;
-  GetClientRect(&client);
   part->role = AccessibleRole::kTab;
   part->name = PaneList()[static_cast<std::size_t>(item)]->Name();
   part->state = kAccessibleSelectable | (item == CurrentPaneIndex() ? kAccessibleSelected : 0);
   part->pressable = true;
-  part->place = SectionRect(Height(client), item);
+  part->place = SectionRect(ClientArea().bottom, item);
 }
 
 int ZarfPaneBar::ItemAt(POINT point) {
-  RECT client;
-  GetClientRect(&client);
-  return SectionAt(Height(client), PaneCount(), point);
+  return SectionAt(ClientArea().bottom, PaneCount(), point);
 }
 
 void ZarfPaneBar::DoAction(AccessibleAction, int value) {

@@ -5,20 +5,18 @@
 
 #include <memory>
 
-#include "framework/zarf_wnd.h"
+#include "framework/owner_drawn.h"
 #include "platform/desktop/bitmap.h"
 
-class ZarfPaneBar : public ZarfWnd {
+class ZarfPaneBar : public OwnerDrawn {
  public:
   ZarfPaneBar() = default;
   ~ZarfPaneBar() override;
 
-  // Draws the bar into `client`.
-  void Paint(HDC hdc, const RECT& client) const;
+  void Paint(HDC hdc, const RECT& client) const override;
 
   int PrepareClass(WNDCLASS* windowClass) override;
   LRESULT OnCreate(const MessageRecord& record) override;
-  void OnPaint(HDC hdc, PAINTSTRUCT paint) override;
   LRESULT OnLButtonDown(const MessageRecord& record) override;
   // Hands the press to the frame, which has a menu for it.
   LRESULT OnRButtonDown(const MessageRecord& record) override;

@@ -2,15 +2,17 @@
 
 #include <strings.h>
 
+#include <algorithm>
 #include <optional>
 #include <string_view>
 #include <utility>
 
 #include "core/ini_file.h"
+#include "framework/notices.h"
 #include "platform/system/file.h"
 #include "platform/system/profile_file.h"
 #include "platform/system/program_folder.h"
-#include "shell/application.h"
+#include "shell/copy_notices.h"
 #include "shell/skin_colour.h"
 
 namespace {
@@ -164,9 +166,13 @@ std::string CurrentSkinFile() {
   return name;
 }
 
-void ChooseSkin(const std::string& fileName) {
-  core::IniFile("Daybrix.ini").WriteString(kSection, kCurrentKey, fileName);
-  BroadcastNotify(kNotifySkin, nullptr);
+void ChooseSkin(ZarfWnd* owner, const std::string& fileName) {
+  const core::IniFile settings("Daybrix.ini");
+  if (settings.WriteString(kSection, kCurrentKey, fileName)) {
+    BroadcastNotify(kNotifySkin, nullptr);
+  } else {
+    ShowInfo(owner, "The skin was not changed: " + settings.Path() + " cannot be written.");
+  }
 }
 
 bool IsCurrentSkin(const std::string& fileName) {
@@ -176,7 +182,12 @@ bool IsCurrentSkin(const std::string& fileName) {
 std::vector<SkinListEntry> BuildSkinList() {
   const std::string styles = SkinsFolder();
   std::vector<SkinListEntry> skins;
-  for (std::string& fileName : platform::ListFolder(styles)) {
+  std::vector<std::string> fileNames = platform::ListFolder(styles);
+  std::sort(fileNames.begin(), fileNames.end(), [](const std::string& one, const std::string& other) {
+    const int order = strcasecmp(one.c_str(), other.c_str());
+    return order != 0 ? order < 0 : one < other;
+  });
+  for (std::string& fileName : fileNames) {
     if (!EndsAsSkin(fileName)) continue;
     const std::string file = ReadSkinFile(std::string(styles).append("/").append(fileName));
     std::string name;

@@ -15,6 +15,8 @@
 #include "platform/desktop/bitmap.h"
 #include "platform/desktop/types.h"
 
+class ZarfWnd;
+
 // A colour that the skin does not give. It is drawn as it stands, RGB(5, 0, 0), except where a header says
 // otherwise.
 constexpr COLORREF kUnsetColour = 5;
@@ -35,7 +37,7 @@ struct SkinRecord {
   COLORREF colorBack = kUnsetColour;
   COLORREF colorBackUp = kUnsetColour;
   COLORREF colorBackDown = kUnsetColour;
-  COLORREF colorTitle = kUnsetColour;  // unset: the title band is not filled
+  COLORREF colorTitle = kUnsetColour;  // unset, without a picture: a plain colour of the frame's
   COLORREF colorTitleUp = kUnsetColour;
   COLORREF colorTitleDown = kUnsetColour;
   COLORREF colorFrame = kUnsetColour;
@@ -56,8 +58,9 @@ void ReloadSkin();
 // The file name of the current skin, at most 259 bytes; "1_Metallic.ini" when the settings name none. The
 // file need not exist.
 std::string CurrentSkinFile();
-// Makes a skin the current one and tells every running copy, this one included.
-void ChooseSkin(const std::string& fileName);
+// Makes a skin the current one and tells every running copy, this one included; or tells the user, over
+// `owner`, that the settings cannot be written.
+void ChooseSkin(ZarfWnd* owner, const std::string& fileName);
 // Whether a skin file of a list is the current one: letter case does not count.
 bool IsCurrentSkin(const std::string& fileName);
 
@@ -67,6 +70,6 @@ struct SkinListEntry {
   std::string name;      // to show, in code page 1252, at most 254 bytes
   std::string fileName;  // in the skins folder
 };
-// The skins to choose from: files "*.ini" of the skins folder that have a name, in the order in which the
-// folder lists them, the first kMostSkins.
+// The skins to choose from: files "*.ini" of the skins folder that have a name, in the order of their file
+// names (letter case does not count), the first kMostSkins.
 std::vector<SkinListEntry> BuildSkinList();

@@ -1,27 +1,21 @@
 #include "shell/skins_dialog.h"
 
-#include "framework/services.h"
-
 namespace {
 
 constexpr int kTemplate = 2020;
-constexpr int kSkinList = 100;
 
 }  // namespace
 
 LRESULT SkinsDialog::OnInitDialog(const MessageRecord&) {
   skins = BuildSkinList();
-  SendItemMessage(kSkinList, LB_RESETCONTENT, 0, 0);
   int current = -1;
   for (const SkinListEntry& skin : skins) {
-    const auto line =
-        SendItemMessage(kSkinList, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(skin.name.c_str()));
-    if (current < 0 && IsCurrentSkin(skin.fileName)) current = static_cast<int>(line);
+    const int line = list.Add(skin.name);
+    if (current < 0 && IsCurrentSkin(skin.fileName)) current = line;
   }
   EnableWindow(GetDlgItem(hwnd, IDOK), false);
-  SendItemMessage(kSkinList, LB_SETCURSEL, static_cast<WPARAM>(current), 0);
-  SetFocus(GetDlgItem(hwnd, kSkinList));
-  CenterOver(Parent(), hwnd);
+  list.Select(current);
+  list.Focus();
   return 0;
 }
 
@@ -32,8 +26,8 @@ LRESULT SkinsDialog::OnCommand(const MessageRecord& record) {
       if (HighWord(record.wParam) == LBN_DBLCLK) Post(WM_COMMAND, IDOK, 0);
       return 0;
     case IDOK: {
-      const LRESULT chosen = SendItemMessage(kSkinList, LB_GETCURSEL, 0, 0);
-      if (chosen >= 0) ChooseSkin(skins[static_cast<std::size_t>(chosen)].fileName);
+      const int chosen = list.Selected();
+      if (chosen >= 0) ChooseSkin(this, skins[static_cast<std::size_t>(chosen)].fileName);
       EndDialog(1);
       return 1;
     }

@@ -3,15 +3,18 @@
 
 #include <vector>
 
-#include "framework/zarf_dialog.h"
+#include "framework/dialog_items.h"
 #include "shell/skins.h"
 
 class SkinsDialog : public ZarfDialog {
  public:
+  enum ControlId { kSkinList = 100 };
+
   LRESULT OnInitDialog(const MessageRecord& record) override;
   LRESULT OnCommand(const MessageRecord& record) override;
 
  private:
+  ListItem list{*this, kSkinList};
   std::vector<SkinListEntry> skins;  // line by line as in the list box
 };
 

@@ -31,7 +31,7 @@ void ShowSkinsMenu(ZarfWnd& owner) {
   DestroyMenu(menu);
 }
 
-void SelectSkin(int index) {
+void SelectSkin(ZarfWnd* owner, int index) {
   if (index < 0 || !std::cmp_less(index, OfferedSkins().size())) return;
-  ChooseSkin(OfferedSkins()[static_cast<std::size_t>(index)].fileName);
+  ChooseSkin(owner, OfferedSkins()[static_cast<std::size_t>(index)].fileName);
 }

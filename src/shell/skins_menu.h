@@ -9,5 +9,5 @@ class ZarfWnd;
 void ShowSkinsMenu(ZarfWnd& owner);
 
 // Makes the skin at a place of the last menu the current one and tells every running copy, this one included.
-// A place that is not in it is ignored.
-void SelectSkin(int index);
+// A place that is not in it is ignored. `owner` is what a failure is told over.
+void SelectSkin(ZarfWnd* owner, int index);

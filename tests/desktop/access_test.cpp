@@ -266,7 +266,8 @@ TEST_F(Access, DaysAreReadAndPicked) {
   host.commands.clear();
   Press({VK_END, 'A'});
   EXPECT_TRUE(host.commands.empty()) << "where it is already";
-  for (const auto& [date, key] : {std::pair{core::kFirstDate, VK_UP}, std::pair{core::kLastDate, VK_RIGHT}}) {
+  for (const auto& [date, key] :
+       {std::pair{core::kFirstDate, VK_UP}, std::pair{core::LastDate(), VK_RIGHT}}) {
     calendar.SetDate(date.year, date.month, date.day);
     Press({key});
     EXPECT_EQ(core::DayIndex(calendar.Date()), core::DayIndex(date)) << "the edge of the calendar";

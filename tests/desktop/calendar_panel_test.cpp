@@ -4,29 +4,35 @@
 
 #include <cerrno>
 #include <filesystem>
+#include <functional>
 
-#include "core/calendar_file.h"
+#include "calendar/dialogs/appointment_editor.h"
+#include "core/calendar/calendar_file.h"
+#include "core/store/file_passwords.h"
 #include "framework/services.h"
+#include "platform/desktop/dialog.h"
 #include "platform/desktop/message_box.h"
 #include "platform/system/profile_file.h"
-#include "shell/application.h"
 #include "shell/commands.h"
+#include "shell/copy_notices.h"
 #include "support/calendar_program.h"
 #include "support/faulty_calls.h"
 #include "support/temporary_calendar.h"
+#include "support/windows.h"
 
 namespace tests {
 namespace {
 
 // A + before a field of a record makes a copy: a reference to it would not be aligned.
 
-constexpr int kSubjectEdit = 103;
-constexpr int kCategoryBox = 104;
-
 using Texts = std::vector<std::string>;
 
 Entry Today(std::string_view subject) {
   return Entry(subject).On(14, 3, 2004);
+}
+
+void Set(const char* key, const char* value) {
+  platform::WriteProfileString(CalendarProgramFolder() + "/Daybrix.ini", "Preference", key, value);
 }
 
 // A calendar with three appointments of the program's today.
@@ -43,10 +49,11 @@ class CalendarPanelTest : public testing::Test {
     EXPECT_TRUE(calendar.file.ReadSlot(&appointment, offset));
     return appointment;
   }
-  void ClickRow(int row) { program.driver.Click(program.List(), program.RowPoint(row)); }
-  void PressInList(unsigned key) { program.driver.Press(program.List(), key); }
+  void ClickRow(int row) { driver.Click(program.List(), program.RowPoint(row)); }
+  void PressInList(unsigned key) { driver.Press(program.List(), key); }
 
   CalendarProgram program;
+  DesktopDriver& driver = program.driver;
   TemporaryCalendar calendar;
 };
 
@@ -56,15 +63,15 @@ TEST_F(CalendarPanelTest, ShowsTheDayThatIsChosen) {
   calendar.Add(Entry("Other year").On(14, 2, 2006));
   program.Run(calendar.Path(), [&] {
     EXPECT_EQ(program.Subjects(), (Texts{"Whole", "First", "Second"}));
-    program.driver.Click(program.Days(), program.DayPoint(20));
+    driver.Click(program.Days(), program.DayPoint(20));
     EXPECT_EQ(program.Subjects(), Texts{"Other day"});
-    program.driver.Click(program.Days(), program.DayPoint(14));
-    program.driver.Click(program.Panel().Calendar().Handle(), {5, 121});  // the month before
+    driver.Click(program.Days(), program.DayPoint(14));
+    driver.Click(program.Panel().Calendar().Handle(), {5, 121});  // the month before
     EXPECT_EQ(program.Subjects(), Texts{"Other month"});
-    program.driver.ChooseMenuItem("2006");
-    program.driver.Click(program.Panel().Calendar().Handle(), {5, 8});
+    driver.ChooseMenuItem("2006");
+    driver.Click(program.Panel().Calendar().Handle(), {5, 8});
     EXPECT_EQ(program.Subjects(), Texts{"Other year"});
-    program.driver.Click(program.Panel().Calendar().Handle(), {54, 121});  // today
+    driver.Click(program.Panel().Calendar().Handle(), {54, 121});  // today
     EXPECT_EQ(program.Subjects().size(), 3U);
   });
 }
@@ -73,23 +80,23 @@ TEST_F(CalendarPanelTest, ShowsTheCategoryThatIsChosen) {
   program.Run(calendar.Path(), [&] {
     program.ChooseCategory("Calls");
     EXPECT_EQ(program.Subjects(), Texts{"First"});
-    program.driver.Click(program.Days(), program.DayPoint(15));
-    EXPECT_EQ(program.Panel().CategoryFilter(), "Calls");
+    driver.Click(program.Days(), program.DayPoint(15));
+    EXPECT_EQ(program.Session().Filter(), "Calls");
     EXPECT_STREQ(program.Panel().Categories().Caption(), "Calls");
-    program.driver.Click(program.Days(), program.DayPoint(14));
+    driver.Click(program.Days(), program.DayPoint(14));
     program.ChooseCategory("All Categories");
     EXPECT_EQ(program.Subjects().size(), 3U);
-    EXPECT_EQ(program.driver.LastMenu().size(), 19U);  // all, the fifteen names, the editor
+    EXPECT_EQ(driver.LastMenu().size(), 19U);  // all, the fifteen names, the editor
   });
 }
 
 TEST_F(CalendarPanelTest, InsertAddsOneSlotAndSelectsItsRow) {
   const std::string before = calendar.Bytes();
   program.Run(calendar.Path(), [&] {
-    program.driver.WhenDialogOpens([&](HWND dialog) {
-      program.driver.TypeInto(dialog, kSubjectEdit, "Caf\xE9");
-      program.driver.TypeInto(dialog, kCategoryBox, "Travel");
-      program.driver.ClickControl(dialog, IDOK);
+    driver.WhenDialogOpens([&](HWND dialog) {
+      driver.TypeInto(dialog, AppointmentEditor::kSubjectEdit, "Caf\xE9");
+      driver.TypeInto(dialog, AppointmentEditor::kCategoryBox, "Travel");
+      driver.ClickControl(dialog, IDOK);
     });
     PressInList(VK_INSERT);
     EXPECT_EQ(program.Subjects(), (Texts{"Whole", "First", "Caf\xE9", "Second"}));
@@ -119,19 +126,19 @@ TEST_F(CalendarPanelTest, EnterEditsTheSelectedRow) {
   program.Run(calendar.Path(), [&] {
     PressInList(VK_RETURN);  // nothing is selected: nothing happens
     ClickRow(1);
-    program.driver.WhenDialogOpens([&](HWND dialog) {
+    driver.WhenDialogOpens([&](HWND dialog) {
       EXPECT_TRUE(Read(5252).header.editLock == 1 && Read(2625).header.editLock == 0);
-      program.driver.TypeInto(dialog, kSubjectEdit, "Renamed");
-      program.driver.Press(dialog, VK_RETURN);
+      driver.TypeInto(dialog, AppointmentEditor::kSubjectEdit, "Renamed");
+      driver.Press(dialog, VK_RETURN);
     });
     PressInList(VK_RETURN);
     EXPECT_EQ(program.Subjects(), (Texts{"Whole", "Renamed", "Second"}));
     EXPECT_EQ(program.Selected(), "Renamed");
-    program.driver.WhenDialogOpens([&](HWND dialog) {
-      program.driver.TypeInto(dialog, kSubjectEdit, "Not this");
-      program.driver.Press(dialog, VK_ESCAPE);
+    driver.WhenDialogOpens([&](HWND dialog) {
+      driver.TypeInto(dialog, AppointmentEditor::kSubjectEdit, "Not this");
+      driver.Press(dialog, VK_ESCAPE);
     });
-    program.driver.DoubleClick(program.List(), program.RowPoint(1));
+    driver.DoubleClick(program.List(), program.RowPoint(1));
     EXPECT_EQ(program.Selected(), "Renamed");
   });
   EXPECT_EQ(Read(5252).header.editLock, 0);
@@ -143,11 +150,11 @@ TEST_F(CalendarPanelTest, EnterEditsTheSelectedRow) {
 TEST_F(CalendarPanelTest, DeleteAsksFirst) {
   program.Run(calendar.Path(), [&] {
     ClickRow(1);
-    program.driver.AnswerMessageBox("Do you want to delete this Tempoline appointment ?", IDNO);
+    driver.AnswerMessageBox("Do you want to delete this Tempoline appointment ?", IDNO);
     PressInList(VK_DELETE);
     EXPECT_EQ(program.Subjects().size(), 3U);
     EXPECT_EQ(Read(5252).header.editLock, 0);
-    program.driver.AnswerMessageBox("Do you want to delete this Tempoline appointment ?", IDYES);
+    driver.AnswerMessageBox("Do you want to delete this Tempoline appointment ?", IDYES);
     PressInList(VK_DELETE);
     EXPECT_EQ(program.Subjects(), (Texts{"Whole", "Second"}));
     EXPECT_EQ(program.Panel().List().SelectedItem(), -1);
@@ -165,13 +172,13 @@ TEST_F(CalendarPanelTest, KeysMoveTheSelectionAndAMenuOpens) {
     EXPECT_EQ(program.Selected(), "Second");
     PressInList(VK_ESCAPE);
     EXPECT_EQ(program.Selected(), "");
-    program.driver.ChooseMenuItem("");
-    program.driver.RightClick(program.List(), program.RowPoint(8));
-    EXPECT_EQ(program.driver.LastMenu(), (Texts{"New...", "(Edit...)", "(Delete...)"}));
-    program.driver.ChooseMenuItem("Delete...");
-    program.driver.AnswerMessageBox("delete this Tempoline", IDYES);
-    program.driver.RightClick(program.List(), program.RowPoint(0));
-    program.driver.WaitUntil([&] { return program.Subjects().size() == 2; });
+    driver.ChooseMenuItem("");
+    driver.RightClick(program.List(), program.RowPoint(8));
+    EXPECT_EQ(driver.LastMenu(), (Texts{"New...", "(Edit...)", "(Delete...)"}));
+    driver.ChooseMenuItem("Delete...");
+    driver.AnswerMessageBox("delete this Tempoline", IDYES);
+    driver.RightClick(program.List(), program.RowPoint(0));
+    driver.WaitUntil([&] { return program.Subjects().size() == 2; });
     EXPECT_EQ(program.Subjects(), (Texts{"First", "Second"}));
   });
 }
@@ -179,56 +186,51 @@ TEST_F(CalendarPanelTest, KeysMoveTheSelectionAndAMenuOpens) {
 TEST_F(CalendarPanelTest, ADragMovesAndWithControlCopies) {
   calendar.Add(Today("Weekly").At(15, 0).Every(1, core::kRepeatWeekly, 1));
   program.Run(calendar.Path(), [&] {
-    program.driver.Drag(program.List(), program.RowPoint(1), program.Days(), program.DayPoint(20));
-    EXPECT_EQ(core::DayIndex(program.Panel().CurrentDate()), core::DayIndex(2004, 3, 20));
+    driver.Drag(program.List(), program.RowPoint(1), program.Days(), program.DayPoint(20));
+    EXPECT_EQ(core::DayIndex(program.Session().CurrentDate()), core::DayIndex(2004, 3, 20));
     EXPECT_EQ(program.Selected(), "First");
-    program.driver.Drag(program.List(), program.RowPoint(0), program.Days(), program.DayPoint(21),
-                        MK_CONTROL);
+    driver.Drag(program.List(), program.RowPoint(0), program.Days(), program.DayPoint(21), MK_CONTROL);
     EXPECT_EQ(program.Subjects(), (Texts{"First", "Weekly"}));
-    program.driver.AnswerMessageBox("Date of a repeat appointment cannot be changed", IDOK);
-    program.driver.Drag(program.List(), program.RowPoint(1), program.Days(), program.DayPoint(22));
-    EXPECT_EQ(core::DayIndex(program.Panel().CurrentDate()), core::DayIndex(2004, 3, 21));
-    program.driver.Drag(program.List(), program.RowPoint(1), program.Days(), program.DayPoint(22),
-                        MK_CONTROL);
+    driver.AnswerMessageBox("Date of a repeat appointment cannot be changed", IDOK);
+    driver.Drag(program.List(), program.RowPoint(1), program.Days(), program.DayPoint(22));
+    EXPECT_EQ(core::DayIndex(program.Session().CurrentDate()), core::DayIndex(2004, 3, 21));
+    driver.Drag(program.List(), program.RowPoint(1), program.Days(), program.DayPoint(22), MK_CONTROL);
     EXPECT_EQ(program.Subjects(), Texts{"Weekly"});
   });
   EXPECT_EQ(core::DayIndex(Read(5252).date), core::DayIndex(2004, 3, 20));
-  const core::Appointment copy = Read(13133);
-  EXPECT_EQ(core::DayIndex(copy.date), core::DayIndex(2004, 3, 21));
-  EXPECT_EQ(copy.header.editLock, 0);
-  EXPECT_NE(+copy.header.recordId, +Read(5252).header.recordId);
-  EXPECT_FALSE(core::HasRepeat(Read(15760))) << "a copy does not repeat";
+  EXPECT_EQ(core::DayIndex(Read(13133).date), core::DayIndex(2004, 3, 21));
   EXPECT_EQ(core::DayIndex(Read(10506).date), core::DayIndex(2004, 3, 14));
-  EXPECT_EQ(Read(10506).header.editLock, 0);
+  for (const int offset : {13133, 10506}) EXPECT_EQ(Read(offset).header.editLock, 0) << offset;
 }
 
 TEST_F(CalendarPanelTest, ARecordThatIsEditedElsewhereIsLeftAlone) {
   ASSERT_TRUE(calendar.file.LockRecord(5252));
   core::SetRefreshEnabled(true);  // the lock stands for another process's
-  const std::string before = calendar.Bytes();
   program.Run(calendar.Path(), [&] {
     const std::string opened = calendar.Bytes();
     ClickRow(1);
-    program.driver.AnswerMessageBox("It is being edited by another user.", IDOK);
-    PressInList(VK_RETURN);
-    program.driver.AnswerMessageBox("It is being edited by another user.", IDOK);
-    PressInList(VK_DELETE);
-    program.driver.AnswerMessageBox("It is being edited by another user.", IDOK);
-    program.driver.Drag(program.List(), program.RowPoint(1), program.Days(), program.DayPoint(20));
+    for (const unsigned key : {VK_RETURN, VK_DELETE, 0U}) {
+      SCOPED_TRACE(key);
+      driver.AnswerMessageBox("It is being edited by another user.", IDOK);
+      if (key != 0) {
+        PressInList(key);
+      } else {
+        driver.Drag(program.List(), program.RowPoint(1), program.Days(), program.DayPoint(20));
+      }
+    }
     EXPECT_EQ(calendar.Bytes(), opened);
   });
-  EXPECT_EQ(calendar.Bytes(), before);
 }
 
 TEST_F(CalendarPanelTest, NewBesideTheRowsAndOneEditorAtATime) {
   program.Run(calendar.Path(), [&] {
-    program.driver.WhenDialogOpens([&](HWND dialog) { program.driver.ClickControl(dialog, IDCANCEL); });
-    program.driver.DoubleClick(program.List(), program.RowPoint(8));
+    driver.WhenDialogOpens([&](HWND dialog) { driver.ClickControl(dialog, IDCANCEL); });
+    driver.DoubleClick(program.List(), program.RowPoint(8));
     // Of two commands that wait in the queue, the second comes while the first one's editor is open.
-    program.driver.WhenDialogOpens([&](HWND dialog) { program.driver.ClickControl(dialog, IDCANCEL); });
+    driver.WhenDialogOpens([&](HWND dialog) { driver.ClickControl(dialog, IDCANCEL); });
     PostMessage(program.Frame(), WM_COMMAND, ID_ITEM_NEW, 0);
     PostMessage(program.Frame(), WM_COMMAND, ID_ITEM_NEW, 0);
-    program.driver.ProcessEvents();
+    driver.ProcessEvents();
   });
 }
 
@@ -236,17 +238,15 @@ TEST_F(CalendarPanelTest, WhatCouldNotBeSavedComesBack) {
   const std::size_t size = calendar.Bytes().size();
   program.Run(calendar.Path(), [&] {
     FaultyCalls faults;
-    program.driver.WhenDialogOpens([&](HWND dialog) {
-      program.driver.TypeInto(dialog, kSubjectEdit, "Kept");
+    driver.WhenDialogOpens([&](HWND dialog) {
+      driver.TypeInto(dialog, AppointmentEditor::kSubjectEdit, "Kept");
       faults.Fail(FaultyCalls::kWrite, faults.Count(FaultyCalls::kWrite) + 1, ENOSPC);
-      program.driver.ClickControl(dialog, IDOK);
+      driver.ClickControl(dialog, IDOK);
     });
-    program.driver.AnswerMessageBox("The appointment was not saved.", IDOK);
-    program.driver.WhenDialogOpens([&](HWND dialog) {
-      char subject[150];
-      GetDlgItemText(dialog, kSubjectEdit, subject, sizeof subject);
-      EXPECT_STREQ(subject, "Kept");
-      program.driver.ClickControl(dialog, IDOK);
+    driver.AnswerMessageBox("The appointment was not saved.", IDOK);
+    driver.WhenDialogOpens([&](HWND dialog) {
+      EXPECT_EQ(TextOf(dialog, AppointmentEditor::kSubjectEdit), "Kept");
+      driver.ClickControl(dialog, IDOK);
     });
     PressInList(VK_INSERT);
     EXPECT_EQ(program.Selected(), "Kept");
@@ -258,13 +258,13 @@ TEST_F(CalendarPanelTest, WhatTheDiskDoesNotConfirmIsToldOnceAndStays) {
   program.Run(calendar.Path(), [&] {
     FaultyCalls faults;
     const auto fail = [&] { faults.Fail(FaultyCalls::kFlush, faults.Count(FaultyCalls::kFlush) + 1, EIO); };
-    for (const int key : {VK_INSERT, VK_RETURN}) {
-      program.driver.WhenDialogOpens([&](HWND dialog) {
-        program.driver.TypeInto(dialog, kSubjectEdit, "Kept");
+    for (const unsigned key : {VK_INSERT, VK_RETURN}) {
+      driver.WhenDialogOpens([&](HWND dialog) {
+        driver.TypeInto(dialog, AppointmentEditor::kSubjectEdit, "Kept");
         fail();
-        program.driver.ClickControl(dialog, IDOK);
+        driver.ClickControl(dialog, IDOK);
       });
-      program.driver.AnswerMessageBox("The change is made", IDOK);
+      driver.AnswerMessageBox("The change is made", IDOK);
       PressInList(key);
       EXPECT_NE(program.Selected().find("Kept"), std::string::npos);
     }
@@ -275,14 +275,14 @@ TEST_F(CalendarPanelTest, ClosingWithAnOpenEditorEndsItFirst) {
   bool ended = false;
   program.Run(calendar.Path(), [&] {
     ClickRow(1);
-    program.driver.WhenDialogOpens([&](HWND dialog) {
+    driver.WhenDialogOpens([&](HWND dialog) {
       PostMessage(program.Frame(), WM_CLOSE, 0, 0);
-      program.driver.ProcessEvents();
+      driver.ProcessEvents();
       EXPECT_TRUE(IsWindow(program.Frame()));
-      program.driver.ClickControl(dialog, IDCANCEL);
+      driver.ClickControl(dialog, IDCANCEL);
     });
     PressInList(VK_RETURN);
-    program.driver.WaitUntil([&] { return !IsWindow(program.Frame()); });
+    driver.WaitUntil([&] { return !IsWindow(program.Frame()); });
     ended = true;
   });
   EXPECT_TRUE(ended);
@@ -290,102 +290,217 @@ TEST_F(CalendarPanelTest, ClosingWithAnOpenEditorEndsItFirst) {
   EXPECT_EQ(+calendar.Header().openCount, 1U) << "the test's own";
 }
 
-TEST_F(CalendarPanelTest, ChangesOfOthersShowWithoutATouch) {
-  platform::WriteProfileString(CalendarProgramFolder() + "/Daybrix.ini", "Preference", "NetworkRefresh", "1");
+TEST_F(CalendarPanelTest, ChangesOfOthersShowWithoutATouchAndLeaveTheRowsScrolledToInPlace) {
+  Set("NetworkRefresh", "1");
+  for (int row = 0; row < 30; ++row) calendar.Add(Today("Later").At(12, 0).Every(1, core::kRepeatDaily));
   program.Run(calendar.Path(), [&] {
     ClickRow(1);
-    calendar.Add(Today("From elsewhere").At(8, 0));
-    program.driver.WaitUntil([&] { return program.Subjects().size() == 4; });
-    EXPECT_EQ(program.Subjects()[1], "From elsewhere");
-    program.driver.ProcessEvents();
-    EXPECT_EQ(program.Selected(), "First");
-    EXPECT_EQ(calendar.file.DeleteRecord(5252), core::Result::kDone);
-    program.driver.WaitUntil([&] { return program.Subjects().size() == 3; });
-    program.driver.ProcessEvents();
-    EXPECT_EQ(program.Selected(), "");
-  });
-}
-
-TEST_F(CalendarPanelTest, ChangesOfOthersLeaveTheRowsScrolledToInPlace) {
-  platform::WriteProfileString(CalendarProgramFolder() + "/Daybrix.ini", "Preference", "NetworkRefresh", "1");
-  for (int row = 0; row < 30; ++row) calendar.Add(Today("Later").At(12, 0));
-  program.Run(calendar.Path(), [&] {
-    ClickRow(1);
-    for (int row = 0; row < 5; ++row) program.driver.Wheel(program.List(), {60, 60}, -1);
+    for (int row = 0; row < 5; ++row) driver.Wheel(program.List(), {60, 60}, -1);
     ASSERT_EQ(program.Panel().List().FirstRow(), 5);
-    calendar.Add(Today("From elsewhere").At(23, 0));
-    program.driver.WaitUntil([&] { return program.Subjects().size() == 34; });
-    program.driver.ProcessEvents();
+    calendar.Add(Today("From elsewhere").At(8, 0));
+    driver.WaitUntil([&] { return program.Subjects().size() == 34; });
+    EXPECT_EQ(program.Subjects()[1], "From elsewhere");
+    driver.ProcessEvents();
     EXPECT_EQ(program.Selected(), "First");
     EXPECT_EQ(program.Panel().List().FirstRow(), 5);
+    EXPECT_EQ(calendar.file.DeleteRecord(5252), core::Result::kDone);
+    driver.WaitUntil([&] { return program.Subjects().size() == 33; });
+    driver.ProcessEvents();
+    EXPECT_EQ(program.Selected(), "");
+    driver.Click(program.Days(), program.DayPoint(15));
+    EXPECT_EQ(program.Panel().List().FirstRow(), 0) << "another day begins at its top";
   });
 }
 
-TEST(CalendarAccess, AReaderSeesNothingConfidentialAndChangesNothing) {
+// The slot of a deleted record goes to the next one that somebody adds.
+TEST_F(CalendarPanelTest, ARecordThatTookTheSlotOfTheSelectedOneIsLeftAlone) {
+  Set("NetworkRefresh", "60");
+  program.Run(calendar.Path(), [&] {
+    for (const unsigned key : {VK_DELETE, VK_RETURN, 0U}) {
+      SCOPED_TRACE(key);
+      ClickRow(1);
+      const core::RecordKey record = program.Panel().List().KeyAt(1);
+      ASSERT_EQ(calendar.file.DeleteRecord(record.offset), core::Result::kDone);
+      const Entry stranger = Today("Stranger").At(9, 0);
+      ASSERT_EQ(calendar.file.AddRecord(&stranger.appointment), core::Result::kDone);
+      core::Appointment before = Read(record.offset);
+      ASSERT_EQ(core::ReadText(before.subject), "Stranger");
+      RepaintWindow(program.List());
+      EXPECT_EQ(program.Subjects()[1], "(gone)");
+      driver.AnswerMessageBox("Record is deleted by other user.", IDOK);
+      if (key != 0) {
+        PressInList(key);
+      } else {
+        driver.Drag(program.List(), program.RowPoint(1), program.Days(), program.DayPoint(20));
+      }
+      const core::Appointment after = Read(record.offset);
+      EXPECT_EQ(std::memcmp(&before, &after, sizeof before), 0);
+      EXPECT_EQ(program.Subjects()[1], "Stranger") << "shown by now";
+    }
+  });
+}
+
+// A file that another program put in the place of the open one, or took away.
+class ReplacedFile : public CalendarPanelTest {
+ protected:
+  ReplacedFile() { Set("NetworkRefresh", "1"); }
+
+  // Puts a calendar with these in the place of the open one; the first one has the id of the record there.
+  void Replace(std::initializer_list<const char*> subjects) {
+    TemporaryCalendar other;
+    for (const char* subject : subjects) {
+      Entry entry = Today(subject).At(9, 0);
+      if (subject == *subjects.begin()) entry.appointment.header.recordId = Read(5252).header.recordId;
+      other.Add(entry);
+    }
+    other.file.Close();
+    std::filesystem::rename(other.Path(), calendar.Path());
+  }
+  void EditAndSave(HWND dialog, const char* subject, const char* expected) {
+    EXPECT_EQ(TextOf(dialog, AppointmentEditor::kSubjectEdit), expected);
+    driver.TypeInto(dialog, AppointmentEditor::kSubjectEdit, subject);
+    driver.ClickControl(dialog, IDOK);
+  }
+};
+
+TEST_F(ReplacedFile, IsOpenedAnewAndWhatWasTypedIsStoredInIt) {
+  program.Run(calendar.Path(), [&] {
+    driver.AnswerMessageBox("has been replaced by another file, which is open now.", IDOK);
+    Replace({"First, restored", "Other"});
+    driver.WaitUntil([&] { return program.Subjects().size() == 2; });
+    EXPECT_EQ(program.Subjects(), (Texts{"First, restored", "Other"}));
+
+    ClickRow(0);
+    for (const bool stillThere : {true, false}) {
+      driver.WhenDialogOpens([&](HWND dialog) {
+        Replace({stillThere ? "Third" : "Nothing", "Fourth"});
+        EditAndSave(dialog, "Typed", stillThere ? "First, restored" : "Typed");
+      });
+      driver.AnswerMessageBox("which is open now.\r\nThe appointment was not saved.", IDOK);
+      driver.WhenDialogOpens([&](HWND dialog) { EditAndSave(dialog, "Typed", "Typed"); });
+      PressInList(VK_RETURN);
+      EXPECT_EQ(program.Subjects(), (Texts{"Typed", "Fourth"}));
+      EXPECT_EQ(program.Selected(), "Typed");
+    }
+    driver.WhenDialogOpens([&](HWND dialog) {
+      Replace({"Fifth"});
+      EditAndSave(dialog, "New one", "");
+    });
+    driver.AnswerMessageBox("which is open now.\r\nThe appointment was not saved.", IDOK);
+    driver.WhenDialogOpens([&](HWND dialog) { EditAndSave(dialog, "New one", "New one"); });
+    PressInList(VK_INSERT);
+    EXPECT_EQ(program.Subjects(), (Texts{"Fifth", "New one"}));
+  });
+}
+
+TEST_F(ReplacedFile, StaysShutWhenItIsNoneOrHasAnotherPasswordAndOneThatIsGoneIsTold) {
+  program.Run(calendar.Path(), [&] {
+    const auto expect = [&](const char* message) {
+      driver.WhenDialogOpens([&](HWND dialog) { EditAndSave(dialog, "In vain", ""); });
+      driver.AnswerMessageBox(message, IDOK);
+      driver.WhenDialogOpens([&](HWND dialog) { driver.ClickControl(dialog, IDCANCEL); });
+      PressInList(VK_INSERT);
+      EXPECT_EQ(program.Subjects().size(), 3U) << "what was open is shown";
+    };
+    std::filesystem::remove(calendar.Path());
+    expect("has been moved or deleted.");
+    EXPECT_FALSE(std::filesystem::exists(calendar.Path()));
+    TemporaryFolder folder;
+    std::filesystem::rename(folder.Write("letter.cld", "Dear reader"), calendar.Path());
+    expect("The file is incomplete.");
+    TemporaryCalendar guarded({"Other", "Help", "Read"});
+    guarded.file.Close();
+    std::filesystem::rename(guarded.Path(), calendar.Path());
+    expect("It has another password.");
+    EXPECT_EQ(calendar.Bytes().size(), 2625U);
+  });
+}
+
+TEST_F(CalendarPanelTest, APasswordThatWasChangedIsToldAndOpensNothingMore) {
+  Set("NetworkRefresh", "1");
+  program.Run(calendar.Path(), [&] {
+    driver.AnswerMessageBox("The password of \"" + calendar.Path() + "\" has been changed.", IDOK);
+    ASSERT_EQ(core::StorePasswords(calendar.file, {"New", "Help", "Read"}), core::CommandResult::kDone);
+    driver.WaitUntil([&] { return program.Subjects().empty(); });
+    driver.ProcessEvents();
+    const std::string before = calendar.Bytes();
+    driver.AnswerMessageBox("has been changed.", IDOK);
+    PressInList(VK_INSERT);
+    EXPECT_EQ(calendar.Bytes(), before);
+  });
+}
+
+TEST_F(CalendarPanelTest, AListThatCannotBeReadIsSaidAndTriedAgain) {
+  Set("NetworkRefresh", "1");
+  program.Run(calendar.Path(), [&] {
+    {
+      FaultyCalls faults;
+      faults.Fail(FaultyCalls::kRead, faults.Count(FaultyCalls::kRead) + 1, EIO, FaultyCalls::kForEver);
+      program.GoTo({14, 3, 2004});
+      EXPECT_NE(GetWindowText(program.Panel().List().Handle()).find("Not all appointments"),
+                std::string::npos);
+    }
+    driver.WaitUntil([&] { return program.Panel().List().ItemCount() == 3; });
+    driver.ProcessEvents();
+    EXPECT_EQ(GetWindowText(program.Panel().List().Handle()), "Appointments of 14/3/2004");
+  });
+}
+
+class CalendarStart : public testing::Test {
+ protected:
   CalendarProgram program;
+  DesktopDriver& driver = program.driver;
+};
+
+TEST_F(CalendarStart, AReaderSeesNothingConfidentialAndChangesNothing) {
   TemporaryCalendar calendar({"Owner", "Assistant", "Reader"});
   calendar.Add(Today("Open"));
   calendar.Add(Today("Secret").Confidential());
-  program.driver.WhenDialogOpens([&](HWND dialog) {
-    program.driver.TypeInto(dialog, 100, "Reader");
-    program.driver.Press(dialog, VK_RETURN);
-  });
+  program.EnterPassword("Reader");
   program.Run(calendar.Path(), [&] {
     std::string message;
-    auto& pane = program.Pane();
     const std::string before = calendar.Bytes();
     EXPECT_EQ(program.Subjects(), Texts{"Open"});
-    program.driver.Click(program.List(), program.RowPoint(0));
-    for (const unsigned key : {VK_INSERT, VK_RETURN, VK_DELETE}) {
-      program.driver.AnswerMessageBox("You don't have permission for this action.", IDOK);
-      program.driver.Press(program.List(), key);
+    driver.Click(program.List(), program.RowPoint(0));
+    for (const unsigned way : {VK_INSERT, VK_RETURN, VK_DELETE, 0U, 1U}) {
+      SCOPED_TRACE(way);
+      if (way == 1) driver.ChooseMenuItem("Edit Categories");
+      driver.AnswerMessageBox("You don't have permission for this action.", IDOK);
+      if (way > 1) driver.Press(program.List(), way);
+      if (way == 0) driver.Drag(program.List(), program.RowPoint(0), program.Days(), program.DayPoint(20));
+      if (way == 1) driver.Click(program.Panel().Categories().Handle(), {150, 13});
+      driver.ProcessEvents();
     }
-    program.driver.AnswerMessageBox("You don't have permission for this action.", IDOK);
-    program.driver.Drag(program.List(), program.RowPoint(0), program.Days(), program.DayPoint(20));
     EXPECT_EQ(calendar.Bytes(), before);
-    ASSERT_TRUE(pane.OpenCalendar(calendar.Path(), "Owner", false, message));
+    ASSERT_TRUE(program.Session().Open(calendar.Path(), "Owner", false, message));
     EXPECT_EQ(program.Subjects().size(), 2U);
-  });
-}
-
-TEST(CalendarOpening, TheFirstStartMakesACalendarWithExamples) {
-  CalendarProgram program;
-  program.Run("", [&] {
-    EXPECT_EQ(program.Subjects(), (Texts{"Business meeting with Oren Maddox.",
-                                         "Business lunch with Ida Vance.", "Brightfold Ltd."}));
-    EXPECT_EQ(program.File()->Path().find(CalendarProgramFolder() + "/works/"), 0U);
   });
 }
 
 // What settings and notices of other copies do to the switches: at start only "0" is off, a notice takes the
 // number.
-TEST(CalendarNotices, SettingsThatAnotherCopyChanged) {
-  CalendarProgram program;
+TEST_F(CalendarStart, SettingsThatAnotherCopyChanged) {
   const TemporaryCalendar calendar;
-  const auto set = [](const char* key, const char* value) {
-    platform::WriteProfileString(CalendarProgramFolder() + "/Daybrix.ini", "Preference", key, value);
-  };
-  set("Sound", "no");
-  set("Annimation", "0");
+  Set("Sound", "no");
+  Set("Annimation", "0");
   program.Run(calendar.Path(), [&] {
     EXPECT_TRUE(SoundEnabled());
     EXPECT_FALSE(AnimationEnabled());
-    set("Annimation", "1");
+    Set("Annimation", "1");
     BroadcastNotify(kNotifySettings, program.Frame());  // its own: it has the values already
-    program.driver.Wait(100);
+    driver.Wait(100);
     EXPECT_FALSE(AnimationEnabled());
     // Also where somebody tidied this copy's place among the others away.
     std::filesystem::remove_all(CalendarProgramFolder() + "/daybrix");
     BroadcastNotify(kNotifySettings, nullptr);
-    program.driver.WaitUntil([] { return AnimationEnabled(); });
+    driver.WaitUntil([] { return AnimationEnabled(); });
     EXPECT_FALSE(SoundEnabled());
   });
-  set("Sound", "1");
+  Set("Sound", "1");
 }
 
-TEST(CalendarOpening, TheCalendarOfTheSettingsStandsInForAFileThatIsMissing) {
-  CalendarProgram program;
-  program.driver.AnswerMessageBox("missing.cld\".\r\nThe file does not exist.", IDOK);
+TEST_F(CalendarStart, TheCalendarOfTheSettingsStandsInForAFileThatIsMissing) {
+  driver.AnswerMessageBox("missing.cld\".\r\nThe file does not exist.", IDOK);
   program.Run("/nowhere/missing.cld", [&] {
     ASSERT_NE(program.File(), nullptr);
     EXPECT_EQ(program.File()->Path(), core::DefaultCalendarPath());
@@ -394,8 +509,7 @@ TEST(CalendarOpening, TheCalendarOfTheSettingsStandsInForAFileThatIsMissing) {
 }
 
 // A file that cannot be opened is named; the user may make one instead.
-TEST(CalendarOpening, AFileThatIsNoneIsTold) {
-  CalendarProgram program;
+TEST_F(CalendarStart, AFileThatIsNoneIsTold) {
   const TemporaryFolder folder;
   struct Case {
     std::string path;
@@ -408,11 +522,11 @@ TEST(CalendarOpening, AFileThatIsNoneIsTold) {
   };
   for (const Case& bad : cases) {
     SCOPED_TRACE(bad.path);
-    program.driver.AnswerMessageBox(bad.reason, IDOK);
-    program.driver.WhenDialogOpens([&](HWND dialog) {
+    driver.AnswerMessageBox(bad.reason, IDOK);
+    driver.WhenDialogOpens([&](HWND dialog) {
       // The calendar without a file lies behind the dialog.
       EXPECT_EQ(program.Panel().List().ItemCount(), 0);
-      program.driver.Press(dialog, VK_ESCAPE);
+      driver.Press(dialog, VK_ESCAPE);
     });
     EXPECT_EQ(program.Run(bad.path, [] {}), 0);
   }

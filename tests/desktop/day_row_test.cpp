@@ -1,9 +1,10 @@
 // How the rows of the day list are drawn.
-#include "calendar/day_row.h"
+#include "calendar/views/day_row.h"
 
 #include <gtest/gtest.h>
 
-#include "calendar/palette.h"
+#include "calendar/views/palette.h"
+#include "core/time_texts.h"
 #include "framework/fonts.h"
 #include "resources/resources.h"
 #include "support/desktop_driver.h"
@@ -19,8 +20,7 @@ constexpr RECT kRow = {5, 30, 275, 57};
 class DayRow : public testing::Test {
  protected:
   DayRow() {
-    static const bool registered = (RegisterResources(), true);
-    static_cast<void>(registered);
+    RegisterResources();
     pictures = LoadDayRowPictures();
     core::SetClockMode(core::ClockMode::k24Hours);
   }
@@ -99,11 +99,15 @@ TEST_F(DayRow, AnAllDayRowIsABandWithItsSubjectAfterTheMarks) {
   const DrawingCall* category = hdc.FindText("[Calls]");
   const DrawingCall* subject = hdc.FindText("Subject");
   ASSERT_TRUE(category != nullptr && subject != nullptr);
-  EXPECT_EQ(category->rect.top, 39);
+  const auto ascent = [](const DrawingCall& call) { return GetTextMetrics(call.font).ascent; };
+  const int subjectTop = 31 + (24 - GetTextMetrics(subject->font).height) / 2;
+  EXPECT_EQ(category->rect.top + ascent(*category), subjectTop + ascent(*subject)) << "one baseline";
   EXPECT_GT(subject->rect.left, category->rect.left + MeasureText(category->font, "[Calls]").cx);
   EXPECT_EQ(hdc.FindText("13:05-13:05"), nullptr);
   Draw(Entry("Alone").AllDay());
   EXPECT_EQ(hdc.FindText("Alone")->rect.left, 12);
+  Draw(Entry("Room").AllDay().Category(std::string(29, 'W').c_str()));
+  EXPECT_EQ(hdc.FindText("Room")->rect.left, 12 + Width(kRow) / 3 + 6) << "a third is enough for a category";
 }
 
 TEST_F(DayRow, FullFieldsAndARecordThatIsGone) {

@@ -7,6 +7,7 @@
 #include "platform/desktop/bitmap.h"
 #include "support/bmp_bytes.h"
 #include "support/desktop_driver.h"
+#include "support/source_folder.h"
 #include "support/temporary_folder.h"
 
 namespace tests {
@@ -47,7 +48,7 @@ TEST_F(DenseScreen, ASkinsPictureIsReplacedByItsDoubleIfThatIsOne) {
 
 TEST_F(DenseScreen, EveryPictureOfOurSkinsHasItsDouble) {
   int pictures = 0;
-  const std::filesystem::path styles = DAYBRIX_SOURCE_FOLDER "/src/resources/styles";
+  const std::filesystem::path styles = tests::SourceFolder() + "/src/resources/styles";
   for (const auto& entry : std::filesystem::recursive_directory_iterator(styles)) {
     const std::string name = entry.path().stem();
     if (entry.path().extension() != ".bmp" || name.ends_with("@2x")) continue;

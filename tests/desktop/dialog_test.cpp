@@ -10,6 +10,7 @@
 #include "platform/desktop/menu.h"
 #include "platform/desktop/message_box.h"
 #include "support/desktop_driver.h"
+#include "support/windows.h"
 
 void RegisterTestDialogs();
 
@@ -35,11 +36,7 @@ class TestDialog : public ZarfDialog {
     commands.push_back(record.wParam);
     return ZarfDialog::OnCommand(record);
   }
-  std::string Text(int id) {
-    char buffer[3000];
-    GetDlgItemText(hwnd, id, buffer, sizeof buffer);
-    return buffer;
-  }
+  std::string Text(int id) { return tests::TextOf(hwnd, id); }
 
   std::function<void()> initialise;
   std::vector<UINT> messages;
@@ -56,6 +53,10 @@ class Dialog : public testing::Test {
   int Run(const std::function<void(HWND)>& act) {
     driver.WhenDialogOpens(act);
     return dialog.Open(&owner, kTemplate);
+  }
+  // The same, and leaves it by Escape.
+  void Look(const std::function<void(HWND)>& act) {
+    EXPECT_EQ(Run([&](HWND handle) { act(handle), driver.Press(handle, VK_ESCAPE); }), 0);
   }
 
   DesktopDriver driver;
@@ -80,21 +81,29 @@ TEST_F(Dialog, EscapeAndClosingEndWithZero) {
   EXPECT_EQ(dialog.Open(&owner, kTemplate), 7);
 }
 
+TEST_F(Dialog, KeepsItsSizeUnlessItsTemplateSaysOtherwise) {
+  Look([&](HWND handle) {
+    const RECT opened = tests::PlaceOf(handle);
+    MoveWindow(handle, opened.left, opened.top, Width(opened) + 50, Height(opened) - 50);
+    EXPECT_EQ(tests::PlaceOf(handle), opened);
+  });
+}
+
 TEST_F(Dialog, NestsAndTimersTickInside) {
   TestDialog inner;
   SetTimer(owner.Handle(), 1, 5);
-  const int result = Run([&](HWND handle) {
-    owner.log.clear();
-    driver.WaitUntil([&] { return owner.Count(WM_TIMER) > 2; });
-    driver.WhenDialogOpens([&](HWND innerHandle) {
-      driver.Click(owner.Handle(), {5, 5});  // blocked
-      driver.Press(innerHandle, VK_ESCAPE);
-    });
-    EXPECT_EQ(inner.Open(&dialog, kTemplate), 0);
-    EXPECT_TRUE(IsWindow(handle));
-    driver.ClickControl(handle, IDOK);
-  });
-  EXPECT_EQ(result, 1);
+  EXPECT_EQ(Run([&](HWND handle) {
+              owner.log.clear();
+              driver.WaitUntil([&] { return owner.Count(WM_TIMER) > 2; });
+              driver.WhenDialogOpens([&](HWND innerHandle) {
+                driver.Click(owner.Handle(), {5, 5});  // blocked
+                driver.Press(innerHandle, VK_ESCAPE);
+              });
+              EXPECT_EQ(inner.Open(&dialog, kTemplate), 0);
+              EXPECT_TRUE(IsWindow(handle));
+              driver.ClickControl(handle, IDOK);
+            }),
+            1);
   EXPECT_EQ(owner.Count(WM_LBUTTONDOWN), 0);
 }
 
@@ -103,7 +112,7 @@ TEST_F(Dialog, EditsReportChangesAndKeepToTheirLimits) {
     dialog.SendItemMessage(kLine, EM_LIMITTEXT, 5, 0);
     dialog.SendItemMessage(kText, EM_LIMITTEXT, 6, 0);
   };
-  Run([&](HWND handle) {
+  Look([&](HWND handle) {
     EXPECT_EQ(GetClassName(GetDlgItem(handle, kLine)), "Edit");
     driver.TypeInto(handle, kLine, "abcdefgh");
     EXPECT_EQ(dialog.Text(kLine), "abcde");
@@ -113,7 +122,38 @@ TEST_F(Dialog, EditsReportChangesAndKeepToTheirLimits) {
     driver.Type(handle, "cdef");
     driver.WaitUntil([&] { return dialog.Text(kText) == "ab\r\ncd"; });
     EXPECT_EQ(dialog.SendItemMessage(kText, WM_GETTEXTLENGTH, 0, 0), 6);
-    driver.Press(handle, VK_ESCAPE);
+  });
+}
+
+TEST_F(Dialog, WhatCannotBeStoredIsLeftOutAndNamed) {
+  const struct {
+    int control;
+    const char* pasted;
+    const char* kept;  // in place of "old"
+    const char* tip;
+  } cases[] = {
+      {kLine, "a\tb\r\nc\nd", "a b c d", ""},
+      {kText, "a\tb\nc", "a\tb\r\nc", ""},
+      {kLine, "Ji\u0159\u00ed \U0001F600\u0159", "Ji\xED ",
+       "The characters \"\u0159\", \"\U0001F600\" cannot be stored."},
+      {kText, "Ji\u0159\u00ed\n", "Ji\xED\r\n", "The character \"\u0159\" cannot be stored."},
+      {kCombo, "\u4e00\u4e8c\u4e09x\u56db\u4e94\u516d", "x",
+       "The characters \"\u4e00\", \"\u4e8c\", \"\u4e09\", \"\u56db\", \"\u4e94\" and others cannot be "
+       "stored."},
+      {kLine, "\u0159", "old", "The character \"\u0159\" cannot be stored."},
+  };
+  Look([&](HWND handle) {
+    for (const auto& [control, pasted, kept, tip] : cases) {
+      driver.TypeInto(handle, control, "old");
+      driver.Press(handle, 'A', MK_CONTROL);
+      driver.PasteInto(handle, control, pasted);
+      driver.ProcessEvents();
+      EXPECT_EQ(dialog.Text(control), kept) << pasted;
+      EXPECT_EQ(driver.ShownTip(), tip) << pasted;
+      if (dialog.Text(control) != "old") driver.Press(handle, 'Z', MK_CONTROL);
+      driver.ProcessEvents();
+      EXPECT_EQ(dialog.Text(control), "old") << "taken back: " << pasted;
+    }
   });
 }
 
@@ -125,7 +165,7 @@ TEST_F(Dialog, UntouchedTextsComeBackByteForByte) {
       dialog.SetItemText(id, odd.c_str());
     }
   };
-  Run([&](HWND handle) {
+  Look([&](HWND handle) {
     driver.Wait(20);
     EXPECT_EQ(dialog.Text(kLine), odd);
     EXPECT_EQ(dialog.Text(kText), odd);
@@ -134,12 +174,11 @@ TEST_F(Dialog, UntouchedTextsComeBackByteForByte) {
     char small[4];
     EXPECT_EQ(GetDlgItemText(handle, kText, small, sizeof small), 3);
     EXPECT_STREQ(small, "one");
-    driver.Press(handle, VK_ESCAPE);
   });
 }
 
 TEST_F(Dialog, SortedComboKeepsOrderAndTakesAnyText) {
-  Run([&](HWND handle) {
+  Look([&](HWND handle) {
     for (const char* name : {"pear", "Apple", "fig"}) {
       dialog.SendItemMessage(kCombo, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(name));
     }
@@ -155,12 +194,11 @@ TEST_F(Dialog, SortedComboKeepsOrderAndTakesAnyText) {
     driver.TypeInto(handle, kCombo, "fi");
     EXPECT_EQ(dialog.Text(kCombo), "fi");
     EXPECT_EQ(dialog.SendItemMessage(kCombo, CB_SETCURSEL, 3, 0), kControlError);
-    driver.Press(handle, VK_ESCAPE);
   });
 }
 
 TEST_F(Dialog, CheckBoxesAndDisabledControls) {
-  Run([&](HWND handle) {
+  Look([&](HWND handle) {
     driver.ClickControl(handle, kCheck);
     EXPECT_TRUE(IsDlgButtonChecked(handle, kCheck));
     EXPECT_EQ(dialog.commands.back(), MakeWParam(kCheck, BN_CLICKED));
@@ -169,26 +207,20 @@ TEST_F(Dialog, CheckBoxesAndDisabledControls) {
     driver.Press(handle, VK_RETURN);
     EXPECT_TRUE(IsWindow(handle));
     EXPECT_EQ(GetDlgItem(handle, 999), nullptr);
-    driver.Press(handle, VK_ESCAPE);
   });
   EXPECT_TRUE(dialog.commands.back() == MakeWParam(IDCANCEL, 0));
 }
 
 TEST_F(Dialog, CenterOverKeepsTheWindowOnTheDesktop) {
   owner.Move(50, 60, 300, 200);
-  Run([&](HWND handle) {
+  Look([&](HWND handle) {
     CenterOver(owner.Handle(), handle);
-    RECT over;
-    RECT own;
-    GetWindowRect(owner.Handle(), &over);
-    GetWindowRect(handle, &own);
+    const RECT over = tests::PlaceOf(owner.Handle());
+    const RECT own = tests::PlaceOf(handle);
     EXPECT_EQ(own.left, std::max(0, over.left + Width(over) / 2 - Width(own) / 2));
     owner.Move(-280, -150);
     CenterOver(owner.Handle(), handle);
-    GetWindowRect(handle, &own);
-    EXPECT_EQ(own.left, 0);
-    EXPECT_EQ(own.top, 0);
-    driver.Press(handle, VK_ESCAPE);
+    EXPECT_EQ(tests::PlaceOf(handle), (RECT{0, 0, Width(own), Height(own)}));
   });
 }
 

@@ -4,38 +4,21 @@
 
 #include <cstring>
 
-#include "calendar/appointment_editor.h"
+#include "calendar/dialogs/appointment_editor.h"
+#include "calendar/dialogs/repeat_dialog.h"
 #include "desktop/picker_steps.h"
 #include "resources/resources.h"
 #include "support/temporary_calendar.h"
+#include "support/windows.h"
 
 namespace tests {
 namespace {
 
 // A + before a field of a record makes a copy: a reference to it would not be aligned.
 
-constexpr int kDateButton = 100;
-constexpr int kTimeButton = 101;
-constexpr int kSubjectEdit = 103;
-constexpr int kCategoryBox = 104;
-constexpr int kConfidentialBox = 105;
-constexpr int kNotesEdit = 107;
-constexpr int kAllDayBox = 111;
-constexpr int kRepeatButton = 112;
-constexpr int kRepeatEndButton = 208;  // in the dialog "Repeat"
-
-std::string TextOf(HWND dialog, int id) {
-  char text[2048];
-  GetDlgItemText(dialog, id, text, sizeof text);
-  return text;
-}
-
 class EditorTest : public testing::Test {
  protected:
-  EditorTest() {
-    static const bool registered = (RegisterResources(), true);
-    static_cast<void>(registered);
-  }
+  EditorTest() { RegisterResources(); }
 
   // Runs the editor on the record, over nothing, with the script as its user.
   int Edit(std::function<void(HWND)> script, AppointmentEditor::Mode mode = AppointmentEditor::Mode::kEdit) {
@@ -44,7 +27,6 @@ class EditorTest : public testing::Test {
     return editor.Run(nullptr);
   }
   void PressOk(HWND dialog) { driver.ClickControl(dialog, IDOK); }
-  bool Enabled(HWND dialog, int id) { return IsWindowEnabled(GetDlgItem(dialog, id)); }
 
   DesktopDriver driver;
   TemporaryCalendar calendar;
@@ -68,16 +50,18 @@ TEST_F(EditorTest, OkUntouchedChangesNothingButTheAlarmThatIsOff) {
   expected.alarmTime = expected.startTime;
   expected.alarmDaysBefore = 0;
   expected.alarmState = 0;
-  EXPECT_EQ(
-      Edit([&](HWND dialog) {
-        EXPECT_EQ(TextOf(dialog, kDateButton), "14/3/2004");
-        EXPECT_EQ(TextOf(dialog, kTimeButton), "13:30 / 13:30");
-        EXPECT_EQ(TextOf(dialog, kCategoryBox), std::string(30, 'C'));
-        EXPECT_TRUE(IsDlgButtonChecked(dialog, kAllDayBox) && IsDlgButtonChecked(dialog, kConfidentialBox));
-        for (const int absent : {kTimeButton, 106, 110, 113}) EXPECT_FALSE(Enabled(dialog, absent)) << absent;
-        PressOk(dialog);
-      }),
-      1);
+  EXPECT_EQ(Edit([&](HWND dialog) {
+              EXPECT_EQ(TextOf(dialog, AppointmentEditor::kDateButton), "14/3/2004");
+              EXPECT_EQ(TextOf(dialog, AppointmentEditor::kTimeButton), "13:30 / 13:30");
+              EXPECT_EQ(TextOf(dialog, AppointmentEditor::kCategoryBox), std::string(30, 'C'));
+              EXPECT_TRUE(IsDlgButtonChecked(dialog, AppointmentEditor::kAllDayBox) &&
+                          IsDlgButtonChecked(dialog, AppointmentEditor::kConfidentialBox));
+              for (const int absent : {AppointmentEditor::kTimeButton, AppointmentEditor::kAlarmButton,
+                                       AppointmentEditor::kAttachButton, AppointmentEditor::kWithButton})
+                EXPECT_FALSE(Enabled(dialog, absent)) << absent;
+              PressOk(dialog);
+            }),
+            1);
   EXPECT_EQ(std::memcmp(&record, &expected, sizeof record), 0);
 }
 
@@ -100,10 +84,10 @@ TEST_F(EditorTest, AnAppointmentNeedsASubject) {
     driver.Press(dialog, VK_BACK);
     EXPECT_FALSE(Enabled(dialog, IDOK));
     driver.Type(dialog, std::string(160, 'a'));
-    driver.TypeInto(dialog, kNotesEdit, "one\ntwo");
-    driver.TypeInto(dialog, kCategoryBox, "Made up");
-    driver.ClickControl(dialog, kConfidentialBox);
-    driver.ClickControl(dialog, kAllDayBox);
+    driver.TypeInto(dialog, AppointmentEditor::kNotesEdit, "one\ntwo");
+    driver.TypeInto(dialog, AppointmentEditor::kCategoryBox, "Made up");
+    driver.ClickControl(dialog, AppointmentEditor::kConfidentialBox);
+    driver.ClickControl(dialog, AppointmentEditor::kAllDayBox);
     PressOk(dialog);
   };
   EXPECT_EQ(Edit(script, AppointmentEditor::Mode::kNew), 1);
@@ -121,8 +105,8 @@ TEST_F(EditorTest, OnlyTheOwnerHasAWordOnConfidential) {
   const core::RecordFile assistant(guarded.Path(), "Assistant");
   record.header.confidential = 1;
   driver.WhenDialogOpens([&](HWND dialog) {
-    EXPECT_FALSE(Enabled(dialog, kConfidentialBox));
-    EXPECT_FALSE(IsDlgButtonChecked(dialog, kConfidentialBox));
+    EXPECT_FALSE(Enabled(dialog, AppointmentEditor::kConfidentialBox));
+    EXPECT_FALSE(IsDlgButtonChecked(dialog, AppointmentEditor::kConfidentialBox));
     PressOk(dialog);
   });
   AppointmentEditor editor(assistant, record, {}, AppointmentEditor::Mode::kEdit);
@@ -136,7 +120,7 @@ TEST_F(EditorTest, TheRepeatButtonSetsTheRule) {
       driver.ClickControl(repeat, 103);  // monthly
       PressOk(repeat);
     });
-    driver.ClickControl(dialog, kRepeatButton);
+    driver.ClickControl(dialog, AppointmentEditor::kRepeatButton);
     PressOk(dialog);
   });
   EXPECT_EQ(record.repeat.repeatType, core::kRepeatMonthly);
@@ -152,18 +136,18 @@ TEST_F(EditorTest, TheDateButtonOpensThePicker) {
     driver.AnswerMessageBox("end date must occur after the start date.", IDOK);
     bool moved = false;
     driver.WhenDialogOpens([&](HWND repeat) {
-      EXPECT_EQ(TextOf(repeat, kRepeatEndButton), "17/3/2004");
+      EXPECT_EQ(TextOf(repeat, RepeatDialog::kEndDateButton), "17/3/2004");
       driver.WhenDialogOpens(nextMonth);
-      driver.ClickControl(repeat, kRepeatEndButton);
+      driver.ClickControl(repeat, RepeatDialog::kEndDateButton);
       PressOk(repeat);
       moved = true;
     });
-    driver.ClickControl(dialog, kDateButton);
+    driver.ClickControl(dialog, AppointmentEditor::kDateButton);
     driver.WaitUntil([&] { return moved; });
-    EXPECT_EQ(TextOf(dialog, kDateButton), "14/3/2004");
+    EXPECT_EQ(TextOf(dialog, AppointmentEditor::kDateButton), "14/3/2004");
     driver.WhenDialogOpens(nextMonth);
-    driver.ClickControl(dialog, kDateButton);
-    EXPECT_EQ(TextOf(dialog, kDateButton), "14/4/2004");
+    driver.ClickControl(dialog, AppointmentEditor::kDateButton);
+    EXPECT_EQ(TextOf(dialog, AppointmentEditor::kDateButton), "14/4/2004");
     PressOk(dialog);
   });
   EXPECT_EQ(core::DayIndex(record.date), core::DayIndex(2004, 4, 14));

@@ -4,6 +4,8 @@
 #include <array>
 #include <filesystem>
 
+#include "calendar/dialogs/new_file_dialog.h"
+#include "calendar/dialogs/password_dialogs.h"
 #include "core/ini_file.h"
 #include "platform/desktop/dialog.h"
 #include "platform/desktop/message_box.h"
@@ -11,18 +13,12 @@
 #include "shell/commands.h"
 #include "support/calendar_program.h"
 #include "support/child_process.h"
+#include "support/source_folder.h"
 #include "support/temporary_calendar.h"
+#include "support/windows.h"
 
 namespace tests {
 namespace {
-
-constexpr int kNameEdit = 100;
-constexpr int kFolderEdit = 101;
-constexpr int kBrowseButton = 102;
-constexpr int kNoteLine = 103;
-constexpr int kExamplesBox = 104;
-constexpr int kPasswordEdit = 100;
-constexpr int kOwnerEdit = 100;
 
 constexpr const char* kWrongPassword = "Can't open this file. Incorrect password.";
 constexpr const char* kNoPermission = "You don't have permission for this action.";
@@ -57,42 +53,50 @@ class FileCommands : public testing::Test {
     std::memcpy(&header, Bytes(path).substr(core::kHeaderBlockOffset).data(), sizeof header);
     return header.openCount;
   }
+  // Sends a command that asks for a file and, when a text is given, ends in a box with it.
+  void CommandOn(unsigned id, const std::string& path, const std::string& box = "",
+                 const char* password = nullptr) {
+    driver.ChooseFile(path);
+    if (password != nullptr) EnterPassword(password);
+    if (!box.empty()) driver.AnswerMessageBox(box, IDOK);
+    Command(id);
+  }
   std::string Sample() const {
     std::string copy = folder.Join("guarded.cld");
-    std::filesystem::copy_file(DAYBRIX_SOURCE_FOLDER "/tests/data/guarded.cld", copy);
+    std::filesystem::copy_file(tests::SourceFolder() + "/tests/data/guarded.cld", copy);
     return copy;
   }
 
   void Command(unsigned id) { SendMessage(program.Frame(), WM_COMMAND, id, 0); }
   // Opens a file by the keyboard; with a password when it is asked for one.
   void OpenFile(const std::string& path, const char* password = nullptr) {
-    program.driver.ChooseFile(path);
+    driver.ChooseFile(path);
     if (password != nullptr) EnterPassword(password);
-    program.driver.Press(program.List(), 'O', MK_CONTROL);
+    driver.Press(program.List(), 'O', MK_CONTROL);
   }
   // An empty one cancels.
   void EnterPassword(const std::string& password) {
-    program.driver.WhenDialogOpens([this, password](HWND dialog) {
-      EXPECT_FALSE(IsWindowEnabled(GetDlgItem(dialog, IDOK)));
-      program.driver.TypeInto(dialog, kPasswordEdit, password);
-      program.driver.Press(dialog, password.empty() ? VK_ESCAPE : VK_RETURN);
+    driver.WhenDialogOpens([this, password](HWND dialog) {
+      EXPECT_FALSE(Enabled(dialog, IDOK));
+      driver.TypeInto(dialog, PasswordDialog::kPasswordEdit, password);
+      driver.Press(dialog, password.empty() ? VK_ESCAPE : VK_RETURN);
     });
   }
   // Types into the dialog for three passwords that opens next; `shown` is what it is to begin with.
   void EnterPasswords(const Passwords& shown, const Passwords& typed, int answer = IDOK) {
-    program.driver.WhenDialogOpens([this, shown, typed, answer](HWND dialog) {
+    driver.WhenDialogOpens([this, shown, typed, answer](HWND dialog) {
       for (int i = 0; i < 3; ++i) {
-        char text[64];
-        GetDlgItemText(dialog, kOwnerEdit + i, text, sizeof text);
-        EXPECT_EQ(text, shown[static_cast<std::size_t>(i)]);
-        program.driver.TypeInto(dialog, kOwnerEdit + i, typed[static_cast<std::size_t>(i)]);
-        if (typed[static_cast<std::size_t>(i)].empty()) program.driver.Press(dialog, VK_DELETE);
+        const std::string& text = typed[static_cast<std::size_t>(i)];
+        EXPECT_EQ(TextOf(dialog, NetworkPasswordsDialog::kOwnerEdit + i), shown[static_cast<std::size_t>(i)]);
+        driver.TypeInto(dialog, NetworkPasswordsDialog::kOwnerEdit + i, text);
+        if (text.empty()) driver.Press(dialog, VK_DELETE);
       }
-      program.driver.ClickControl(dialog, answer);
+      driver.ClickControl(dialog, answer);
     });
   }
 
   CalendarProgram program;
+  DesktopDriver& driver = program.driver;
   TemporaryCalendar calendar;
   TemporaryFolder folder;
 };
@@ -100,27 +104,27 @@ class FileCommands : public testing::Test {
 TEST_F(FileCommands, NewMakesACalendarOnceItsNameIsGood) {
   program.Run(calendar.Path(), [&] {
     const std::string taken = folder.Write("taken.cld", "not ours to touch");
-    program.driver.WhenDialogOpens([&](HWND dialog) {
+    driver.WhenDialogOpens([&](HWND dialog) {
       EXPECT_EQ(GetWindowText(dialog), "Create New File");
-      EXPECT_EQ(GetDlgItemPath(dialog, kFolderEdit), CalendarProgramFolder() + "/works");
-      EXPECT_TRUE(IsDlgButtonChecked(dialog, kExamplesBox));
-      EXPECT_FALSE(IsWindowVisible(GetDlgItem(dialog, kNoteLine)));
-      EXPECT_FALSE(IsWindowEnabled(GetDlgItem(dialog, IDOK)));
-      program.driver.TypeInto(dialog, kNameEdit, "taken");
-      program.driver.TypeInto(dialog, kFolderEdit, folder.Path() + "//.");
-      program.driver.AnswerMessageBox("This file alredy exists.\r\nPlease selact another file name.", IDOK);
-      program.driver.Press(dialog, VK_RETURN);
+      EXPECT_EQ(GetDlgItemPath(dialog, NewFileDialog::kFolderEdit), CalendarProgramFolder() + "/works");
+      EXPECT_TRUE(IsDlgButtonChecked(dialog, NewFileDialog::kExamplesBox));
+      EXPECT_FALSE(IsWindowVisible(GetDlgItem(dialog, NewFileDialog::kNoteLine)));
+      EXPECT_FALSE(Enabled(dialog, IDOK));
+      driver.TypeInto(dialog, NewFileDialog::kNameEdit, "taken");
+      driver.TypeInto(dialog, NewFileDialog::kFolderEdit, folder.Path() + "//.");
+      driver.AnswerMessageBox("This file alredy exists.\r\nPlease selact another file name.", IDOK);
+      driver.Press(dialog, VK_RETURN);
       for (const std::string& bad : {std::string("no/such/folder"), std::string(255, 'n')}) {
-        program.driver.TypeInto(dialog, kNameEdit, bad);
-        program.driver.AnswerMessageBox("Error in creating a file.", IDOK);
-        program.driver.ClickControl(dialog, IDOK);
+        driver.TypeInto(dialog, NewFileDialog::kNameEdit, bad);
+        driver.AnswerMessageBox("Error in creating a file.", IDOK);
+        driver.ClickControl(dialog, IDOK);
       }
       EXPECT_EQ(Setting("RecordExample"), "");
-      program.driver.ClickControl(dialog, kExamplesBox);
-      program.driver.TypeInto(dialog, kNameEdit, "Team.2");
-      program.driver.ClickControl(dialog, IDOK);
+      driver.ClickControl(dialog, NewFileDialog::kExamplesBox);
+      driver.TypeInto(dialog, NewFileDialog::kNameEdit, "Team.2");
+      driver.ClickControl(dialog, IDOK);
     });
-    program.driver.Press(program.List(), 'N', MK_CONTROL);
+    driver.Press(program.List(), 'N', MK_CONTROL);
     const std::string made = folder.Join("Team.2.cld");
     EXPECT_EQ(program.File()->Path(), made);
     EXPECT_EQ(Setting("DefaulFile"), made);
@@ -132,11 +136,11 @@ TEST_F(FileCommands, NewMakesACalendarOnceItsNameIsGood) {
     EXPECT_EQ(folder.Count(), 2U);
     EXPECT_EQ(GetFocus(), program.List());
 
-    program.driver.WhenDialogOpens([&](HWND dialog) {
-      EXPECT_FALSE(IsDlgButtonChecked(dialog, kExamplesBox));
-      program.driver.ClickControl(dialog, kExamplesBox);
-      program.driver.TypeInto(dialog, kNameEdit, "never");
-      program.driver.Press(dialog, VK_ESCAPE);
+    driver.WhenDialogOpens([&](HWND dialog) {
+      EXPECT_FALSE(IsDlgButtonChecked(dialog, NewFileDialog::kExamplesBox));
+      driver.ClickControl(dialog, NewFileDialog::kExamplesBox);
+      driver.TypeInto(dialog, NewFileDialog::kNameEdit, "never");
+      driver.Press(dialog, VK_ESCAPE);
     });
     Command(ID_FILE_NEW);
     EXPECT_EQ(program.File()->Path(), made);
@@ -150,12 +154,12 @@ TEST_F(FileCommands, AnyPathWillDo) {
   const std::string greek = folder.Join("Ημερολόγιο");
   ASSERT_TRUE(platform::MakeFolder(greek));
   program.Run(calendar.Path(), [&] {
-    program.driver.WhenDialogOpens([&](HWND dialog) {
-      program.driver.ChooseFile(greek);
-      program.driver.ClickControl(dialog, kBrowseButton);
-      EXPECT_EQ(GetDlgItemPath(dialog, kFolderEdit), greek);
-      program.driver.TypeInto(dialog, kNameEdit, "Caf\xE9");
-      program.driver.ClickControl(dialog, IDOK);
+    driver.WhenDialogOpens([&](HWND dialog) {
+      driver.ChooseFile(greek);
+      driver.ClickControl(dialog, NewFileDialog::kBrowseButton);
+      EXPECT_EQ(GetDlgItemPath(dialog, NewFileDialog::kFolderEdit), greek);
+      driver.TypeInto(dialog, NewFileDialog::kNameEdit, "Caf\xE9");
+      driver.ClickControl(dialog, IDOK);
     });
     Command(ID_FILE_NEW);
     EXPECT_EQ(program.File()->Path(), greek + "/Café.cld");
@@ -173,17 +177,11 @@ TEST_F(FileCommands, OpenLeavesTheOldFileUnlessTheNewOneOpens) {
   const std::string letter = folder.Write("letter.cld", "Dear reader");
   program.Run(calendar.Path(), [&] {
     for (const char* wrong : {"read3", "Read3 ", ""}) {
-      program.driver.ChooseFile(guarded);
-      EnterPassword(wrong);
-      program.driver.AnswerMessageBox(kWrongPassword, IDOK);
-      Command(ID_FILE_OPEN);
+      CommandOn(ID_FILE_OPEN, guarded, kWrongPassword, wrong);
     }
-    EXPECT_EQ(program.driver.LastFileKinds(), std::vector<std::string>{"Tempoline file (*.cld)"});
-    program.driver.ChooseFile(letter);
-    program.driver.AnswerMessageBox(letter + "\".\r\nThe file is incomplete.", IDOK);
-    Command(ID_FILE_OPEN);
-    program.driver.ChooseFile("");
-    Command(ID_FILE_OPEN);
+    EXPECT_EQ(driver.LastFileKinds(), std::vector<std::string>{"Tempoline file (*.cld)"});
+    CommandOn(ID_FILE_OPEN, letter, letter + "\".\r\nThe file is incomplete.");
+    CommandOn(ID_FILE_OPEN, "");
     EXPECT_EQ(program.Subjects(), std::vector<std::string>{"Ours"});
     EXPECT_EQ(Setting("DefaulFile"), "");
     EXPECT_EQ(OpenCount(guarded), 2U) << "only looked at";
@@ -216,7 +214,7 @@ TEST_F(FileCommands, TheOwnerSetsThePasswordsTypingThemTwice) {
     const Passwords set = {twenty, "caf\xE9", ""};
     EnterPasswords({}, set);
     EnterPasswords({}, {twenty, "Caf\xE9", ""});
-    program.driver.AnswerMessageBox("You did not enter the same password. Try again.", IDOK);
+    driver.AnswerMessageBox("You did not enter the same password. Try again.", IDOK);
     EnterPasswords({}, set);
     Command(ID_PASSWORDS);
     EXPECT_EQ(program.File()->AccessLevel(), core::Access::kOwner);
@@ -225,13 +223,10 @@ TEST_F(FileCommands, TheOwnerSetsThePasswordsTypingThemTwice) {
     EXPECT_EQ(calendar.Bytes(), expected);
 
     // What was typed in full length was kept one shorter.
-    program.driver.ChooseFile(calendar.Path());
-    EnterPassword(twenty);
-    program.driver.AnswerMessageBox(kWrongPassword, IDOK);
-    Command(ID_FILE_OPEN);
+    CommandOn(ID_FILE_OPEN, calendar.Path(), kWrongPassword, twenty.c_str());
     OpenFile(calendar.Path(), "caf\xE9");
     EXPECT_EQ(program.File()->AccessLevel(), core::Access::kAssistant);
-    program.driver.AnswerMessageBox(kNoPermission, IDOK);
+    driver.AnswerMessageBox(kNoPermission, IDOK);
     Command(ID_PASSWORDS);
     EXPECT_EQ(calendar.Bytes(), expected);
 
@@ -250,15 +245,16 @@ TEST_F(FileCommands, SaveAsWritesACompactedCopyBesideTheOpenFile) {
   ASSERT_EQ(calendar.file.DeleteRecord(gone), core::Result::kDone);
   ASSERT_TRUE(calendar.file.LockRecord(2625));
   core::SetRefreshEnabled(true);
-  const auto saveAs = [&](const std::string& target) {
-    program.driver.ChooseFile(target);
-    if (platform::FileExists(target)) program.driver.AnswerMessageBox("already exists", IDYES);
+  const auto saveAs = [&](const std::string& target, const std::string& box = "") {
+    driver.ChooseFile(target);
+    if (platform::FileExists(target)) driver.AnswerMessageBox("already exists", IDYES);
+    if (!box.empty()) driver.AnswerMessageBox(box, IDOK);
+    Command(ID_FILE_SAVE_AS);
   };
   program.Run(calendar.Path(), [&] {
     const std::string opened = calendar.Bytes();
     const std::string copy = folder.Join("copy.cld");
     saveAs(folder.Join("copy"));
-    Command(ID_FILE_SAVE_AS);
     EXPECT_EQ(Bytes(copy).size(), 2625U + 2627U);
     EXPECT_EQ(OpenCount(copy), 0U);
     EXPECT_EQ(Bytes(copy)[2625 + 5], 0) << "nobody edits the copy";
@@ -267,21 +263,16 @@ TEST_F(FileCommands, SaveAsWritesACompactedCopyBesideTheOpenFile) {
 
     folder.Write("copy.cld", "replaced");
     saveAs(copy);
-    Command(ID_FILE_SAVE_AS);
     EXPECT_EQ(Bytes(copy).size(), 2625U + 2627U);
 
     saveAs(calendar.Path());
-    Command(ID_FILE_SAVE_AS);
     {
       const core::RecordFile other(copy, "");
       const std::string theirs = Bytes(copy);
-      saveAs(copy);
-      program.driver.AnswerMessageBox(copy + kNoAccess, IDOK);
-      Command(ID_FILE_SAVE_AS);
+      saveAs(copy, copy + kNoAccess);
       EXPECT_EQ(Bytes(copy), theirs);
     }
     saveAs("");
-    Command(ID_FILE_SAVE_AS);
     EXPECT_EQ(calendar.Bytes(), opened);
     EXPECT_EQ(folder.Count(), 1U);
   });
@@ -292,9 +283,7 @@ TEST_F(FileCommands, CompactTakesAFileThatNobodyHasOpen) {
   const std::size_t size = Bytes(guarded).size();
   program.Run(calendar.Path(), [&] {
     const auto compact = [&](const std::string& path, bool refused) {
-      program.driver.ChooseFile(path);
-      if (refused) program.driver.AnswerMessageBox(path + kNoAccess, IDOK);
-      Command(ID_COMPACT);
+      CommandOn(ID_COMPACT, path, refused ? path + kNoAccess : "");
     };
     compact(calendar.Path(), true);
     {
@@ -310,9 +299,7 @@ TEST_F(FileCommands, CompactTakesAFileThatNobodyHasOpen) {
     compact(guarded, false);
     EXPECT_EQ(OpenCount(guarded), 0U);
     const std::string text = folder.Write("text.cld", "no calendar");
-    program.driver.ChooseFile(text);
-    program.driver.AnswerMessageBox(text, IDOK);
-    Command(ID_COMPACT);
+    CommandOn(ID_COMPACT, text, text);
     EXPECT_EQ(Bytes(text), "no calendar");
   });
 }
@@ -321,16 +308,16 @@ TEST_F(FileCommands, OneAtATimeAndTheFrameWaitsForItsEnd) {
   bool ended = false;
   program.Run(calendar.Path(), [&] {
     const HWND frame = program.Frame();
-    program.driver.WhenDialogOpens([&](HWND dialog) {
+    driver.WhenDialogOpens([&](HWND dialog) {
       PostMessage(frame, WM_COMMAND, ID_FILE_OPEN, 0);
       PostMessage(frame, WM_COMMAND, ID_ITEM_NEW, 0);
       PostMessage(frame, WM_CLOSE, 0, 0);
-      program.driver.ProcessEvents();
+      driver.ProcessEvents();
       EXPECT_TRUE(IsWindow(frame));
-      program.driver.ClickControl(dialog, IDCANCEL);
+      driver.ClickControl(dialog, IDCANCEL);
     });
     Command(ID_FILE_NEW);
-    program.driver.WaitUntil([&] { return !IsWindow(frame); });
+    driver.WaitUntil([&] { return !IsWindow(frame); });
     ended = true;
   });
   EXPECT_TRUE(ended);
@@ -342,11 +329,11 @@ class StartWithoutAFile : public FileCommands {
 
   // The dialog that makes a calendar comes next; it is left by Escape, or with a name.
   void ExpectNew(const std::string& note, const std::string& name = "") {
-    program.driver.WhenDialogOpens([this, note, name](HWND dialog) {
+    driver.WhenDialogOpens([this, note, name](HWND dialog) {
       EXPECT_EQ(GetWindowText(dialog), "Create New File");
-      EXPECT_EQ(GetDlgItemPath(dialog, kNoteLine), note);
-      program.driver.TypeInto(dialog, kNameEdit, name);
-      program.driver.Press(dialog, name.empty() ? VK_ESCAPE : VK_RETURN);
+      EXPECT_EQ(GetDlgItemPath(dialog, NewFileDialog::kNoteLine), note);
+      driver.TypeInto(dialog, NewFileDialog::kNameEdit, name);
+      driver.Press(dialog, name.empty() ? VK_ESCAPE : VK_RETURN);
     });
   }
   // True when the program came to its message loop with a calendar.
@@ -363,7 +350,7 @@ class StartWithoutAFile : public FileCommands {
 
 TEST_F(StartWithoutAFile, TheUserMakesOneOrTheProgramEnds) {
   EnterPassword("owner");
-  program.driver.AnswerMessageBox(kWrongPassword, IDOK);
+  driver.AnswerMessageBox(kWrongPassword, IDOK);
   ExpectNew("");
   EXPECT_FALSE(Starts(calendar.Path()));
   EXPECT_EQ(Setting("DefaulFile"), "");
@@ -385,7 +372,7 @@ TEST_F(StartWithoutAFile, TheUserMakesOneOrTheProgramEnds) {
   EXPECT_TRUE(Starts(""));
   const std::string first = Setting("DefaulFile");
   SetDefault("");
-  ExpectNew("There is a calendar already: \"" + first + "\"");
+  ExpectNew("The calendar \"" + first + "\" exists already.");
   EXPECT_FALSE(Starts(""));
 }
 

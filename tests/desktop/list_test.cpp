@@ -6,7 +6,6 @@
 #include <string>
 #include <vector>
 
-#include "controls/list_refresh.h"
 #include "controls/list_view.h"
 #include "framework/fonts.h"
 #include "framework/services.h"
@@ -17,6 +16,7 @@
 
 namespace {
 
+using Texts = std::vector<std::string>;
 using Values = std::vector<LPARAM>;
 
 constexpr int kId = 100;
@@ -199,7 +199,7 @@ TEST_F(Lists, CellsAreStripedAndTheOwnerDrawsThoseThereAre) {
   view.SelectItem(1);
   view.drawn.clear();
   RecordingDc dc;
-  ListObject(view).Paint(&dc, {90, 50, 4.0 / 3, 3, kRow, 0}, {0, 0, 90, 50});
+  ListObject(view).Paint(&dc, {0, 0, 90, 50});
   ASSERT_EQ(view.drawn.size(), 4u);
   for (int index = 0; index < 4; ++index) {
     EXPECT_EQ(view.drawn[static_cast<std::size_t>(index)].index, index);
@@ -207,23 +207,41 @@ TEST_F(Lists, CellsAreStripedAndTheOwnerDrawsThoseThereAre) {
     EXPECT_EQ(view.drawn[static_cast<std::size_t>(index)].colour, index % 2 ? kOdd : kEven);
   }
   EXPECT_EQ(view.drawn[3].rect, (RECT{0, 20, 30, 40}));
-  EXPECT_EQ(dc.ColourAt({35, 25}), kEven) << "stripes go on where there are no cells";
-  EXPECT_EQ(dc.ColourAt({89, 49}), kEven);
-  EXPECT_EQ(dc.ColourAt({65, 25}), kOdd);
+  // Stripes go on where there are no cells.
+  dc.ExpectColour(kEven, {{35, 25}, {89, 49}});
+  dc.ExpectColour(kOdd, {{65, 25}});
 
   view.drawn.clear();
-  ListObject(view).Paint(&dc, {90, 50, 4.0 / 3, 3, kRow, 0}, {40, 5, 50, 10});
+  dc.SetClip({40, 5, 50, 10});
+  ListObject(view).Paint(&dc, {0, 0, 90, 50});
   ASSERT_EQ(view.drawn.size(), 1u) << "only what needs painting";
   EXPECT_EQ(view.drawn[0].index, 1);
 
   view.SetItemCount(0);
   view.drawn.clear();
-  ListObject(view).Paint(&dc, {90, 50, 0, 3, kRow, 0}, {0, 0, 90, 50});
+  ListObject(view).Paint(&dc, {0, 0, 90, 50});
   ASSERT_EQ(view.drawn.size(), 1u);
   EXPECT_EQ(view.drawn[0].index, -1);
   EXPECT_EQ(view.drawn[0].state, 0) << "no cell is no selected cell";
   EXPECT_EQ(view.drawn[0].rect, (RECT{0, 0, 90, 50}));
   EXPECT_EQ(view.drawn[0].colour, kOdd);
+}
+
+TEST_F(Lists, TheFocusMarkLeavesNothingBehindWhenItComesBackToACell) {
+  CellsView view(Setup(30));
+  Put(view);
+  SetFocus(host.Handle());
+  driver.Press(host.Handle(), VK_TAB);
+  Key(view, VK_DOWN);
+  driver.Wheel(ListOf(view), {50, 50}, -2);  // the selected cell goes out of sight
+  const auto dots = [&] {
+    int count = 0;
+    for (int y = 0; y < 100; ++y) count += driver.PixelAt(ListOf(view), {0, y}) == RGB(255, 255, 255);
+    return count;
+  };
+  EXPECT_EQ(dots(), 50) << "around all cells";
+  driver.Click(ListOf(view), {50, 50});
+  EXPECT_LE(dots(), 10) << "around one cell, or shown no more";
 }
 
 TEST_F(Lists, AClickPaintsTheTwoCellsItChangesAndNoMore) {
@@ -333,11 +351,11 @@ class RecordsView : public ZarfWndListView {
   using ZarfWndListView::ZarfWndListView;
   std::vector<std::string> drawn;
 
-  void DrawRecordCell(core::RecordFile& file, core::RecordQuery& records, HDC, COLORREF, int index, int,
+  void DrawRecordCell(core::RecordFile& file, core::RecordList& records, HDC, COLORREF, int index, int,
                       const RECT&) override {
     if (index < 0) return;
     core::Appointment appointment;
-    const bool read = file.ReadRecord(&appointment, records.OffsetAt(static_cast<std::size_t>(index)));
+    const bool read = file.ReadRecord(&appointment, records.KeyAt(static_cast<std::size_t>(index)));
     drawn.emplace_back(read ? core::ReadText(appointment.subject) : "(gone)");
   }
 };
@@ -347,134 +365,124 @@ class FileLists : public Lists {
   FileLists() {
     for (const char* subject : {"b", "d", "f"}) calendar.Add(tests::Entry(subject));
     records.AddMatchAll();
-    records.Run(calendar.file);
+    EXPECT_TRUE(records.Run(calendar.file));
     records.Sort(calendar.file, {static_cast<std::int32_t>(offsetof(core::Appointment, subject)),
                                  sizeof(core::Appointment::subject), core::CompareText});
   }
   ~FileLists() override { core::SetRefreshEnabled(true); }
 
-  std::vector<std::string> Shown(RecordsView& view) {
-    view.drawn.clear();
-    RepaintWindow(ListOf(view));
-    return view.drawn;
+  void Show(bool dragEnabled = false) {
+    ListViewSetup setup = Setup(0);
+    setup.dragEnabled = dragEnabled;
+    shown = std::make_unique<RecordsView>(setup);
+    Put(*shown);
+    shown->SetFile(&calendar.file, &records);
+  }
+  std::vector<std::string> Shown() {
+    shown->drawn.clear();
+    RepaintWindow(ListOf(*shown));
+    return shown->drawn;
   }
 
   tests::TemporaryCalendar calendar;
   core::RecordQuery records;
+  std::unique_ptr<RecordsView> shown;
 };
 
 TEST_F(FileLists, AnotherUsersChangeArrivesByItself) {
-  RecordsView view(Setup(0));
-  Put(view);
-  view.SetFile(&calendar.file, &records);
-  EXPECT_EQ(Shown(view), (std::vector<std::string>{"b", "d", "f"}));
+  Show();
+  EXPECT_EQ(Shown(), (Texts{"b", "d", "f"}));
 
   core::RecordFile other(calendar.Path(), "");
   const tests::Entry added("c");
   ASSERT_EQ(other.AddRecord(&added.appointment), core::Result::kDone);
   core::SetRefreshEnabled(false);
   driver.Wait(2300);
-  EXPECT_EQ(view.ItemCount(), 3) << "not while a record is being edited";
+  EXPECT_EQ(shown->ItemCount(), 3) << "not while a record is being edited";
   EXPECT_TRUE(host.Values(kId, kListFileChanged).empty());
 
   core::SetRefreshEnabled(true);
-  ASSERT_TRUE(driver.WaitUntil([&] { return view.ItemCount() == 4; }));
+  ASSERT_TRUE(driver.WaitUntil([&] { return shown->ItemCount() == 4; }));
   driver.ProcessEvents();
   EXPECT_EQ(host.Values(kId, kListFileChanged), (Values{3, 2}));
-  EXPECT_EQ(Shown(view), (std::vector<std::string>{"b", "c", "d", "f"}));
-  RefreshListViews();
+  EXPECT_EQ(Shown(), (Texts{"b", "c", "d", "f"}));
+  core::FileWatch::OfProcess().Look();
   driver.ProcessEvents();
   EXPECT_EQ(host.Values(kId, kListFileChanged), (Values{3, 2})) << "once for one change";
 }
 
 TEST_F(FileLists, TheParentCanKeepTheSelectionOverARebuild) {
-  RecordsView view(Setup(0));
-  Put(view);
-  view.SetFile(&calendar.file, &records);
-  view.SelectItem(1);
+  Show();
+  shown->SelectItem(1);
   core::Appointment kept;
   host.onCommand = [&](const HostWindow::Command& command) {
     if (command.code == kListFileChanged && command.value == 1) {
-      EXPECT_TRUE(calendar.file.ReadRecord(&kept, view.RecordOffset(view.SelectedItem())));
+      EXPECT_TRUE(calendar.file.ReadRecord(&kept, shown->KeyAt(shown->SelectedItem())));
     } else if (command.code == kListFileChanged && command.value == 0) {
-      EXPECT_TRUE(view.SelectRecord(&kept));
+      EXPECT_TRUE(shown->SelectRecord(kept.header.recordId));
     }
     return LRESULT{0};
   };
-  EXPECT_FALSE(view.RefreshFromFile(ListRefresh::kByProgram)) << "nothing changed yet";
+  EXPECT_FALSE(shown->RefreshFromFile(ListRefresh::kByProgram)) << "nothing changed yet";
   calendar.Add(tests::Entry("a"));
-  EXPECT_TRUE(view.RefreshFromFile(ListRefresh::kByProgram));
+  EXPECT_TRUE(shown->RefreshFromFile(ListRefresh::kByProgram));
   driver.ProcessEvents();
   EXPECT_EQ(host.Values(kId, kListFileChanged), (Values{1, 0}));
-  EXPECT_EQ(view.SelectedItem(), 2) << "d is one further down";
+  EXPECT_EQ(shown->SelectedItem(), 2) << "d is one further down";
   EXPECT_EQ(core::ReadText(kept.subject), "d");
 
   const tests::Entry stranger("d");
-  EXPECT_FALSE(view.SelectRecord(&stranger.appointment)) << "records are told by their id";
-  EXPECT_EQ(view.SelectedItem(), 2);
+  EXPECT_FALSE(shown->SelectRecord(stranger.appointment.header.recordId)) << "records are told by their id";
+  EXPECT_EQ(shown->SelectedItem(), 2);
 }
 
 TEST_F(FileLists, ARecordDeletedByAnotherUserHidesNoOther) {
-  RecordsView view(Setup(0));
-  Put(view);
-  view.SetFile(&calendar.file, &records);
+  Show();
   core::SetRefreshEnabled(false);
   core::RecordFile other(calendar.Path(), "");
-  ASSERT_EQ(other.DeleteRecord(records.OffsetAt(1)), core::Result::kDone);
-  EXPECT_EQ(Shown(view), (std::vector<std::string>{"b", "(gone)", "f"}));
-  EXPECT_EQ(view.RecordOffset(3), -1);
-  view.SetFile(nullptr, nullptr);
-  EXPECT_EQ(view.ItemCount(), 0);
-  EXPECT_EQ(view.RecordOffset(0), -1);
+  ASSERT_EQ(other.DeleteRecord(records.KeyAt(1)), core::Result::kDone);
+  EXPECT_EQ(Shown(), (Texts{"b", "(gone)", "f"}));
+  EXPECT_TRUE(shown->KeyAt(3).IsNone());
+  shown->SetFile(nullptr, nullptr);
+  EXPECT_EQ(shown->ItemCount(), 0);
+  EXPECT_TRUE(shown->KeyAt(0).IsNone());
 }
 
 TEST_F(FileLists, AListIsNotRebuiltUnderADrag) {
-  ListViewSetup setup = Setup(0);
-  setup.dragEnabled = true;
-  RecordsView view(setup);
-  Put(view);
-  view.SetFile(&calendar.file, &records);
-  driver.MouseDown(ListOf(view), {50, 25});
-  driver.MoveMouse(ListOf(view), {52, 27});
+  Show(true);
+  driver.MouseDown(ListOf(*shown), {50, 25});
+  driver.MoveMouse(ListOf(*shown), {52, 27});
   calendar.Add(tests::Entry("a"));
-  RefreshListViews();
-  EXPECT_EQ(view.SelectedItem(), 1);
-  driver.MouseUp(ListOf(view), {52, 27});
-  RefreshListViews();
-  EXPECT_EQ(view.ItemCount(), 4);
+  core::FileWatch::OfProcess().Look();
+  EXPECT_EQ(shown->SelectedItem(), 1);
+  driver.MouseUp(ListOf(*shown), {52, 27});
+  core::FileWatch::OfProcess().Look();
+  EXPECT_EQ(shown->ItemCount(), 4);
 }
 
 TEST_F(FileLists, TheHundredAndFirstListViewIsNotRefreshed) {
-  const int before = RegisteredListViews();
-  std::vector<std::unique_ptr<RecordsView>> others;
-  while (RegisteredListViews() < kMaxListViews) others.push_back(std::make_unique<RecordsView>(Setup(0)));
-  RecordsView late(Setup(0));
-  Put(late);
-  late.SetFile(&calendar.file, &records);
+  std::vector<std::unique_ptr<RecordsView>> others(kMostWatchingLists);
+  for (auto& other : others) other = std::make_unique<RecordsView>(Setup(0));
+  Show();
   calendar.Add(tests::Entry("a"));
-  RefreshListViews();
-  EXPECT_EQ(late.ItemCount(), 3);
-  EXPECT_EQ(RegisteredListViews(), kMaxListViews);
-  others.clear();
-  EXPECT_EQ(RegisteredListViews(), before);
+  core::FileWatch::OfProcess().Look();
+  EXPECT_EQ(shown->ItemCount(), 3);
 }
 
 TEST_F(FileLists, AParentMayTakeOtherListViewsAwayWhileItIsTold) {
-  RecordsView first(Setup(0));
+  Show();
   auto second = std::make_unique<RecordsView>(Setup(0));
-  Put(first);
   Put(*second);
   core::RecordQuery secondRecords = records;
-  first.SetFile(&calendar.file, &records);
   second->SetFile(&calendar.file, &secondRecords);
   host.onCommand = [&](const HostWindow::Command&) {
     second.reset();
-    RefreshListViews();  // as a box inside which the timers go on would
+    core::FileWatch::OfProcess().Look();  // as a box inside which the timers go on would
     return LRESULT{0};
   };
   calendar.Add(tests::Entry("a"));
-  RefreshListViews();
-  EXPECT_EQ(first.ItemCount(), 4);
+  core::FileWatch::OfProcess().Look();
+  EXPECT_EQ(shown->ItemCount(), 4);
   EXPECT_EQ(second, nullptr);
 }
 

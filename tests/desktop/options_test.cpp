@@ -10,27 +10,24 @@
 #include "platform/desktop/dialog.h"
 #include "platform/system/program_folder.h"
 #include "platform/system/program_start.h"
+#include "shell/application.h"
+#include "shell/main_frame.h"
 #include "shell/options_dialog.h"
 #include "shell/splash.h"
+#include "support/windows.h"
 
 namespace tests {
 namespace {
-
-constexpr int kSoundBox = 100;
-constexpr int kAnimationBox = 101;
-constexpr int kSplashBox = 102;
-constexpr int kRefreshList = 103;
-constexpr int kTrayBox = 104;
 
 class Options : public ShellTest {
  protected:
   void Open(const std::function<void(HWND)>& act) {
     driver.WhenDialogOpens(act);
-    ShowOptionsDialog(&owner);
+    ShowOptionsDialog(owner);
     driver.ProcessEvents();
   }
   static LRESULT Refresh(HWND dialog, UINT message, int value = 0) {
-    return SendDlgItemMessage(dialog, kRefreshList, message, static_cast<WPARAM>(value), 0);
+    return SendDlgItemMessage(dialog, OptionsDialog::kRefreshList, message, static_cast<WPARAM>(value), 0);
   }
 };
 
@@ -48,7 +45,8 @@ TEST_F(Options, WhatTheyShowAndWriteBack) {
     for (const char* key : {"Sound", "Annimation", "Splash"})
       Set(key, test.written != nullptr ? test.written : "");
     Open([&](HWND dialog) {
-      for (const int box : {kSoundBox, kAnimationBox, kSplashBox}) {
+      for (const int box :
+           {OptionsDialog::kSoundBox, OptionsDialog::kAnimationBox, OptionsDialog::kSplashBox}) {
         EXPECT_EQ(IsDlgButtonChecked(dialog, box), test.shown) << box;
       }
       driver.ClickControl(dialog, IDOK);
@@ -66,9 +64,8 @@ TEST_F(Options, WhatTheyShowAndWriteBack) {
     Open([&, expected = line](HWND dialog) {
       EXPECT_EQ(Refresh(dialog, CB_GETCOUNT), 120);
       EXPECT_EQ(Refresh(dialog, CB_GETCURSEL), expected);
-      char text[16];
-      GetDlgItemText(dialog, kRefreshList, text, sizeof text);
-      EXPECT_EQ(std::string(text), expected < 0 ? "" : std::to_string(expected + 1) + " sec.");
+      EXPECT_EQ(TextOf(dialog, OptionsDialog::kRefreshList),
+                expected < 0 ? "" : std::to_string(expected + 1) + " sec.");
       driver.ClickControl(dialog, IDOK);
     });
     EXPECT_EQ(Setting("NetworkRefresh"), after);
@@ -79,27 +76,21 @@ TEST_F(Options, OkTellsTheOtherCopiesAndCancelChangesNothing) {
   Set("Sound", "maybe");
   SetSoundEnabled(1);
   const auto change = [&](HWND dialog) {
-    for (const int box : {kSoundBox, kAnimationBox, kSplashBox}) driver.ClickControl(dialog, box);
+    for (const int box : {OptionsDialog::kSoundBox, OptionsDialog::kAnimationBox, OptionsDialog::kSplashBox})
+      driver.ClickControl(dialog, box);
     Refresh(dialog, CB_SETCURSEL, 9);
   };
   const std::string before = Folder().Read("Daybrix.ini");
-  Open([&](HWND dialog) {
-    change(dialog);
-    driver.Press(dialog, VK_ESCAPE);
-  });
+  Open([&](HWND dialog) { change(dialog), driver.Press(dialog, VK_ESCAPE); });
   EXPECT_EQ(Folder().Read("Daybrix.ini"), before);
   EXPECT_TRUE(SoundEnabled());
   EXPECT_TRUE(owner.notices.empty());
-  ASSERT_TRUE(application.Create(nullptr));
-  Open([&](HWND dialog) {
-    change(dialog);
-    driver.ClickControl(dialog, IDOK);
-  });
+  Open([&](HWND dialog) { change(dialog), driver.ClickControl(dialog, IDOK); });
   EXPECT_EQ(Setting("Sound") + Setting("Annimation") + Setting("Splash") + Setting("NetworkRefresh"),
             "10010");
   EXPECT_FALSE(AnimationEnabled());
-  // The frame is told as the sender, which knows already.
-  const NoticedWindow::Notice notice{kNotifySettings, reinterpret_cast<LPARAM>(application.Handle())};
+  // The sender is named: it knows already.
+  const NoticedWindow::Notice notice{kNotifySettings, reinterpret_cast<LPARAM>(owner.Handle())};
   EXPECT_EQ(owner.notices, std::vector<NoticedWindow::Notice>{notice});
 }
 
@@ -108,9 +99,9 @@ TEST_F(Options, TheTrayProgramIsStartedWhenAskedForAndThere) {
   const std::string program = own.substr(0, own.rfind('/') + 1) + "Daybrix";
   const auto start = [&](bool wanted) {
     Open([&](HWND dialog) {
-      EXPECT_TRUE(IsWindowEnabled(GetDlgItem(dialog, kTrayBox)));
-      EXPECT_FALSE(IsDlgButtonChecked(dialog, kTrayBox));
-      if (wanted) driver.ClickControl(dialog, kTrayBox);
+      EXPECT_TRUE(Enabled(dialog, OptionsDialog::kTrayBox));
+      EXPECT_FALSE(IsDlgButtonChecked(dialog, OptionsDialog::kTrayBox));
+      if (wanted) driver.ClickControl(dialog, OptionsDialog::kTrayBox);
       driver.ClickControl(dialog, IDOK);
     });
   };
@@ -126,8 +117,8 @@ TEST_F(Options, TheTrayProgramIsStartedWhenAskedForAndThere) {
   if (tray == 0) _exit(execl(program.c_str(), program.c_str(), "60", nullptr));
   driver.WaitUntil([&] { return platform::ProgramRuns(program); });
   Open([&](HWND dialog) {
-    EXPECT_FALSE(IsWindowEnabled(GetDlgItem(dialog, kTrayBox)));
-    EXPECT_TRUE(IsDlgButtonChecked(dialog, kTrayBox));
+    EXPECT_FALSE(Enabled(dialog, OptionsDialog::kTrayBox));
+    EXPECT_TRUE(IsDlgButtonChecked(dialog, OptionsDialog::kTrayBox));
     driver.ClickControl(dialog, IDOK);
   });
   kill(tray, SIGKILL);
@@ -139,15 +130,10 @@ TEST_F(Options, TheTrayProgramIsStartedWhenAskedForAndThere) {
 TEST_F(Options, TheSplashIsAPictureInTheMiddleThatGoesByItself) {
   const auto begin = std::chrono::steady_clock::now();
   driver.WhenDialogOpens([&](HWND dialog) {
-    RECT window;
-    RECT client;
-    GetWindowRect(dialog, &window);
-    GetClientRect(dialog, &client);
-    EXPECT_EQ(client, (RECT{0, 0, 261, 226}));
-    EXPECT_EQ(Width(window), 261);
-    const RECT desktop = DesktopRect();
-    EXPECT_EQ(window.left, (desktop.right - desktop.left) / 2 - 130);
-    EXPECT_EQ(window.top, (desktop.bottom - desktop.top) / 2 - 113);
+    EXPECT_EQ(ClientOf(dialog), (RECT{0, 0, 261, 226}));
+    const int left = Width(DesktopRect()) / 2 - 130;
+    const int top = Height(DesktopRect()) / 2 - 113;
+    EXPECT_EQ(PlaceOf(dialog), (RECT{left, top, left + 261, top + 226}));
     const auto picture = Bitmap::Load("splash");
     ASSERT_NE(picture, nullptr);
     for (const POINT point : {POINT{5, 5}, POINT{130, 60}, POINT{250, 200}}) {
@@ -161,22 +147,16 @@ TEST_F(Options, TheSplashIsAPictureInTheMiddleThatGoesByItself) {
 // A frame that closes as soon as it is there.
 class ShortApplication : public ZarfWndApp {
  public:
-  ShortApplication() : ZarfWndApp("ShellTest", "Daybrix", 1) {}
+  ShortApplication() : ZarfWndApp("ShellTest", "Daybrix") {}
   LRESULT OnAfterCreate(const MessageRecord&) override {
     Post(WM_CLOSE, 0, 0);
     return 0;
   }
 };
 
-TEST(Start, TheSplashComesBeforeTheFrameUnlessItIsOff) {
-  const TemporaryFolder folder;
-  setenv("DAYBRIX_FOLDER", folder.Path().c_str(), 1);
-  setenv("XDG_RUNTIME_DIR", folder.Path().c_str(), 1);
-  DesktopDriver driver;
-  RegisterResources();
-  const core::IniFile settings("Daybrix.ini");
+TEST_F(Options, TheSplashComesBeforeTheFrameUnlessItIsOff) {
   for (const char* value : {"no", "0"}) {
-    settings.WriteString("Preference", "Splash", value);
+    Set("Splash", value);
     ShortApplication application;
     bool shown = false;
     if (std::string_view(value) != "0") {

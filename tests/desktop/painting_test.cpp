@@ -70,22 +70,14 @@ TEST_F(Painting, LinesAndFramesLieWhereTheyShould) {
     OutlineRect(hdc, {40, 5, 50, 15});
   };
   ASSERT_TRUE(window.CreateTop());
-  EXPECT_EQ(At(1, 3), kPaper);
-  EXPECT_EQ(At(2, 3), kRed);
-  EXPECT_EQ(At(5, 3), kRed);
-  EXPECT_EQ(At(6, 3), kPaper) << "the end point is not drawn";
-  EXPECT_EQ(At(9, 8), kRed);
-  EXPECT_EQ(At(9, 5), kRed);
-  EXPECT_EQ(At(9, 4), kPaper);
-  EXPECT_EQ(At(15, 5), kRed);
-  EXPECT_EQ(At(16, 6), kPaper);
-  EXPECT_EQ(At(20, 5), kRed);
-  EXPECT_EQ(At(25, 15), kGreen);
-  EXPECT_EQ(At(29, 5), kGreen);
-  EXPECT_EQ(At(20, 14), kRed);
-  EXPECT_EQ(At(40, 14), COLORREF{0});
-  EXPECT_EQ(At(49, 5), COLORREF{0});
-  EXPECT_EQ(At(41, 6), kPaper);
+  // The end point of a line is not drawn.
+  constexpr std::pair<POINT, COLORREF> kPixels[] = {
+      {{1, 3}, kPaper},   {{2, 3}, kRed},    {{5, 3}, kRed},    {{6, 3}, kPaper},  {{9, 8}, kRed},
+      {{9, 5}, kRed},     {{9, 4}, kPaper},  {{15, 5}, kRed},   {{16, 6}, kPaper}, {{20, 5}, kRed},
+      {{25, 15}, kGreen}, {{29, 5}, kGreen}, {{20, 14}, kRed},  {{40, 14}, 0},     {{49, 5}, 0},
+      {{41, 6}, kPaper},  {{49, 10}, 0},     {{50, 10}, kPaper}};
+  for (const auto& [point, colour] : kPixels)
+    EXPECT_EQ(At(point.x, point.y), colour) << point.x << "," << point.y;
 }
 
 TEST_F(Painting, TextStaysInItsRectangleAndShowsTheCodePage) {
@@ -98,16 +90,14 @@ TEST_F(Painting, TextStaysInItsRectangleAndShowsTheCodePage) {
   };
   ASSERT_TRUE(window.CreateTop());
   int inside = 0;
-  for (int y = 0; y < 40; ++y) {
-    for (int x = 0; x < 200; ++x) {
-      const bool ink = At(x, y) != kPaper;
-      if (x >= 10 && x < 60 && y >= 5 && y < 25) {
-        inside += ink;
-      } else {
-        ASSERT_FALSE(ink) << x << "," << y;
-      }
+  for (int at = 0; at <= 30 * 200 + 199; ++at) {
+    const POINT point{at % 200, at / 200};
+    const bool ink = At(point.x, point.y) != kPaper;
+    if (Contains(RECT{10, 5, 60, 25}, point)) {
+      inside += ink;
+    } else {
+      ASSERT_FALSE(ink) << point.x << "," << point.y;
     }
-    if (y == 30) break;
   }
   EXPECT_GT(inside, 40);
   const HFONT font = GetFont(FontSans, 400);
@@ -136,8 +126,7 @@ TEST_F(Painting, PicturesAreRecoloured) {
 TEST(Drawing, ColoursMoveByStepsAndSaturate) {
   EXPECT_EQ(Lighten(RGB(250, 10, 0), 10), RGB(255, 20, 10));
   EXPECT_EQ(Darken(RGB(250, 10, 0), 20), RGB(230, 0, 0));
-  EXPECT_EQ(Lighten(RGB(1, 2, 3), 0), RGB(1, 2, 3));
-  EXPECT_EQ(Darken(RGB(1, 2, 3), -5), RGB(1, 2, 3));
+  for (const int none : {0, -5}) EXPECT_EQ(Darken(RGB(1, 2, 3), none), RGB(1, 2, 3)) << none;
   EXPECT_EQ(Lighten(RGB(1, 2, 3), 2000000000), RGB(255, 255, 255));
 }
 

@@ -2,21 +2,25 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "controls/slide_bar.h"
+#include "controls/spin_button.h"
+#include "controls/toolbar.h"
 #include "framework/fonts.h"
 #include "framework/link_button.h"
 #include "framework/pane.h"
 #include "shell/intro_pane.h"
-#include "shell/main_frame.h"
 #include "shell/pane_bar.h"
 #include "shell/skins.h"
 #include "support/desktop_driver.h"
 #include "support/host_window.h"
 #include "support/recording_dc.h"
 #include "support/temporary_folder.h"
+#include "support/windows.h"
 
 namespace {
 
@@ -44,7 +48,6 @@ class Panes : public testing::Test {
   tests::TemporaryFolder folder;
   DesktopDriver driver;
   HostWindow host{{0, 0, 400, 400}};
-  ZarfWndApp application{"Tempoline", "Daybrix", 1};
 };
 
 TEST_F(Panes, TheListKeepsTheOrderOfMakingAndForgetsThoseThatDie) {
@@ -183,17 +186,11 @@ TEST_F(Bar, TheRightButtonIsTheFrames) {
   EXPECT_EQ(frame.pressed, (POINT{27, 39}));
 }
 
-RECT PlaceOf(const ZarfWnd& child) {
-  RECT rect;
-  GetWindowRect(child.Handle(), &rect);
-  const POINT corner = ScreenToClient(child.Parent(), {rect.left, rect.top});
-  return {corner.x, corner.y, corner.x + Width(rect), corner.y + Height(rect)};
-}
-
 TEST_F(Panes, TheTitlePageHasAStripThePictureAndTheNameInLargeLetters) {
   constexpr COLORREF kLarge = RGB(254, 253, 252);
-  ZarfIntroPane tall("Intro", kColours, {ZarfIntroPane::Layout::kTallPicture, false, 4000, kWhite, kLarge});
-  ZarfIntroPane wide("Intro", kColours,
+  ZarfIntroPane tall("Intro", "Tempoline", kColours,
+                     {ZarfIntroPane::Layout::kTallPicture, false, 4000, kWhite, kLarge});
+  ZarfIntroPane wide("Intro", "Tempoline", kColours,
                      {ZarfIntroPane::Layout::kWidePicture, false, 99999, kNoColour, kLarge});
   constexpr RECT kPage{0, 0, 380, 335};
   const struct {
@@ -204,7 +201,10 @@ TEST_F(Panes, TheTitlePageHasAStripThePictureAndTheNameInLargeLetters) {
   for (const auto& page : pages) {
     ASSERT_TRUE(page.pane.Create(&host));
     page.pane.Move(0, 0, 380, 335, 1);
-    EXPECT_EQ(PlaceOf(page.pane.Picture()), page.picture);
+    const HWND picture = page.pane.Picture().Handle();
+    EXPECT_EQ(ScreenToClient(page.pane.Handle(), ClientToScreen(picture, {0, 0})),
+              (POINT{page.picture.left, page.picture.top}));
+    EXPECT_EQ(tests::ClientOf(picture), (RECT{0, 0, Width(page.picture), Height(page.picture)}));
     RecordingDc dc;
     page.pane.Paint(&dc, kPage);
     EXPECT_EQ(dc.ColourAt({379, 334}), kGreen);
@@ -228,8 +228,10 @@ TEST_F(Panes, TheTitlePageHasAStripThePictureAndTheNameInLargeLetters) {
 }
 
 TEST_F(Panes, ThePictureTellsItsStoryOnceAndOnlyWhereItIsAnimated) {
-  ZarfIntroPane still("Intro", kColours, {ZarfIntroPane::Layout::kTallPicture, false, 4000, kWhite, kWhite});
-  ZarfIntroPane moving("Intro", kColours, {ZarfIntroPane::Layout::kTallPicture, true, 4000, kWhite, kWhite});
+  ZarfIntroPane still("Intro", "Tempoline", kColours,
+                      {ZarfIntroPane::Layout::kTallPicture, false, 4000, kWhite, kWhite});
+  ZarfIntroPane moving("Intro", "Tempoline", kColours,
+                       {ZarfIntroPane::Layout::kTallPicture, true, 4000, kWhite, kWhite});
   for (ZarfIntroPane* pane : {&still, &moving}) {
     ASSERT_TRUE(pane->Create(&host));
     pane->Move(0, 0, 380, 335, 1);
@@ -258,7 +260,8 @@ TEST_F(Panes, ThePictureTellsItsStoryOnceAndOnlyWhereItIsAnimated) {
   EXPECT_TRUE(moving.OnEnter());
   EXPECT_FALSE(moving.TimerRuns()) << "told once";
 
-  ZarfIntroPane left("Intro", kColours, {ZarfIntroPane::Layout::kTallPicture, true, 4000, kWhite, kWhite});
+  ZarfIntroPane left("Intro", "Tempoline", kColours,
+                     {ZarfIntroPane::Layout::kTallPicture, true, 4000, kWhite, kWhite});
   ASSERT_TRUE(left.Create(&host));
   EXPECT_TRUE(left.OnEnter());
   EXPECT_TRUE(left.CanLeave());
@@ -270,7 +273,54 @@ TEST_F(Panes, ThePictureTellsItsStoryOnceAndOnlyWhereItIsAnimated) {
   EXPECT_FALSE(IsWindow(child));
 }
 
-TEST_F(Panes, ALinkButtonIsHotWhileItIsPressedAndTellsWhenItIsLetGoInside) {
+// Its outcome is told when it is released, but for what acts at the press.
+TEST_F(Panes, APressFollowsTheMouseAndEndsWhereItIsLetGo) {
+  ZarfClassLinkButton link(17, {kGreen, 0, 0}, "More...", -1, DT_SINGLELINE);
+  ZarfToolBar tools;
+  tools.AddButton(1001, 2001, 3000, 3000, kPlainToolButton);
+  ZarfSpinButton spin(18, SpinKind::kUp, kGreen);
+  ZarfSlideBar slide(19, kGreen, 5);
+  struct Row {
+    const char* name;
+    ZarfWnd& control;
+    std::function<bool()> pressed;
+    bool pressedOutside;
+    const char* told;  // how often: let go inside, outside, inside after a way outside; mouse lost
+  };
+  const Row rows[] = {
+      {"link", link, [&] { return link.Hot(); }, false, "1010"},
+      {"toolbar", tools, [&] { return tools.ActiveState() == ZarfToolBar::State::kPressed; }, false, "1010"},
+      {"spin", spin, [&] { return spin.Pressed(); }, true, "1111"},
+      {"slide", slide, [&] { return slide.Dragging(); }, true, "1000"}};
+  for (const auto& [name, control, pressed, pressedOutside, told] : rows) {
+    ASSERT_TRUE(control.Create(&host));
+    control.Move(10, 10, 60, 25, 1);
+    driver.Wait(20);
+    const HWND window = control.Handle();
+    std::string heard;
+    for (const int way : {0, 1, 2, 3}) {
+      SCOPED_TRACE(testing::Message() << name << " " << way);
+      host.commands.clear();
+      driver.MouseDown(window, {20, 10});
+      EXPECT_TRUE(pressed() && GetCapture() == window);
+      if (way == 1 || way == 2) driver.MoveMouse(window, {200, 10});
+      EXPECT_TRUE(pressed() == pressedOutside || way == 0 || way == 3);
+      if (way == 2) driver.MoveMouse(window, {20, 10});
+      EXPECT_TRUE(pressed() || way == 1);
+      if (way == 3) ReleaseCapture();
+      EXPECT_TRUE(!pressed() || way != 3);
+      driver.MouseUp(window, {way == 1 ? 200 : 20, 10});
+      EXPECT_TRUE(!pressed() && GetCapture() == nullptr);
+      // A held button of this kind would fire again after half a second.
+      driver.Wait(way == 3 && &control == &spin ? 700 : 20);
+      heard += std::to_string(host.commands.size());
+    }
+    EXPECT_EQ(heard, told) << name;
+    control.Destroy();
+  }
+}
+
+TEST_F(Panes, ALinkButtonIsHotWhileItIsPressedAndPostsItsCommand) {
   const ZarfClassLinkButton::Look look = {kGreen, RGB(1, 1, 1), RGB(2, 2, 2)};
   ZarfClassLinkButton button(17, look, "More...", -1, DT_SINGLELINE | DT_VCENTER);
   ZarfClassLinkButton fromTable(18, look, "unused", 3001, DT_CENTER);
@@ -286,23 +336,13 @@ TEST_F(Panes, ALinkButtonIsHotWhileItIsPressedAndTellsWhenItIsLetGoInside) {
   };
   driver.MoveMouse(button.Handle(), {5, 5});
   EXPECT_EQ(textColour(), look.text) << "not pressed";
-
   driver.MouseDown(button.Handle(), {5, 5});
   EXPECT_EQ(textColour(), look.hotText);
   driver.MoveMouse(button.Handle(), {5, 50});
   EXPECT_EQ(textColour(), look.text);
-  driver.MouseUp(button.Handle(), {5, 50});
-  driver.Wait(20);
-  EXPECT_TRUE(host.commands.empty());
-  EXPECT_EQ(GetCapture(), nullptr);
-
-  driver.MouseDown(button.Handle(), {5, 5});
-  driver.MoveMouse(button.Handle(), {5, 50});
   driver.MoveMouse(button.Handle(), {5, 5});
-  EXPECT_TRUE(button.Hot());
   SendMessage(button.Handle(), WM_LBUTTONUP, 0, MakeLParam(5, 5));
   EXPECT_TRUE(host.commands.empty()) << "posted";
-  EXPECT_FALSE(button.Hot());
   driver.MouseUp(button.Handle(), {5, 5});
   driver.Wait(20);
   EXPECT_EQ(host.Values(17), std::vector<LPARAM>{0}) << "once";

@@ -5,6 +5,7 @@
 #include "support/calendar_program.h"
 #include "support/screen_reader.h"
 #include "support/temporary_calendar.h"
+#include "support/windows.h"
 
 namespace tests {
 namespace {
@@ -18,8 +19,8 @@ class ProgramAccess : public testing::Test {
     calendar.Add(Entry("Whole").On(14, 3, 2004).AllDay());
   }
   void Press(const std::vector<unsigned>& keys) {
-    for (const unsigned key : keys) program.driver.Press(program.Frame(), key);
-    program.driver.ProcessEvents();
+    for (const unsigned key : keys) driver.Press(program.Frame(), key);
+    driver.ProcessEvents();
   }
   std::string FirstHeard() {
     const Texts heard = reader.TakeHeard();
@@ -27,6 +28,7 @@ class ProgramAccess : public testing::Test {
   }
 
   CalendarProgram program;
+  DesktopDriver& driver = program.driver;
   TemporaryCalendar calendar;
   ScreenReader reader;
 };
@@ -35,15 +37,13 @@ TEST_F(ProgramAccess, TheFrameIsReadFromTheOutsideIn) {
   program.Run(calendar.Path(), [&] {
     const HWND frame = program.Frame();
     EXPECT_EQ(reader.Read(frame), "Window \"Daybrix\" 4");
-    const Texts buttons = {"Button \"Minimize\"", "Button \"Maximize\"", "Button \"Close\""};
-    for (int item = 0; item < 3; ++item) {
-      EXPECT_EQ(reader.Read(frame, item + 1), buttons[static_cast<std::size_t>(item)]);
-    }
-    EXPECT_EQ(reader.ReadAt(frame, {400 - kFrameInsets.left, 10 - kFrameInsets.top}), buttons[2]);
     const HWND bar = WindowFromPoint(ClientToScreen(frame, {300, 10}));
-    EXPECT_EQ(reader.Read(bar), "PageTabList \"Panes\" 2");
-    EXPECT_EQ(reader.Read(bar, 0), "PageTab \"Intro\"");
-    EXPECT_EQ(reader.Read(bar, 1), "PageTab \"Work\" selected");
+    const std::tuple<HWND, int, const char*> parts[] = {
+        {frame, 1, "Button \"Minimize\""}, {frame, 2, "Button \"Maximize\""},
+        {frame, 3, "Button \"Close\""},    {bar, -1, "PageTabList \"Panes\" 2"},
+        {bar, 0, "PageTab \"Intro\""},     {bar, 1, "PageTab \"Work\" selected"}};
+    for (const auto& [window, part, text] : parts) EXPECT_EQ(reader.Read(window, part), text);
+    EXPECT_EQ(reader.ReadAt(frame, {400 - kFrameInsets.left, 10 - kFrameInsets.top}), "Button \"Close\"");
     EXPECT_EQ(reader.Read(GetParent(program.Panel().Handle())), "Pane \"Work\" 1");
 
     reader.TakeHeard();
@@ -53,12 +53,9 @@ TEST_F(ProgramAccess, TheFrameIsReadFromTheOutsideIn) {
     EXPECT_EQ(reader.Read(GetFocus(), 0), "Graphic \"Tempoline\"");
     EXPECT_EQ(reader.Read(GetFocus(), 1), "StaticText \"Tempoline\"");
     EXPECT_EQ(FirstHeard(), "selection Intro");
-    RECT before;
-    RECT after;
-    GetWindowRect(frame, &before);
+    const int before = Width(PlaceOf(frame));
     reader.Act(frame, 2, "Press");
-    GetWindowRect(frame, &after);
-    EXPECT_GT(Width(after), Width(before));
+    EXPECT_GT(Width(PlaceOf(frame)), before);
     reader.Act(frame, 2, "Press");
   });
 }
@@ -77,8 +74,7 @@ TEST_F(ProgramAccess, TheDaysRowsAreReadInWords) {
     EXPECT_EQ(FirstHeard(), "selection 09:00-09:00, Lunch, category Calls");
   });
 
-  core::Appointment marked = Entry("Trip").AllDay().appointment;
-  marked.header.confidential = 1;
+  core::Appointment marked = Entry("Trip").AllDay().Confidential().appointment;
   marked.alarmOn = 1;
   EXPECT_EQ(DayRowText(&marked), "All day, Trip, confidential, alarm");
   EXPECT_EQ(DayRowText(nullptr), "Record is deleted by another user.");
@@ -93,23 +89,23 @@ TEST_F(ProgramAccess, TabWalksThePanelAndTheFramesKeysGoOnWorking) {
     }
     EXPECT_EQ(walked, (Texts{"Year", "Month", "", "Previous month", "Today", "Next month", "Category", ""}));
     EXPECT_EQ(GetFocus(), program.List());
-    for (int step = 0; step < 4; ++step) program.driver.Press(program.Frame(), VK_TAB, MK_SHIFT);
+    for (int step = 0; step < 4; ++step) driver.Press(program.Frame(), VK_TAB, MK_SHIFT);
     EXPECT_EQ(GetWindowText(GetFocus()), "Previous month");
     Press({VK_SPACE});
-    EXPECT_EQ(Value(program.Panel().CurrentDate().month), 2);
-    program.driver.Press(program.Frame(), VK_TAB, MK_SHIFT);
+    EXPECT_EQ(Value(program.Session().CurrentDate().month), 2);
+    driver.Press(program.Frame(), VK_TAB, MK_SHIFT);
     EXPECT_EQ(GetFocus(), program.Days());
     Press({VK_NEXT});
     EXPECT_EQ(program.Subjects(), (Texts{"Whole", "Lunch"})) << "the day is shown that the keys pick";
     EXPECT_EQ(GetFocus(), program.Days());
 
-    program.driver.WhenDialogOpens([&](HWND dialog) { program.driver.Press(dialog, VK_ESCAPE); });
+    driver.WhenDialogOpens([&](HWND dialog) { driver.Press(dialog, VK_ESCAPE); });
     Press({VK_INSERT});
     EXPECT_EQ(GetFocus(), program.List()) << "where a command leaves it";
-    program.driver.ChooseMenuItem("");
+    driver.ChooseMenuItem("");
     Press({VK_DOWN, VK_APPS});
-    EXPECT_EQ(program.driver.LastMenu(), (Texts{"New...", "Edit...", "Delete..."}));
-    program.driver.Press(program.Frame(), '1', 0, true);
+    EXPECT_EQ(driver.LastMenu(), (Texts{"New...", "Edit...", "Delete..."}));
+    driver.Press(program.Frame(), '1', 0, true);
     Press({VK_TAB});
     EXPECT_EQ(reader.Read(GetFocus()), "Pane \"Intro\" focused 2") << "nothing there to walk to";
   });

@@ -6,6 +6,7 @@
 #include "platform/desktop/application.h"
 #include "support/desktop_driver.h"
 #include "support/host_window.h"
+#include "support/windows.h"
 
 namespace tests {
 namespace {
@@ -28,8 +29,7 @@ TEST(ProgressWindow, PaintsByThePixelAndTakesTheInputAway) {
   progress.Begin(&owner, line, kSteps);
   const HWND window = progress.Handle();
   EXPECT_EQ(GetDlgItemPath(window, 99), line);
-  RECT bar;
-  GetClientRect(GetDlgItem(window, 100), &bar);
+  const RECT bar = ClientOf(GetDlgItem(window, 100));
   const POINT middle = {Width(bar) / 2, Height(bar) / 2};
   const COLORREF empty = driver.PixelAt(GetDlgItem(window, 100), middle);
   const int before = driver.Paints();
@@ -62,13 +62,10 @@ TEST(ProgressWindow, ALongNameDoesNotWidenItAndNothingToDoIsFine) {
   HostWindow owner;
   ProgressWindow progress;
   progress.Begin(&owner, "short", 0);
-  RECT first;
-  GetClientRect(progress.Handle(), &first);
+  const RECT first = ClientOf(progress.Handle());
   progress.Step();
   progress.Begin(&owner, "Compacting \"" + std::string(250, 'w') + ".cld\"", 3);
-  RECT second;
-  GetClientRect(progress.Handle(), &second);
-  EXPECT_EQ(first, second);
+  EXPECT_EQ(ClientOf(progress.Handle()), first);
 }
 
 }  // namespace

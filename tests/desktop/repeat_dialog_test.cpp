@@ -1,5 +1,5 @@
 // The dialog "Repeat": what it shows for each kind of rule and what OK stores.
-#include "calendar/repeat_dialog.h"
+#include "calendar/dialogs/repeat_dialog.h"
 
 #include <gtest/gtest.h>
 
@@ -7,30 +7,18 @@
 
 #include "desktop/picker_steps.h"
 #include "resources/resources.h"
+#include "support/era.h"
 #include "support/temporary_calendar.h"
+#include "support/windows.h"
 
 namespace tests {
 namespace {
 
-constexpr int kNone = 100;
-constexpr int kDay = 101;
-constexpr int kWeek = 102;
-constexpr int kMonth = 103;
-constexpr int kYear = 104;
-constexpr int kEvery = 203;
-constexpr int kUnit = 204;
-constexpr int kNoEnd = 206;
-constexpr int kEnd = 207;
-constexpr int kEndButton = 208;
-constexpr int kSunday = 210;
-constexpr int kWednesday = 213;
+constexpr int kWednesday = RepeatDialog::kFirstWeekdayBox + 3;
 
 class RepeatDialogTest : public testing::Test {
  protected:
-  RepeatDialogTest() {
-    static const bool registered = (RegisterResources(), true);
-    static_cast<void>(registered);
-  }
+  RepeatDialogTest() { RegisterResources(); }
 
   bool Run(std::function<void(HWND)> script) {
     driver.WhenDialogOpens(std::move(script));
@@ -42,17 +30,12 @@ class RepeatDialogTest : public testing::Test {
     for (int id = 202; id <= 216; ++id) shown += IsWindowVisible(GetDlgItem(dialog, id)) ? 'x' : '.';
     return shown;
   }
-  static std::string TextOf(HWND dialog, int id) {
-    char text[64];
-    GetDlgItemText(dialog, id, text, sizeof text);
-    return text;
-  }
   static std::string Weekdays(HWND dialog) {
     std::string checked;
-    for (int i = 0; i < 7; ++i) checked += IsDlgButtonChecked(dialog, kSunday + i) ? "SMTWTFS"[i] : '-';
+    for (int i = 0; i < 7; ++i)
+      checked += IsDlgButtonChecked(dialog, RepeatDialog::kFirstWeekdayBox + i) ? "SMTWTFS"[i] : '-';
     return checked;
   }
-  static bool Enabled(HWND dialog, int id) { return IsWindowEnabled(GetDlgItem(dialog, id)); }
   void Ok(HWND dialog) { driver.ClickControl(dialog, IDOK); }
   void ExpectRule(const core::RepeatRule& rule) {
     EXPECT_EQ(std::memcmp(&record.repeat, &rule, sizeof rule), 0);
@@ -63,6 +46,9 @@ class RepeatDialogTest : public testing::Test {
 };
 
 TEST_F(RepeatDialogTest, EachTypeShowsItsControlsAndStoresItsRule) {
+  constexpr const char* kNothing = "...............";
+  constexpr const char* kEvery = "xxxxxxx........";
+  constexpr core::Date kNever = core::kNoEndDate;
   struct Case {
     int type;
     const char* shown;
@@ -70,23 +56,23 @@ TEST_F(RepeatDialogTest, EachTypeShowsItsControlsAndStoresItsRule) {
     core::RepeatRule rule;
   };
   const Case cases[] = {
-      {kDay, "xxxxxxx........", "Day(s)", {core::kRepeatDaily, core::kNoEndDate, 3, 0}},
-      {kWeek, "xxxxxxxxxxxxxxx", "Week(s)", {core::kRepeatWeekly, core::kNoEndDate, 3, 8}},
-      {kMonth, "xxxxxxx........", "Month(s)", {core::kRepeatMonthly, core::kNoEndDate, 3, 3}},
-      {kYear, "xxxxxxx........", "Year(s)", {core::kRepeatYearly, core::kNoEndDate, 3, 3 << 16 | 3}},
-      {kNone, "...............", "", {}},
+      {RepeatDialog::kDailyRadio, kEvery, "Day(s)", {core::kRepeatDaily, kNever, 3, 0}},
+      {RepeatDialog::kWeeklyRadio, "xxxxxxxxxxxxxxx", "Week(s)", {core::kRepeatWeekly, kNever, 3, 8}},
+      {RepeatDialog::kMonthlyRadio, kEvery, "Month(s)", {core::kRepeatMonthly, kNever, 3, 3}},
+      {RepeatDialog::kYearlyRadio, kEvery, "Year(s)", {core::kRepeatYearly, kNever, 3, 3 << 16 | 3}},
+      {RepeatDialog::kNoneRadio, kNothing, "", {}},
   };
   for (const Case& one : cases) {
     SCOPED_TRACE(one.type);
     record.repeat = {};
     EXPECT_TRUE(Run([&](HWND dialog) {
-      EXPECT_EQ(Shown(dialog), "...............");
-      EXPECT_EQ(SendDlgItemMessage(dialog, kEvery, CB_GETCOUNT, 0, 0), 99);
-      driver.ClickControl(dialog, kDay);
-      driver.TypeInto(dialog, kEvery, "3");
+      EXPECT_EQ(Shown(dialog), kNothing);
+      EXPECT_EQ(SendDlgItemMessage(dialog, RepeatDialog::kEveryBox, CB_GETCOUNT, 0, 0), 99);
+      driver.ClickControl(dialog, RepeatDialog::kDailyRadio);
+      driver.TypeInto(dialog, RepeatDialog::kEveryBox, "3");
       driver.ClickControl(dialog, one.type);
       EXPECT_EQ(Shown(dialog), one.shown);
-      EXPECT_EQ(TextOf(dialog, kUnit), one.unit);
+      EXPECT_EQ(TextOf(dialog, RepeatDialog::kUnitLabel), one.unit);
       Ok(dialog);
     }));
     ExpectRule(one.rule);
@@ -108,16 +94,17 @@ TEST_F(RepeatDialogTest, ByKeyboardAlone) {
 TEST_F(RepeatDialogTest, OpensWithTheRuleAndKeepsAWeekday) {
   record.repeat = {core::kRepeatWeekly, {10, 3, 2004}, 99, 0x22};
   EXPECT_FALSE(Run([&](HWND dialog) {
-    EXPECT_TRUE(IsDlgButtonChecked(dialog, kWeek));
+    EXPECT_TRUE(IsDlgButtonChecked(dialog, RepeatDialog::kWeeklyRadio));
     EXPECT_EQ(Weekdays(dialog), "-M---F-");
-    EXPECT_EQ(SendDlgItemMessage(dialog, kEvery, CB_GETCURSEL, 0, 0), 98);
-    EXPECT_TRUE(IsDlgButtonChecked(dialog, kEnd) && Enabled(dialog, kEndButton));
-    EXPECT_EQ(TextOf(dialog, kEndButton), "10/3/2004");
-    driver.ClickControl(dialog, kSunday + 1);
-    driver.ClickControl(dialog, kSunday + 5);
+    EXPECT_EQ(SendDlgItemMessage(dialog, RepeatDialog::kEveryBox, CB_GETCURSEL, 0, 0), 98);
+    EXPECT_TRUE(IsDlgButtonChecked(dialog, RepeatDialog::kEndRadio) &&
+                Enabled(dialog, RepeatDialog::kEndDateButton));
+    EXPECT_EQ(TextOf(dialog, RepeatDialog::kEndDateButton), "10/3/2004");
+    driver.ClickControl(dialog, RepeatDialog::kFirstWeekdayBox + 1);
+    driver.ClickControl(dialog, RepeatDialog::kFirstWeekdayBox + 5);
     EXPECT_EQ(Weekdays(dialog), "-----F-") << "the last one stays";
-    driver.ClickControl(dialog, kNoEnd);
-    EXPECT_FALSE(Enabled(dialog, kEndButton));
+    driver.ClickControl(dialog, RepeatDialog::kNoEndRadio);
+    EXPECT_FALSE(Enabled(dialog, RepeatDialog::kEndDateButton));
     driver.Press(dialog, VK_ESCAPE);
   }));
   ExpectRule({core::kRepeatWeekly, {10, 3, 2004}, 99, 0x22});
@@ -125,14 +112,15 @@ TEST_F(RepeatDialogTest, OpensWithTheRuleAndKeepsAWeekday) {
   // A damaged rule is shown as far as it goes; one without an end offers the appointment's date.
   record.repeat = {77, core::kNoEndDate, 4'000'000'000, 0};
   EXPECT_TRUE(Run([&](HWND dialog) {
-    EXPECT_TRUE(IsDlgButtonChecked(dialog, kNone) && IsDlgButtonChecked(dialog, kNoEnd));
+    EXPECT_TRUE(IsDlgButtonChecked(dialog, RepeatDialog::kNoneRadio) &&
+                IsDlgButtonChecked(dialog, RepeatDialog::kNoEndRadio));
     EXPECT_EQ(Shown(dialog), "...............");
-    driver.ClickControl(dialog, kWeek);
+    driver.ClickControl(dialog, RepeatDialog::kWeeklyRadio);
     EXPECT_EQ(Weekdays(dialog), "---W---");
     driver.ClickControl(dialog, kWednesday);
     EXPECT_EQ(Weekdays(dialog), "---W---");
-    EXPECT_EQ(TextOf(dialog, kEndButton), "3/3/2004");
-    EXPECT_FALSE(Enabled(dialog, kEndButton));
+    EXPECT_EQ(TextOf(dialog, RepeatDialog::kEndDateButton), "3/3/2004");
+    EXPECT_FALSE(Enabled(dialog, RepeatDialog::kEndDateButton));
     Ok(dialog);
   }));
   ExpectRule({core::kRepeatWeekly, core::kNoEndDate, 99, 8});
@@ -140,20 +128,40 @@ TEST_F(RepeatDialogTest, OpensWithTheRuleAndKeepsAWeekday) {
 
 TEST_F(RepeatDialogTest, AnEndBeforeTheDateIsRefused) {
   EXPECT_TRUE(Run([&](HWND dialog) {
-    driver.ClickControl(dialog, kDay);
-    driver.ClickControl(dialog, kEnd);
+    driver.ClickControl(dialog, RepeatDialog::kDailyRadio);
+    driver.ClickControl(dialog, RepeatDialog::kEndRadio);
     driver.WhenDialogOpens([&](HWND picker) { PickMonth(driver, picker, -1); });
     driver.AnswerMessageBox("The\r\nend date must occur after the start date.", IDOK);
-    driver.ClickControl(dialog, kEndButton);
-    EXPECT_EQ(TextOf(dialog, kEndButton), "3/3/2004");
+    driver.ClickControl(dialog, RepeatDialog::kEndDateButton);
+    EXPECT_EQ(TextOf(dialog, RepeatDialog::kEndDateButton), "3/3/2004");
     driver.WhenDialogOpens([&](HWND picker) { PickMonth(driver, picker, 0); });  // the same day will do
-    driver.ClickControl(dialog, kEndButton);
+    driver.ClickControl(dialog, RepeatDialog::kEndDateButton);
     driver.WhenDialogOpens([&](HWND picker) { PickMonth(driver, picker, 1); });
-    driver.ClickControl(dialog, kEndButton);
-    EXPECT_EQ(TextOf(dialog, kEndButton), "3/4/2004");
+    driver.ClickControl(dialog, RepeatDialog::kEndDateButton);
+    EXPECT_EQ(TextOf(dialog, RepeatDialog::kEndDateButton), "3/4/2004");
     Ok(dialog);
   }));
   ExpectRule({core::kRepeatDaily, {3, 4, 2004}, 1, 0});
+}
+
+TEST_F(RepeatDialogTest, AnEndOnTheDayThatIsStoredForNoneIsRefused) {
+  const Era era(core::kLateLastYear);
+  record.date = {30, 11, 2020};
+  record.repeat = {core::kRepeatDaily, {30, 12, 2020}, 1, 0};
+  EXPECT_TRUE(Run([&](HWND dialog) {
+    driver.WhenDialogOpens([&](HWND picker) {
+      driver.Press(picker, VK_RIGHT);
+      driver.ClickControl(picker, IDOK);
+    });
+    driver.ClickControl(dialog, RepeatDialog::kEndDateButton);
+    EXPECT_EQ(TextOf(dialog, RepeatDialog::kEndDateButton), "31/12/2020");
+    driver.AnswerMessageBox("Repeats cannot end on 31/12/2020", IDOK);
+    Ok(dialog);
+    driver.TypeInto(dialog, RepeatDialog::kEveryBox,
+                    "2");  // now it falls on the day before and on the day after
+    Ok(dialog);
+  }));
+  ExpectRule({core::kRepeatDaily, {30, 12, 2020}, 2, 0});
 }
 
 }  // namespace

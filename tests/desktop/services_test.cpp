@@ -17,6 +17,7 @@
 #include "support/host_window.h"
 #include "support/recording_dc.h"
 #include "support/temporary_folder.h"
+#include "support/windows.h"
 
 namespace tests {
 namespace {
@@ -68,13 +69,10 @@ TEST(Screens, ADialogIsPlacedOnItsOwnersScreen) {
   const HostWindow owner({1500, 650, 1580, 690});
   const HostWindow dialog({0, 0, 300, 200});
   CenterOver(owner.Handle(), dialog.Handle());
-  RECT place;
-  GetWindowRect(dialog.Handle(), &place);
-  EXPECT_EQ((POINT{place.left, place.top}), (POINT{1300, 500}));
+  EXPECT_EQ(PlaceOf(dialog.Handle()), (RECT{1300, 500, 1600, 700}));
   EXPECT_EQ(DesktopRect(owner.Handle()), (RECT{800, 0, 1600, 700}));
   CenterOver(nullptr, dialog.Handle());
-  GetWindowRect(dialog.Handle(), &place);
-  EXPECT_EQ((POINT{place.left, place.top}), (POINT{250, 250})) << "the middle of the first screen";
+  EXPECT_EQ(PlaceOf(dialog.Handle()), (RECT{250, 250, 550, 450})) << "the middle of the first screen";
 }
 
 TEST_F(Services, SoundsAreSilentWhileSoundIsOffAndOpenNothing) {
@@ -176,34 +174,34 @@ TEST_F(Services, HelpIsShownByTheDesktopOrSaidToBeMissing) {
   EXPECT_EQ(Called("xdg-open"), "file://" + Folder().Join("Help/calendar.htm") + "\n");
 }
 
-TEST_F(Services, WhatIsOpenedIsNeverTakenForAnOption) {
+TEST_F(Services, WhatIsOpenedIsNeverTakenForAnOptionAndAMailAddressForNothingElse) {
   AddProgram("xdg-open");
   const TemporaryFolder folder;
   folder.Write("-v", "x");
   folder.Write("a:b c.txt", "x");
   ASSERT_EQ(chdir(folder.Path().c_str()), 0);
-  ShellOpen("-v");
-  EXPECT_EQ(Called("xdg-open"), "file://" + folder.Join("-v") + "\n");
-  ShellOpen("a:b c.txt");
-  EXPECT_EQ(Called("xdg-open"), "file://" + folder.Join("a:b%20c.txt") + "\n");
-  ShellOpen("https://example.org/a b?c=d");
-  EXPECT_EQ(Called("xdg-open"), "https://example.org/a%20b?c=d\n");
-  ShellOpen("www.example.org");
-  EXPECT_EQ(Called("xdg-open"), "https://www.example.org\n");
+  const std::pair<const char*, std::string> opened[] = {
+      {"-v", "file://" + folder.Join("-v")},
+      {"a:b c.txt", "file://" + folder.Join("a:b%20c.txt")},
+      {"https://example.org/a b?c=d", "https://example.org/a%20b?c=d"},
+      {"www.example.org", "https://www.example.org"}};
+  for (const auto& [what, called] : opened) {
+    ShellOpen(what);
+    EXPECT_EQ(Called("xdg-open"), called + "\n") << what;
+  }
   for (const char* nothing : {"", "--version", "no such file.txt", "mailto", ":"}) ShellOpen(nothing);
   driver.Wait(100);
   EXPECT_FALSE(WasCalled("xdg-open"));
   ASSERT_EQ(chdir("/"), 0);
-}
-
-TEST_F(Services, AMailAddressIsAnAddressAndNothingElse) {
-  AddProgram("xdg-open");
-  MailTo("ann@example.org");
-  EXPECT_EQ(Called("xdg-open"), "mailto:ann@example.org\n");
-  MailTo("a b@example.org?attach=/etc/passwd&cc=x%0A");
-  EXPECT_EQ(Called("xdg-open"), "mailto:a%20b@example.org%3Fattach%3D%2Fetc%2Fpasswd%26cc%3Dx%250A\n");
-  MailTo(nullptr);
-  EXPECT_EQ(Called("xdg-open"), "mailto:\n");
+  constexpr std::pair<const char*, const char*> kAddresses[] = {
+      {"ann@example.org", "mailto:ann@example.org\n"},
+      {"a b@example.org?attach=/etc/passwd&cc=x%0A",
+       "mailto:a%20b@example.org%3Fattach%3D%2Fetc%2Fpasswd%26cc%3Dx%250A\n"},
+      {nullptr, "mailto:\n"}};
+  for (const auto& [address, called] : kAddresses) {
+    MailTo(address);
+    EXPECT_EQ(Called("xdg-open"), called);
+  }
 }
 
 TEST_F(Services, PrintingGoesToThePrinterOrElseToAProgramThatCan) {

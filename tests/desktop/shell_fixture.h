@@ -12,8 +12,7 @@
 
 #include "core/ini_file.h"
 #include "resources/resources.h"
-#include "shell/application.h"
-#include "shell/main_frame.h"
+#include "shell/copy_notices.h"
 #include "support/desktop_driver.h"
 #include "support/host_window.h"
 #include "support/temporary_folder.h"
@@ -58,7 +57,6 @@ class ShellTest : public testing::Test {
   }
 
   DesktopDriver driver;
-  ZarfWndApp application{"ShellTest", "Daybrix", 1};
   NoticedWindow owner;
 };
 

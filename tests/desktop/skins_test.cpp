@@ -3,9 +3,6 @@
 
 #include <sys/stat.h>
 
-#include <algorithm>
-#include <array>
-
 #include "desktop/shell_fixture.h"
 #include "platform/desktop/dialog.h"
 #include "shell/commands.h"
@@ -13,11 +10,10 @@
 #include "shell/skins_dialog.h"
 #include "shell/skins_menu.h"
 #include "support/bmp_bytes.h"
+#include "support/windows.h"
 
 namespace tests {
 namespace {
-
-constexpr int kSkinList = 100;
 
 TEST(SkinColour, TakesWhatItCanFromTheLeft) {
   constexpr std::pair<const char*, COLORREF> kCases[] = {
@@ -37,7 +33,7 @@ TEST(SkinColour, TakesWhatItCanFromTheLeft) {
 
 TEST(SkinBitmap, EveryDepthAndHeaderIsRead) {
   const DesktopDriver driver;
-  for (const unsigned header : {12U, 40U, 108U, 124U}) {
+  for (const unsigned header : {12U, 40U, 52U, 56U, 108U, 124U}) {
     for (const unsigned depth : {1U, 4U, 8U, 24U, 32U}) {
       SCOPED_TRACE(testing::Message() << header << " " << depth);
       const auto bitmap = Bitmap::FromBmp(MakeBmp({5, 3, depth, header}));
@@ -64,46 +60,29 @@ TEST(SkinBitmap, EveryDepthAndHeaderIsRead) {
   for (const std::uint32_t mask : {0xF800U, 0x07E0U, 0x001FU}) Append(masks, mask, 4);
   fields.insert(54, masks);
   Put(fields, 66, 0x07E0, 2);
-  const auto green = Bitmap::FromBmp(fields);
-  ASSERT_NE(green, nullptr);
-  EXPECT_EQ(green->PixelAt(0, 0) & 0xFFF0FFU, RGB(0, 0xF0, 0));
+  for (const unsigned header : {40U, 52U}) {
+    Put(fields, 14, header, 4);
+    const auto green = Bitmap::FromBmp(fields);
+    ASSERT_NE(green, nullptr) << header;
+    EXPECT_EQ(green->PixelAt(0, 0) & 0xFFF0FFU, RGB(0, 0xF0, 0)) << header;
+  }
+  Put(fields, 14, 40, 4);
+  // Runs: a row of four pixels of colour 1.
+  std::string runs = MakeBmp({4, 1, 8, 40});
+  Put(runs, 54 + 4, 0x090000, 4);
+  Put(runs, 30, 1, 4);
+  Put(runs, runs.size() - 4, 0x01000104, 4);
+  const auto row = Bitmap::FromBmp(runs);
+  ASSERT_NE(row, nullptr);
+  EXPECT_EQ(row->PixelAt(3, 0), RGB(9, 0, 0));
   Put(fields, 58, 0xF000, 4);  // green over red
   EXPECT_EQ(Bitmap::FromBmp(fields), nullptr);
 }
 
-TEST(SkinBitmap, WhatContradictsItselfIsNone) {
-  const DesktopDriver driver;
-  const std::string good = MakeBmp({7, 5, 24, 40});
-  ASSERT_NE(Bitmap::FromBmp(good), nullptr);
-  for (std::size_t size = 0; size < good.size(); ++size) {
-    EXPECT_EQ(Bitmap::FromBmp(std::string_view(good).substr(0, size)), nullptr) << size;
-  }
-  struct Change {
-    std::size_t at;
-    std::uint32_t number;
-    std::size_t size;
-  };
-  constexpr Change kChanges[] = {
-      {0, 'X', 1},         {10, 53, 4},         {10, 0xFFFFFFFF, 4}, {14, 52, 4},   {14, 0, 4},
-      {14, 0x80000028, 4}, {18, 0, 4},          {18, 9, 4},          {18, 2049, 4}, {18, 0xFFFFFFFF, 4},
-      {18, 0x7FFFFFFF, 4}, {22, 0, 4},          {22, 6, 4},          {22, 2049, 4}, {22, 0x80000000, 4},
-      {22, 0xFFFFEFFF, 4}, {22, 0xFFFFFFFA, 4}, {26, 0, 2},          {26, 2, 2},    {28, 0, 2},
-      {28, 3, 2},          {28, 48, 2},         {28, 0xFFFF, 2},     {30, 1, 4},    {30, 2, 4},
-      {30, 3, 4},          {30, 4, 4},          {30, 0xFFFFFFFF, 4}, {28, 32, 2},
-  };
-  for (const Change& change : kChanges) {
-    std::string bad = good;
-    Put(bad, change.at, change.number, change.size);
-    EXPECT_EQ(Bitmap::FromBmp(bad), nullptr) << change.at << " " << change.number;
-  }
-  std::string palette = MakeBmp({7, 5, 8, 40});
-  Put(palette, 46, 257, 4);
-  EXPECT_EQ(Bitmap::FromBmp(palette), nullptr);
-  EXPECT_NE(Bitmap::FromBmp(MakeBmp({2048, 2048, 1, 40})), nullptr);
-}
-
 TEST(SkinBitmap, OnlyFilesOfSomeSizeAreRead) {
   const DesktopDriver driver;
+  EXPECT_NE(Bitmap::FromBmp(MakeBmp({2048, 2048, 1, 40})), nullptr);
+  EXPECT_EQ(Bitmap::FromBmp(MakeBmp({2049, 1, 1, 40})), nullptr);
   const TemporaryFolder folder;
   EXPECT_NE(Bitmap::LoadFile(folder.Write("good.bmp", OnePixel(1, 2, 3))), nullptr);
   EXPECT_EQ(Bitmap::LoadFile(folder.Join("missing.bmp")), nullptr);
@@ -142,44 +121,49 @@ class Skins : public ShellTest {
 };
 
 TEST_F(Skins, ASkinIsReadWholeWhenItIsFirstNeeded) {
-  constexpr std::array kImages = {"bmpTitle",
-                                  "bmpTitle_left",
-                                  "bmpTitle_right",
-                                  "bmpSubTitle",
-                                  "bmpButtonClose_1",
-                                  "bmpButtonClose_2",
-                                  "bmpButtonClose_3",
-                                  "bmpButtonRestore_1",
-                                  "bmpButtonRestore_2",
-                                  "bmpButtonRestore_3",
-                                  "bmpButtonMinimize_1",
-                                  "bmpButtonMinimize_2",
-                                  "bmpButtonMinimize_3",
-                                  "bmpResize"};
-  constexpr std::array kColours = {"colorBack",      "colorBackUp",    "colorBackDown",  "colorTitle",
-                                   "colorTitleUp",   "colorTitleDown", "colorFrame",     "colorFrameUp",
-                                   "colorFrameDown", "colorTextTitle", "colorPanelFrame"};
+  SkinRecord* const skin = GetSkin();
+  UnloadSkin();
+  const std::pair<const char*, const std::unique_ptr<Bitmap>*> images[] = {
+      {"bmpTitle", &skin->title},
+      {"bmpTitle_left", &skin->titleLeft},
+      {"bmpTitle_right", &skin->titleRight},
+      {"bmpSubTitle", &skin->subTitle},
+      {"bmpButtonClose_1", &skin->close[0]},
+      {"bmpButtonClose_2", &skin->close[1]},
+      {"bmpButtonClose_3", &skin->close[2]},
+      {"bmpButtonRestore_1", &skin->maximize[0]},
+      {"bmpButtonRestore_2", &skin->maximize[1]},
+      {"bmpButtonRestore_3", &skin->maximize[2]},
+      {"bmpButtonMinimize_1", &skin->minimize[0]},
+      {"bmpButtonMinimize_2", &skin->minimize[1]},
+      {"bmpButtonMinimize_3", &skin->minimize[2]},
+      {"bmpResize", &skin->resize}};
+  const std::pair<const char*, const COLORREF*> colours[] = {{"colorBack", &skin->colorBack},
+                                                             {"colorBackUp", &skin->colorBackUp},
+                                                             {"colorBackDown", &skin->colorBackDown},
+                                                             {"colorTitle", &skin->colorTitle},
+                                                             {"colorTitleUp", &skin->colorTitleUp},
+                                                             {"colorTitleDown", &skin->colorTitleDown},
+                                                             {"colorFrame", &skin->colorFrame},
+                                                             {"colorFrameUp", &skin->colorFrameUp},
+                                                             {"colorFrameDown", &skin->colorFrameDown},
+                                                             {"colorTextTitle", &skin->colorTextTitle},
+                                                             {"colorPanelFrame", &skin->colorPanelFrame}};
   std::string keys = "name=Whole\r\nfolder=pictures\r\n";
-  for (std::size_t i = 0; i < kImages.size(); ++i) {
-    const auto number = static_cast<unsigned char>(i + 1);
-    keys += std::string(kImages[i]) + "=" + kImages[i] + ".bmp\r\n";
-    Folder().Write("Styles/pictures/" + std::string(kImages[i]) + ".bmp", OnePixel(number, 0, 0));
+  unsigned char number = 0;
+  for (const auto& [key, image] : images) {
+    keys += std::string(key) + "=" + key + ".bmp\r\n";
+    Folder().Write("Styles/pictures/" + std::string(key) + ".bmp", OnePixel(++number, 0, 0));
   }
-  for (std::size_t i = 0; i < kColours.size(); ++i) {
-    keys += std::string(kColours[i]) + "=0,0," + std::to_string(i + 1) + "\r\n";
-  }
+  int blue = 0;
+  for (const auto& [key, colour] : colours)
+    keys += std::string(key) + "=0,0," + std::to_string(++blue) + "\r\n";
   Write("1_Metallic.ini", keys);
-  const SkinRecord* skin = GetSkin();
-  const std::unique_ptr<Bitmap>* const images[] = {
-      &skin->title,       &skin->titleLeft,   &skin->titleRight,  &skin->subTitle,    &skin->close[0],
-      &skin->close[1],    &skin->close[2],    &skin->maximize[0], &skin->maximize[1], &skin->maximize[2],
-      &skin->minimize[0], &skin->minimize[1], &skin->minimize[2], &skin->resize};
-  const COLORREF colours[] = {skin->colorBack,      skin->colorBackUp,    skin->colorBackDown,
-                              skin->colorTitle,     skin->colorTitleUp,   skin->colorTitleDown,
-                              skin->colorFrame,     skin->colorFrameUp,   skin->colorFrameDown,
-                              skin->colorTextTitle, skin->colorPanelFrame};
-  for (int i = 0; i < 14; ++i) EXPECT_EQ(FirstPixel(*images[i]), RGB(i + 1, 0, 0)) << kImages[i];
-  for (int i = 0; i < 11; ++i) EXPECT_EQ(colours[i], RGB(0, 0, i + 1)) << kColours[i];
+  EXPECT_EQ(GetSkin(), skin);
+  int red = 0;
+  for (const auto& [key, image] : images) EXPECT_EQ(FirstPixel(*image), RGB(++red, 0, 0)) << key;
+  blue = 0;
+  for (const auto& [key, colour] : colours) EXPECT_EQ(*colour, RGB(0, 0, ++blue)) << key;
 
   // Another skin counts once the old one is unloaded. It lacks everything; the text colour stays.
   Write("other.ini", "name=Other");
@@ -223,7 +207,7 @@ TEST_F(Skins, BadPicturesAreLeftOutOneByOne) {
   EXPECT_EQ(title(std::string(5000, 'x'), "good.bmp"), kNoColour);
 }
 
-TEST_F(Skins, TheListHasWhatIsNamedUpToItsEnd) {
+TEST_F(Skins, TheListHasWhatIsNamedInOrderUpToItsEnd) {
   WriteSkins("b");
   Write("C.INI", "name=Upper");
   Write("unnamed.ini", "folder=pictures");
@@ -231,9 +215,8 @@ TEST_F(Skins, TheListHasWhatIsNamedUpToItsEnd) {
   Write("notes.txt", "name=No skin");
   Write("long.ini", "name=" + std::string(400, 'n'));
   std::filesystem::create_directory(Folder().Join("Styles/folder.ini"));
-  std::vector<std::string> names = Listed();
-  std::sort(names.begin(), names.end());
-  EXPECT_EQ(names, (std::vector<std::string>{"Skin b", "Upper", std::string(254, 'n')}));
+  WriteSkins("a");
+  EXPECT_EQ(Listed(), (std::vector<std::string>{"Skin a", "Skin b", "Upper", std::string(254, 'n')}));
   for (int i = 0; i < 510; ++i) Write(std::to_string(i) + ".ini", "name=More");
   EXPECT_EQ(BuildSkinList().size(), 499U);
   std::filesystem::remove_all(Folder().Join("Styles"));
@@ -245,24 +228,27 @@ TEST_F(Skins, TheDialogOffersTheCurrentSkinAndTakesAnother) {
   const std::vector<SkinListEntry> listed = BuildSkinList();
   Set("CurrSkin", "B.INI");
   std::string chosen;
-  const auto selected = [](HWND dialog) { return SendDlgItemMessage(dialog, kSkinList, LB_GETCURSEL, 0, 0); };
+  const auto selected = [](HWND dialog) {
+    return SendDlgItemMessage(dialog, SkinsDialog::kSkinList, LB_GETCURSEL, 0, 0);
+  };
   driver.WhenDialogOpens([&](HWND dialog) {
-    EXPECT_EQ(SendDlgItemMessage(dialog, kSkinList, LB_GETCOUNT, 0, 0), 3);
+    EXPECT_EQ(SendDlgItemMessage(dialog, SkinsDialog::kSkinList, LB_GETCOUNT, 0, 0), 3);
     ASSERT_GE(selected(dialog), 0);
     EXPECT_EQ(listed[static_cast<std::size_t>(selected(dialog))].fileName, "b.ini");
-    EXPECT_EQ(GetFocus(), GetDlgItem(dialog, kSkinList));
+    EXPECT_EQ(GetFocus(), GetDlgItem(dialog, SkinsDialog::kSkinList));
     EXPECT_EQ(GetClassName(GetFocus()), "ListBox");
-    EXPECT_FALSE(IsWindowEnabled(GetDlgItem(dialog, IDOK)));
+    EXPECT_FALSE(Enabled(dialog, IDOK));
     driver.Press(dialog, selected(dialog) == 0 ? VK_DOWN : VK_UP);
-    EXPECT_TRUE(IsWindowEnabled(GetDlgItem(dialog, IDOK)));
+    EXPECT_TRUE(Enabled(dialog, IDOK));
     const auto line = static_cast<std::size_t>(selected(dialog));
     chosen = listed[line].fileName;
     char text[64];
-    ASSERT_LT(SendDlgItemMessage(dialog, kSkinList, LB_GETTEXTLEN, line, 0), 64);
-    SendDlgItemMessage(dialog, kSkinList, LB_GETTEXT, line, reinterpret_cast<LPARAM>(text));
+    ASSERT_LT(SendDlgItemMessage(dialog, SkinsDialog::kSkinList, LB_GETTEXTLEN, line, 0), 64);
+    SendDlgItemMessage(dialog, SkinsDialog::kSkinList, LB_GETTEXT, line, reinterpret_cast<LPARAM>(text));
     EXPECT_EQ(text, listed[line].name);
-    EXPECT_EQ(SendDlgItemMessage(dialog, kSkinList, LB_GETTEXT, 3, reinterpret_cast<LPARAM>(text)),
-              kControlError);
+    EXPECT_EQ(
+        SendDlgItemMessage(dialog, SkinsDialog::kSkinList, LB_GETTEXT, 3, reinterpret_cast<LPARAM>(text)),
+        kControlError);
     driver.ClickControl(dialog, IDOK);
   });
   ShowSkinsDialog(&owner);
@@ -278,8 +264,8 @@ TEST_F(Skins, TheMouseChoosesInTheDialogToo) {
   Set("CurrSkin", listed[0].fileName);
   // The selected line, pressed again, is a choice as well.
   driver.WhenDialogOpens([&](HWND dialog) {
-    driver.Click(GetDlgItem(dialog, kSkinList), {30, 6});
-    EXPECT_TRUE(IsWindowEnabled(GetDlgItem(dialog, IDOK)));
+    driver.Click(GetDlgItem(dialog, SkinsDialog::kSkinList), {30, 6});
+    EXPECT_TRUE(Enabled(dialog, IDOK));
     driver.Press(dialog, VK_ESCAPE);
   });
   ShowSkinsDialog(&owner);
@@ -287,8 +273,8 @@ TEST_F(Skins, TheMouseChoosesInTheDialogToo) {
   EXPECT_TRUE(owner.notices.empty());
   Set("CurrSkin", "gone.ini");
   driver.WhenDialogOpens([&](HWND dialog) {
-    EXPECT_EQ(SendDlgItemMessage(dialog, kSkinList, LB_GETCURSEL, 0, 0), -1);
-    driver.DoubleClick(GetDlgItem(dialog, kSkinList), {30, 6});
+    EXPECT_EQ(SendDlgItemMessage(dialog, SkinsDialog::kSkinList, LB_GETCURSEL, 0, 0), -1);
+    driver.DoubleClick(GetDlgItem(dialog, SkinsDialog::kSkinList), {30, 6});
   });
   ShowSkinsDialog(&owner);
   EXPECT_EQ(Setting("CurrSkin"), listed[0].fileName);
@@ -321,9 +307,9 @@ TEST_F(Skins, TheMenuHasTheCurrentSkinGreyedAndPostsAChoice) {
   driver.ProcessEvents();
   ASSERT_EQ(owner.commands.size(), 1U);
   EXPECT_EQ(owner.commands[0].id, ID_FIRST_SKIN + static_cast<unsigned>(place));
-  for (const int none : {-1, 4, 499, 500}) SelectSkin(none);
+  for (const int none : {-1, 4, 499, 500}) SelectSkin(nullptr, none);
   EXPECT_EQ(Setting("CurrSkin"), "A.ini");
-  SelectSkin(place);
+  SelectSkin(nullptr, place);
   EXPECT_EQ(Setting("CurrSkin"), "c.ini");
   driver.ProcessEvents();
   EXPECT_EQ(owner.notices, (std::vector<NoticedWindow::Notice>{{kNotifySkin, 0}}));

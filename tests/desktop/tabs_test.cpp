@@ -75,17 +75,12 @@ TEST_F(Tabs, TheHandShowsOverTabsOnly) {
 TEST_F(Tabs, TheSelectedTabIsJoinedToWhatIsBelow) {
   RecordingDc dc;
   tabs.Paint(&dc, kStrip);
-  EXPECT_EQ(dc.ColourAt({2, 5}), kGround);
-  EXPECT_EQ(dc.ColourAt({5, 0}), kDayFace);
-  EXPECT_EQ(dc.ColourAt({44, 16}), kDayFace);
-  EXPECT_EQ(dc.ColourAt({45, 2}), kGround);
-  EXPECT_EQ(dc.ColourAt({45, 3}), kWeekFace);
-  EXPECT_EQ(dc.ColourAt({84, 16}), kWeekFace);
-  EXPECT_EQ(dc.ColourAt({85, 16}), kGround);
-  for (const int x : {0, 30}) EXPECT_EQ(dc.ColourAt({x, 17}), kDayFace) << "no line under the selected tab";
-  EXPECT_EQ(dc.ColourAt({43, 17}), kDayFace);
-  for (const int x : {44, 199}) EXPECT_EQ(dc.ColourAt({x, 17}), Darken(kDayFace, 40)) << x;
-  EXPECT_EQ(dc.ColourAt({199, 18}), kDayFace);
+  // There is a line below but under the selected tab.
+  const COLORREF line = Darken(kDayFace, 40);
+  dc.ExpectColour(kGround, {{2, 5}, {45, 2}, {85, 16}});
+  dc.ExpectColour(kDayFace, {{5, 0}, {44, 16}, {0, 17}, {30, 17}, {43, 17}, {199, 18}});
+  dc.ExpectColour(kWeekFace, {{45, 3}, {84, 16}});
+  dc.ExpectColour(line, {{44, 17}, {199, 17}});
   ASSERT_NE(dc.FindText("Week"), nullptr);
   EXPECT_EQ(dc.FindText("Week")->rect, (RECT{45, 3, 85, 17}));
   EXPECT_EQ(dc.FindText("Day")->rect, (RECT{5, 0, 45, 17}));

@@ -10,6 +10,7 @@
 #include "end_to_end/running_program.h"
 #include "end_to_end/virtual_display.h"
 #include "platform/system/file.h"
+#include "support/source_folder.h"
 #include "support/temporary_folder.h"
 #include "support/wait_until.h"
 
@@ -47,7 +48,7 @@ TEST(InstalledProgram, LooksAsBuiltAndWritesIntoTheUsersFolderOnly) {
   }
 
   std::filesystem::create_directory(folder.Join("built"));
-  std::filesystem::copy(DAYBRIX_SOURCE_FOLDER "/src/resources/styles", folder.Join("built/Styles"),
+  std::filesystem::copy(tests::SourceFolder() + "/src/resources/styles", folder.Join("built/Styles"),
                         std::filesystem::copy_options::recursive);
   RunningProgram built(display.Name(), folder.Join("built"), "");
   const std::string look = SettledPicture(display, display.WaitForWindow(built.Process(), "Daybrix"));

@@ -9,6 +9,7 @@
 
 #include "platform/system/file.h"
 #include "platform/system/profile_file.h"
+#include "support/source_folder.h"
 #include "support/wait_until.h"
 
 namespace tests {
@@ -30,7 +31,7 @@ RunningProgram::RunningProgram(const std::string& display, const std::string& pr
   setenv("QT_QPA_PLATFORM", "xcb", 1);
   unsetenv("WAYLAND_DISPLAY");
   // Of use to a sanitized build only.
-  setenv("LSAN_OPTIONS", "suppressions=" DAYBRIX_SOURCE_FOLDER "/tests/support/leaks.supp", 1);
+  setenv("LSAN_OPTIONS", ("suppressions=" + tests::SourceFolder() + "/tests/support/leaks.supp").c_str(), 1);
   prepare();
   execl(program.c_str(), program.c_str(), file.empty() ? nullptr : file.c_str(), nullptr);
   _exit(127);

@@ -80,11 +80,6 @@ void VirtualDisplay::Type(const std::string& window, const std::string& text) co
   Do("windowfocus --sync " + window + " type --delay 20 '" + text + "'");
 }
 
-void VirtualDisplay::Click(const std::string& window, int x, int y, int button) const {
-  Do("mousemove --window " + window + " " + std::to_string(x) + " " + std::to_string(y) + " click " +
-     std::to_string(button));
-}
-
 void VirtualDisplay::Drag(const std::string& window, int x1, int y1, int x2, int y2,
                           const std::string& key) const {
   const auto move = [&](int x, int y) {

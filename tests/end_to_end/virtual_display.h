@@ -30,8 +30,6 @@ class VirtualDisplay {
   // Gives a window the keyboard and presses keys (xdotool names) or types a text.
   void Press(const std::string& window, const std::string& keys) const;
   void Type(const std::string& window, const std::string& text) const;
-  // A click at a point of a window.
-  void Click(const std::string& window, int x, int y, int button = 1) const;
   // Presses at one point of a window and releases at another, holding a key (xdotool name) if one is named.
   void Drag(const std::string& window, int x1, int y1, int x2, int y2, const std::string& key = "") const;
   // A number that stands for what a window shows.

@@ -12,9 +12,9 @@
 #include <set>
 #include <sstream>
 
-#include "core/calendar_file.h"
-#include "core/compaction.h"
-#include "core/record_query.h"
+#include "core/calendar/calendar_file.h"
+#include "core/store/compaction.h"
+#include "core/store/record_query.h"
 #include "platform/system/clock.h"
 #include "support/temporary_calendar.h"
 
@@ -96,10 +96,11 @@ class Worker {
     std::size_t ownFound = 0;
     core::RecordQuery query;
     query.AddMatchAll();
-    query.Run(file);
-    for (const std::int32_t offset : query.Offsets()) {
+    if (!query.Run(file)) return false;
+    for (const core::RecordKey& key : query.Keys()) {
+      const std::int32_t offset = key.offset;
       Appointment record;
-      if (!file.ReadRecord(&record, offset)) continue;  // deleted meanwhile
+      if (!file.ReadRecord(&record, key)) continue;  // deleted meanwhile
       const std::string subject(core::ReadText(record.subject));
       if (subject.rfind("shared", 0) == 0) {
         shared.push_back(offset);
@@ -161,7 +162,7 @@ class Worker {
     const std::int32_t offset = *which;
     if (!file.LockRecord(offset)) return;
     Appointment record;
-    file.ReadRecord(&record, offset);
+    if (!file.ReadRecord(&record, offset)) std::abort();
     const std::string subject(core::ReadText(record.subject));
     journal.Begin("delete", subject, RevisionOf(record));
     const bool done = file.DeleteRecord(offset) == Result::kDone;
@@ -181,7 +182,9 @@ class Worker {
 
   void Compact() {
     journal.Begin("compact", "-", 0);
-    journal.End(core::RepairCheck(work.calendar, true).clean);
+    // A file that a killed worker left open counts as open for good where locks do not reach.
+    const core::RepairOutcome outcome = core::RepairCheck(work.calendar, true);
+    journal.End(outcome.clean || (outcome.counted && Chance(4) && core::CompactCounted(work.calendar).clean));
   }
 
   const Work& work;
@@ -198,6 +201,10 @@ class Worker {
 std::int64_t HesitantWrite(int descriptor, const void* buffer, std::size_t size, std::int64_t offset) {
   sched_yield();
   return pwrite(descriptor, buffer, size, offset);
+}
+
+bool NoLocksReach(int) {
+  return false;
 }
 
 }  // namespace
@@ -217,6 +224,7 @@ Appointment WorkRecord(const std::string& subject, int revision) {
 
 int RunWorker(const Work& work) {
   platform::SystemFileCalls().write = HesitantWrite;  // of this process, which does nothing else
+  if (work.locksEndHere) platform::SystemFileCalls().locksReach = NoLocksReach;
   return Worker(work).Run();
 }
 
@@ -265,7 +273,7 @@ std::string Expectation::Compare(const std::string& calendar) const {
   std::map<std::string, int> found;
   std::ostringstream wrong;
   RecordFile file(calendar, "");
-  file.ForEachRecord([&](const void* slot) {
+  ForEachRecord(file, [&](const void* slot) {
     Appointment record;
     std::memcpy(&record, slot, sizeof record);
     const std::string subject(core::ReadText(record.subject));

@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "core/appointment.h"
+#include "core/calendar/appointment.h"
 
 namespace tests {
 
@@ -32,6 +32,7 @@ struct Work {
   std::string name;
   unsigned seed;
   int milliseconds;
+  bool locksEndHere = false;  // it is to believe that no lock of its reaches another worker
 };
 int RunWorker(const Work& work);
 

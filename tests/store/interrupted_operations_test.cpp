@@ -4,8 +4,10 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <filesystem>
 
-#include "core/compaction.h"
+#include "core/calendar/appointment.h"
+#include "core/store/compaction.h"
 #include "gtest/gtest.h"
 #include "store/store_operations.h"
 #include "support/child_process.h"
@@ -95,6 +97,8 @@ TEST_P(InterruptedOperation, ByAFailureOfAnyCall) {
       }
       core::SetRefreshEnabled(true);
       if (done) ExpectDone(operation, files, when);
+      const auto slots = std::filesystem::file_size(files.Path()) - core::kFirstSlotOffset;
+      EXPECT_TRUE(failure.call != FaultyCalls::kWrite || slots % sizeof(core::Appointment) == 0) << when;
       ExpectNothingLost(operation, files, when);
     }
   }

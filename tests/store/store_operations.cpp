@@ -5,8 +5,9 @@
 #include <cstring>
 #include <utility>
 
-#include "core/calendar_file.h"
-#include "core/compaction.h"
+#include "core/calendar/calendar_file.h"
+#include "core/store/compaction.h"
+#include "core/store/record_query.h"
 #include "support/temporary_calendar.h"
 
 namespace tests {
@@ -78,7 +79,7 @@ bool SetPasswords(RecordFile& file) {
 }
 
 bool SetCategories(RecordFile& file) {
-  return file.WriteCategoryBlock(core::CategoriesFromNames({"One", "Two"})) && file.Flush();
+  return file.WriteCategoryBlock(core::CategoriesFromNames({"One", "Two"})) == Result::kDone && file.Flush();
 }
 
 bool OpenWithRepair(const StoreFiles& files) {
@@ -91,10 +92,10 @@ bool Make(const StoreFiles& files, const char* subject, bool inPlace) {
   core::InitHeaderBlock(header, "Calendar", "Organizer", 1);
   const Entry first = Record(subject);
   const std::string_view slots(reinterpret_cast<const char*>(&first.appointment), sizeof first.appointment);
-  RecordFile file(files.OtherPath(), "");
-  file.Close();
-  return inPlace ? file.Create(header, core::DefaultCategories(), kSlot, slots)
-                 : file.CreateNew(header, core::DefaultCategories(), kSlot, slots);
+  if (inPlace)
+    return RecordFile(files.OtherPath(), "").Create(header, core::DefaultCategories(), kSlot, slots);
+  const std::string image = core::NewFileImage(header, core::DefaultCategories(), kSlot, slots);
+  return platform::WriteNewFile(files.OtherPath(), image.data(), image.size());
 }
 
 bool MakeNew(const StoreFiles& files) {
@@ -157,7 +158,7 @@ Records RecordsAt(const std::string& path) {
   RecordFile file(path, "");
   if (file.OpenFailed()) return {"(unreadable)"};
   Records records;
-  file.ForEachRecord([&records](const void* slot) {
+  ForEachRecord(file, [&records](const void* slot) {
     Appointment record;
     std::memcpy(&record, slot, sizeof record);
     const std::string subject(core::ReadText(record.subject));

@@ -1,5 +1,5 @@
-// The rules that docs/architecture.md promises of the tree. Each looks at one file as text, so that a test
-// can show it a made-up file that breaks it. A finding reads "path:line: what is wrong"; no finding is a kept
+// The rules that docs/architecture.md promises of the tree. Each looks at files as text, so that a test can
+// show it a made-up one that breaks it. A finding reads "path:line: what is wrong"; no finding is a kept
 // rule.
 #pragma once
 
@@ -19,8 +19,13 @@ using Findings = std::vector<std::string>;
 // Every text file of the project, but for what .gitignore names.
 std::vector<SourceFile> ReadProject(const std::string& folder);
 
-// Includes in src/ that point at another folder of the same floor, at a higher floor or at none.
+// Includes in src/ that point at another folder of the same floor, at a higher floor or wing or at none.
 Findings UpwardIncludes(const SourceFile& file);
+
+// Files of src/ that include each other in a circle, or lead to one; a header and its source count as one.
+// The two platform layers are left out: each is one thing seen from several sides, in which a message that is
+// sent or a lock that is taken may end anywhere.
+Findings IncludeCircles(const std::vector<SourceFile>& files);
 
 // Qt outside src/platform/desktop and the tests' driver, and in the headers that the layer offers.
 Findings StrayQt(const SourceFile& file);
@@ -32,15 +37,8 @@ inline constexpr std::size_t kMostFileLines = 600;
 inline constexpr std::size_t kMostFunctionLines = 80;
 Findings OverlongFile(const SourceFile& file);
 
-// A function that may be longer, told by a piece of the line on which its body opens, and why it may.
-struct LongFunction {
-  std::string path;
-  std::string head;
-  std::string reason;
-};
-// Lengths count from that line to the closing brace. An exception for a function that is short is a finding
-// too.
-Findings OverlongFunctions(const SourceFile& file, const std::vector<LongFunction>& exceptions);
+// Lengths count from the line on which the body opens to the closing brace.
+Findings OverlongFunctions(const SourceFile& file);
 
 // Texts that send their reader to a paper that is not in the project, where they should give the reason
 // itself.

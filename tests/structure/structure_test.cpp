@@ -5,18 +5,16 @@
 
 #include "gtest/gtest.h"
 #include "structure/structure_rules.h"
+#include "support/source_folder.h"
 #include "support/temporary_folder.h"
 
 namespace tests {
 namespace {
 
-// Functions that are longer on purpose, each with its reason.
-const std::vector<LongFunction> kLongFunctions = {};
-
 using Rule = std::function<Findings(const SourceFile&)>;
 
 const std::vector<SourceFile>& Project() {
-  static const std::vector<SourceFile> files = ReadProject(DAYBRIX_SOURCE_FOLDER);
+  static const std::vector<SourceFile> files = ReadProject(tests::SourceFolder());
   return files;
 }
 
@@ -68,9 +66,14 @@ TEST(Structure, IncludesPointDownwards) {
   ExpectKept(UpwardIncludes, {{"src/calendar/a.cpp", Include("calendar/b.h")},
                               {"src/calendar/a.cpp", Include("platform/desktop/window.h")},
                               {"src/main.cpp", Include("calendar/b.h")},
+                              {"src/calendar/a.cpp", Include("calendar/views/b.h")},
+                              {"src/calendar/views/a.cpp", Include("calendar/dialogs/b.h")},
+                              {"src/core/calendar/a.h", Include("core/store/b.h")},
+                              {"src/core/store/a.h", Include("core/date_time.h")},
                               {"src/core/a.h", Include("platform/system/file.h")},
                               {"src/core/a.h", Include("resources/strings.h")},
-                              {"src/cli/a.h", Include("core/result.h")},
+                              {"src/cli/a.h", Include("resources/text_ids.h")},
+                              {"src/cli/a.h", Include("core/store/result.h")},
                               {"src/platform/desktop/qt/a.cpp", Include("platform/system/code_page.h")}});
   ExpectBroken(UpwardIncludes, {{"src/core/a.h", Include("framework/drawing.h")},
                                 {"src/core/a.h", Include("platform/desktop/types.h")},
@@ -78,12 +81,30 @@ TEST(Structure, IncludesPointDownwards) {
                                 {"src/cli/a.h", Include("platform/desktop/types.h")},
                                 {"src/cli/a.h", Include("framework/drawing.h")},
                                 {"src/calendar/a.h", Include("cli/cli.h")},
+                                {"src/calendar/views/a.h", Include("calendar/calendar_panel.h")},
+                                {"src/calendar/dialogs/a.h", Include("calendar/views/b.h")},
+                                {"src/core/store/a.h", Include("core/calendar/b.h")},
+                                {"src/core/a.h", Include("core/store/b.h")},
+                                {"src/core/attic/a.h", Include("core/date_time.h")},
                                 {"src/shell/a.h", Include("pickers/date_picker.h")},
                                 {"src/platform/system/a.h", Include("platform/desktop/types.h")},
                                 {"src/platform/desktop/a.h", Include("resources/strings.h")},
                                 {"src/controls/a.cpp", Include("list.h")},
                                 {"src/attic/a.cpp", Include("core/date_time.h")}});
   ExpectTreeKeeps(UpwardIncludes);
+}
+
+TEST(Structure, IncludesFormNoCircle) {
+  const SourceFile last = {"src/shell/c.h", Include("shell/a.h")};
+  const std::vector<SourceFile> line = {{"src/shell/a.h", Include("core/d.h")},
+                                        {"src/shell/a.cpp", Include("shell/a.h") + Include("shell/b.h")},
+                                        {"src/shell/b.h", Include("shell/c.h")},
+                                        {"src/core/d.h", ""}};
+  EXPECT_EQ(IncludeCircles(line), Findings());
+  std::vector<SourceFile> circle = line;
+  circle.push_back(last);
+  EXPECT_EQ(IncludeCircles(circle).size(), 3U);
+  for (const std::string& finding : IncludeCircles(Project())) ADD_FAILURE() << finding;
 }
 
 TEST(Structure, QtStaysInTheDesktopLayer) {
@@ -133,15 +154,10 @@ TEST(Structure, FunctionsAreShort) {
             "}\n" +
             Lines(kMostFunctionLines - 5) + "}\n"};
   };
-  const auto rule = [](const SourceFile& file) { return OverlongFunctions(file, {}); };
-  ExpectKept(rule, {made(kMostFunctionLines - 2)});
-  const SourceFile tooLong = made(kMostFunctionLines - 1);
-  EXPECT_EQ(rule(tooLong), Findings{"src/a.cpp:90: 81 lines:         d{''} {"});
-
-  const LongFunction exception{"src/a.cpp", "d{''}", "a test"};
-  EXPECT_EQ(OverlongFunctions(tooLong, {exception}), Findings());
-  EXPECT_EQ(OverlongFunctions(made(3), {exception}).size(), 1U) << "it is short again";
-  ExpectTreeKeeps([](const SourceFile& file) { return OverlongFunctions(file, kLongFunctions); });
+  ExpectKept(OverlongFunctions, {made(kMostFunctionLines - 2)});
+  EXPECT_EQ(OverlongFunctions(made(kMostFunctionLines - 1)),
+            Findings{"src/a.cpp:90: 81 lines:         d{''} {"});
+  ExpectTreeKeeps(OverlongFunctions);
 }
 
 TEST(Structure, TextsGiveTheirReasonsThemselves) {

@@ -50,7 +50,7 @@ inline std::string MakeBmp(const BmpForm& form, char fill = 0) {
 // One pixel of a colour.
 inline std::string OnePixel(unsigned char red, unsigned char green, unsigned char blue) {
   std::string bytes = MakeBmp({1, 1, 24, 40});
-  Put(bytes, bytes.size() - 4, static_cast<std::uint32_t>(red) << 16 | green << 8U | blue, 4);
+  Put(bytes, bytes.size() - 4, std::uint32_t{red} << 16 | std::uint32_t{green} << 8 | blue, 4);
   return bytes;
 }
 

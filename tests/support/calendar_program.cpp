@@ -4,7 +4,8 @@
 
 #include <cstdlib>
 
-#include "calendar/day_row.h"
+#include "calendar/dialogs/password_dialogs.h"
+#include "calendar/views/day_row.h"
 #include "core/ini_file.h"
 #include "platform/desktop/application.h"
 #include "resources/resources.h"
@@ -99,6 +100,13 @@ void CalendarProgram::GoTo(const core::Date& date) {
   SendMessage(Panel().Handle(), WM_COMMAND, 102, reinterpret_cast<LPARAM>(&date));
 }
 
+void CalendarProgram::EnterPassword(const std::string& password) {
+  driver.WhenDialogOpens([this, password](HWND dialog) {
+    driver.TypeInto(dialog, PasswordDialog::kPasswordEdit, password);
+    driver.Press(dialog, VK_RETURN);
+  });
+}
+
 void CalendarProgram::ChooseCategory(const std::string& name) {
   driver.ChooseMenuItem(name);
   driver.Click(Panel().Categories().Handle(), {150, 13});
@@ -123,7 +131,7 @@ std::vector<core::Appointment> CalendarProgram::Shown() {
   std::vector<core::Appointment> all;
   for (int row = 0; row < Panel().List().ItemCount(); ++row) {
     core::Appointment appointment{};
-    if (!File()->ReadRecord(&appointment, Panel().List().RecordOffset(row))) {
+    if (!File()->ReadRecord(&appointment, Panel().List().KeyAt(row))) {
       core::WriteText(appointment.subject, "(gone)");
     }
     all.push_back(appointment);

@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "calendar/calendar_pane.h"
-#include "core/appointment.h"
+#include "core/calendar/appointment.h"
 #include "support/desktop_driver.h"
 
 namespace tests {
@@ -28,8 +28,9 @@ class CalendarProgram {
   int Run(const std::string& file, const std::function<void()>& script);
 
   CalendarPane& Pane() { return *pane; }
+  core::CalendarSession& Session() { return pane->Session(); }
   CalendarPanel& Panel() { return pane->Panel(); }
-  core::RecordFile* File() { return pane->CalendarFile(); }
+  core::RecordFile* File() { return Session().File(); }
   HWND Frame() { return pane->Handle(); }
   // The window of the day list's rows.
   HWND List();
@@ -38,6 +39,8 @@ class CalendarProgram {
 
   // Shows a day as the mini calendar's choice would.
   void GoTo(const core::Date& date);
+  // Types into the dialog "Password" that opens next.
+  void EnterPassword(const std::string& password);
   // Chooses in the category selector.
   void ChooseCategory(const std::string& name);
   // A point on a row of the list or on a day of the shown month, in client pixels of List() or Days().

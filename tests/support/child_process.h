@@ -57,6 +57,11 @@ class ChildProcess {
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
   }
 
+  // Asks the child to end.
+  void Stop() const {
+    if (process > 0) kill(process, SIGTERM);
+  }
+
   // Ends the child without giving it a chance to tidy up.
   void Kill() {
     if (process > 0) kill(process, SIGKILL);

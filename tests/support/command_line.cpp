@@ -6,11 +6,19 @@
 #include <array>
 #include <cstdio>
 #include <cstdlib>
+#include <sstream>
 
 #include "cli/cli.h"
 #include "support/temporary_folder.h"
 
 namespace tests {
+
+std::vector<std::string> Words(const std::string& line) {
+  std::istringstream stream(line);
+  std::vector<std::string> words;
+  for (std::string word; std::getline(stream, word, ' ');) words.push_back(word);
+  return words;
+}
 
 CommandResult RunCli(const std::vector<std::string>& words) {
   unsetenv("TEMPOLINE_PASSWORD");

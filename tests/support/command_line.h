@@ -14,6 +14,9 @@ struct CommandResult {
   std::string errors;
 };
 
+// The words of a line, which blanks keep apart.
+std::vector<std::string> Words(const std::string& line);
+
 // In this process, without a password from the environment.
 CommandResult RunCli(const std::vector<std::string>& words);
 

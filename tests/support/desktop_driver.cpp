@@ -4,6 +4,7 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QClipboard>
 #include <QComboBox>
 #include <QDialog>
 #include <QElapsedTimer>
@@ -20,6 +21,7 @@
 #include <QToolTip>
 #include <QWheelEvent>
 #include <QWindow>
+#include <utility>
 
 #include "platform/desktop/application.h"
 #include "platform/desktop/dialog.h"
@@ -55,6 +57,12 @@ QWidget* WidgetFor(HWND window) {
   return entry != nullptr ? entry->widget : nullptr;
 }
 
+QWidget* ControlOf(HWND dialog, int id) {
+  QWidget* control = WidgetFor(GetDlgItem(dialog, id));
+  EXPECT_NE(control, nullptr) << "no control " << id;
+  return control;
+}
+
 struct Spot {
   QWindow* window = nullptr;
   QPoint point;
@@ -77,41 +85,15 @@ Qt::KeyboardModifiers ModifiersOf(unsigned keys) {
 }
 
 Qt::Key KeyFor(unsigned key) {
-  switch (key) {
-    case VK_BACK:
-      return Qt::Key_Backspace;
-    case VK_TAB:
-      return Qt::Key_Tab;
-    case VK_RETURN:
-      return Qt::Key_Return;
-    case VK_ESCAPE:
-      return Qt::Key_Escape;
-    case VK_SPACE:
-      return Qt::Key_Space;
-    case VK_PRIOR:
-      return Qt::Key_PageUp;
-    case VK_NEXT:
-      return Qt::Key_PageDown;
-    case VK_APPS:
-      return Qt::Key_Menu;
-    case VK_END:
-      return Qt::Key_End;
-    case VK_HOME:
-      return Qt::Key_Home;
-    case VK_LEFT:
-      return Qt::Key_Left;
-    case VK_UP:
-      return Qt::Key_Up;
-    case VK_RIGHT:
-      return Qt::Key_Right;
-    case VK_DOWN:
-      return Qt::Key_Down;
-    case VK_INSERT:
-      return Qt::Key_Insert;
-    case VK_DELETE:
-      return Qt::Key_Delete;
-    default:
-      break;
+  constexpr std::pair<unsigned, Qt::Key> kKeys[] = {
+      {VK_BACK, Qt::Key_Backspace}, {VK_TAB, Qt::Key_Tab},     {VK_RETURN, Qt::Key_Return},
+      {VK_ESCAPE, Qt::Key_Escape},  {VK_SPACE, Qt::Key_Space}, {VK_PRIOR, Qt::Key_PageUp},
+      {VK_NEXT, Qt::Key_PageDown},  {VK_APPS, Qt::Key_Menu},   {VK_END, Qt::Key_End},
+      {VK_HOME, Qt::Key_Home},      {VK_LEFT, Qt::Key_Left},   {VK_UP, Qt::Key_Up},
+      {VK_RIGHT, Qt::Key_Right},    {VK_DOWN, Qt::Key_Down},   {VK_INSERT, Qt::Key_Insert},
+      {VK_DELETE, Qt::Key_Delete}};
+  for (const auto& [given, meant] : kKeys) {
+    if (given == key) return meant;
   }
   if (key >= VK_F1 && key < VK_F1 + 12) return static_cast<Qt::Key>(Qt::Key_F1 + (key - VK_F1));
   return static_cast<Qt::Key>(key);
@@ -231,6 +213,9 @@ void DesktopDriver::Give(const Answer& answer, QWidget* open) {
 
 void DesktopDriver::AnswerMenu(const Answer& answer) {
   auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+  QAction* start = menu->activeAction();
+  const bool seen = start != nullptr && menu->rect().contains(menu->actionGeometry(start));
+  lastMenuStart = seen ? CodePageFromText(PlainText(start->text())) : "";
   lastMenu.clear();
   QAction* chosen = nullptr;
   for (QAction* action : menu->actions()) {
@@ -262,24 +247,21 @@ void DesktopDriver::AnswerFileDialog(const Answer& answer, QFileDialog& dialog) 
 
 void DesktopDriver::Click(HWND window, POINT point, unsigned keys) {
   const Spot spot = SpotOf(window, point);
-  if (spot.window == nullptr) return;
-  QTest::mouseClick(spot.window, Qt::LeftButton, ModifiersOf(keys), spot.point);
+  if (spot.window != nullptr) QTest::mouseClick(spot.window, Qt::LeftButton, ModifiersOf(keys), spot.point);
   ProcessEvents();
 }
 
 void DesktopDriver::DoubleClick(HWND window, POINT point) {
   const Spot spot = SpotOf(window, point);
-  if (spot.window == nullptr) return;
   // A pause, so that clicks made before do not count.
   QTest::qWait(QApplication::doubleClickInterval() + 10);
-  QTest::mouseDClick(spot.window, Qt::LeftButton, {}, spot.point);
+  if (spot.window != nullptr) QTest::mouseDClick(spot.window, Qt::LeftButton, {}, spot.point);
   ProcessEvents();
 }
 
 void DesktopDriver::RightClick(HWND window, POINT point) {
   const Spot spot = SpotOf(window, point);
-  if (spot.window == nullptr) return;
-  QTest::mouseClick(spot.window, Qt::RightButton, {}, spot.point);
+  if (spot.window != nullptr) QTest::mouseClick(spot.window, Qt::RightButton, {}, spot.point);
   ProcessEvents();
 }
 
@@ -361,12 +343,16 @@ void DesktopDriver::Type(HWND window, const std::string& text) {
   ProcessEvents();
 }
 
+void DesktopDriver::PasteInto(HWND dialog, int id, const std::string& text) {
+  QGuiApplication::clipboard()->setText(QString::fromStdString(text));
+  SetFocus(GetDlgItem(dialog, id));
+  Press(dialog, 'V', MK_CONTROL);
+  ProcessEvents();
+}
+
 void DesktopDriver::ClickControl(HWND dialog, int id) {
-  QWidget* control = WidgetFor(GetDlgItem(dialog, id));
-  if (control == nullptr) {
-    ADD_FAILURE() << "no control " << id;
-    return;
-  }
+  QWidget* control = ControlOf(dialog, id);
+  if (control == nullptr) return;
   const int x = qobject_cast<QPushButton*>(control) != nullptr ? control->width() / 2 : 8;
   const QPoint point = control->mapTo(control->window(), QPoint(x, control->height() / 2));
   QTest::mouseClick(control->window()->windowHandle(), Qt::LeftButton, {}, point);
@@ -374,11 +360,8 @@ void DesktopDriver::ClickControl(HWND dialog, int id) {
 }
 
 void DesktopDriver::TypeInto(HWND dialog, int id, const std::string& text) {
-  QWidget* control = WidgetFor(GetDlgItem(dialog, id));
-  if (control == nullptr) {
-    ADD_FAILURE() << "no control " << id;
-    return;
-  }
+  QWidget* control = ControlOf(dialog, id);
+  if (control == nullptr) return;
   control->setFocus();
   if (auto* line = qobject_cast<QLineEdit*>(control)) line->selectAll();
   if (auto* edit = qobject_cast<QPlainTextEdit*>(control)) edit->selectAll();
@@ -424,7 +407,7 @@ int DesktopDriver::Paints() const {
 }
 
 std::string DesktopDriver::ShownTip() {
-  return QToolTip::isVisible() ? CodePageFromText(QToolTip::text()) : std::string();
+  return QToolTip::isVisible() ? QToolTip::text().toStdString() : std::string();
 }
 
 COLORREF DesktopDriver::PixelAt(HWND window, POINT point) {

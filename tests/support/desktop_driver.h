@@ -38,6 +38,8 @@ class DesktopDriver {
   // A key (VK_...) to whatever has the focus in the window's top-level window.
   void Press(HWND window, unsigned key, unsigned keys = 0, bool alt = false);
   void Type(HWND window, const std::string& text);
+  // Puts a text (UTF-8) where the text cursor of a control is, from the clipboard.
+  void PasteInto(HWND dialog, int id, const std::string& text);
   // Presses a push button or check box of a dialog.
   void ClickControl(HWND dialog, int id);
   // Types into a control after giving it the focus and selecting what it holds.
@@ -56,6 +58,8 @@ class DesktopDriver {
   void ChooseMenuItem(const std::string& text);
   // The items of the last menu that was answered, "-" for separators, greyed ones in parentheses.
   const std::vector<std::string>& LastMenu() const { return lastMenu; }
+  // The item that it opened at; empty where that could not be seen.
+  const std::string& LastMenuStart() const { return lastMenuStart; }
 
   void Wait(int ms);
   // Runs the loop until the predicate holds; false, and a failed test, after the time.
@@ -64,7 +68,7 @@ class DesktopDriver {
 
   // How often any window was painted since the driver was made.
   int Paints() const;
-  // The tip that is shown (code page 1252); empty when there is none.
+  // The tip that is shown (UTF-8); empty when there is none.
   std::string ShownTip();
   // What the window shows at a client point.
   COLORREF PixelAt(HWND window, POINT point);
@@ -78,6 +82,7 @@ class DesktopDriver {
 
   std::vector<Answer> answers;
   std::vector<std::string> lastMenu;
+  std::string lastMenuStart;
   std::vector<std::string> lastFileKinds;
   struct Watch;
   Watch* watch;

@@ -14,34 +14,14 @@ FaultyCalls* current = nullptr;
 
 // The stand-ins. Plain functions, as the table wants them, that find their way through `current`.
 struct FaultyEntries {
-  static std::int64_t Read(int descriptor, void* buffer, std::size_t size, std::int64_t offset) {
-    return current->Enter(FaultyCalls::kRead, &size)
-               ? current->original.read(descriptor, buffer, size, offset)
-               : -1;
+  // `size` is how many bytes are to be moved.
+  template <FaultyCalls::Call kCall, auto kEntry, typename Buffer>
+  static std::int64_t Transfer(int descriptor, Buffer buffer, std::size_t size, std::int64_t offset) {
+    return current->Enter(kCall, &size) ? (current->original.*kEntry)(descriptor, buffer, size, offset) : -1;
   }
-  static std::int64_t Write(int descriptor, const void* buffer, std::size_t size, std::int64_t offset) {
-    return current->Enter(FaultyCalls::kWrite, &size)
-               ? current->original.write(descriptor, buffer, size, offset)
-               : -1;
-  }
-  static int Flush(int descriptor) {
-    return current->Enter(FaultyCalls::kFlush, nullptr) ? current->original.flush(descriptor) : -1;
-  }
-  static int Lock(int descriptor, short type, std::int64_t offset) {
-    return current->Enter(FaultyCalls::kLock, nullptr) ? current->original.lock(descriptor, type, offset)
-                                                       : -1;
-  }
-  static int Rename(const char* from, const char* to) {
-    return current->Enter(FaultyCalls::kRename, nullptr) ? current->original.rename(from, to) : -1;
-  }
-  static int RenameNew(const char* from, const char* to) {
-    return current->Enter(FaultyCalls::kRenameNew, nullptr) ? current->original.renameNew(from, to) : -1;
-  }
-  static int Link(const char* from, const char* to) {
-    return current->Enter(FaultyCalls::kLink, nullptr) ? current->original.link(from, to) : -1;
-  }
-  static std::int64_t Size(int descriptor) {
-    return current->Enter(FaultyCalls::kSize, nullptr) ? current->original.size(descriptor) : -1;
+  template <FaultyCalls::Call kCall, auto kEntry, typename Result, typename... Arguments>
+  static Result Other(Arguments... arguments) {
+    return current->Enter(kCall, nullptr) ? (current->original.*kEntry)(arguments...) : -1;
   }
 };
 
@@ -51,9 +31,20 @@ FaultyCalls::FaultyCalls() : original(platform::SystemFileCalls()) {
     std::abort();
   }
   current = this;
-  platform::SystemFileCalls() = {FaultyEntries::Read, FaultyEntries::Write,  FaultyEntries::Flush,
-                                 FaultyEntries::Lock, FaultyEntries::Rename, FaultyEntries::RenameNew,
-                                 FaultyEntries::Link, FaultyEntries::Size};
+  using Calls = platform::FileCalls;
+  platform::SystemFileCalls() = {FaultyEntries::Transfer<kRead, &Calls::read>,
+                                 FaultyEntries::Transfer<kWrite, &Calls::write>,
+                                 FaultyEntries::Other<kFlush, &Calls::flush>,
+                                 FaultyEntries::Other<kLock, &Calls::lock>,
+                                 FaultyEntries::Other<kRename, &Calls::rename>,
+                                 FaultyEntries::Other<kRenameNew, &Calls::renameNew>,
+                                 FaultyEntries::Other<kLink, &Calls::link>,
+                                 FaultyEntries::Other<kSize, &Calls::size>,
+                                 FaultyEntries::Other<kCut, &Calls::cut>,
+                                 FaultyEntries::Other<kCreateNew, &Calls::createNew>,
+                                 FaultyEntries::Other<kRemove, &Calls::remove>,
+                                 original.locksReach,
+                                 original.nowMs};
 }
 
 FaultyCalls::~FaultyCalls() {

@@ -27,6 +27,9 @@ class FaultyCalls {
     kRenameNew,
     kLink,
     kSize,
+    kCut,
+    kCreateNew,
+    kRemove,
     kAny
   };  // kAny counts them all
   static constexpr int kForEver = -1;

@@ -1,6 +1,8 @@
 // A device context that draws nothing and writes down the calls, for tests of what a control paints.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <string>
 #include <vector>
@@ -61,6 +63,10 @@ class RecordingDc : public DeviceContext {
       if (Covers(call, point)) colour = call.colour;
     }
     return colour;
+  }
+  // Expects a colour at points; a failure names the point.
+  void ExpectColour(COLORREF colour, const std::vector<POINT>& points) const {
+    for (const POINT& point : points) EXPECT_EQ(ColourAt(point), colour) << point.x << "," << point.y;
   }
 
  private:

@@ -52,23 +52,12 @@ std::vector<std::string>& Heard() {
 
 void Hear(QAccessibleEvent* event) {
   const std::string name = Said(event->accessibleInterface(), QAccessible::Name);
-  switch (event->type()) {
-    case QAccessible::Selection:
-      Heard().push_back("selection " + name);
-      break;
-    case QAccessible::Focus:
-      Heard().push_back("focus " + name);
-      break;
-    case QAccessible::ValueChanged:
-      Heard().push_back("value " +
-                        static_cast<QAccessibleValueChangeEvent*>(event)->value().toString().toStdString());
-      break;
-    case QAccessible::ObjectReorder:
-      Heard().push_back("items");
-      break;
-    default:
-      break;
-  }
+  if (event->type() == QAccessible::Selection) Heard().push_back("selection " + name);
+  if (event->type() == QAccessible::Focus) Heard().push_back("focus " + name);
+  if (event->type() == QAccessible::ObjectReorder) Heard().push_back("items");
+  if (event->type() != QAccessible::ValueChanged) return;
+  Heard().push_back("value " +
+                    static_cast<QAccessibleValueChangeEvent*>(event)->value().toString().toStdString());
 }
 
 // What is done is posted, told by a post, and passed on by another.

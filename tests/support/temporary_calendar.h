@@ -11,8 +11,8 @@
 #include <string_view>
 #include <vector>
 
-#include "core/appointment.h"
-#include "core/categories.h"
+#include "core/calendar/appointment.h"
+#include "core/calendar/categories.h"
 #include "support/temporary_folder.h"
 
 namespace tests {
@@ -86,6 +86,7 @@ class TemporaryCalendar {
   }
 
   const std::string& Path() const { return file.Path(); }
+  const std::string& Folder() const { return folder.Path(); }
   std::string Bytes() const { return folder.Read("calendar.cld"); }
 
   // Adds at the end and answers the offset.
@@ -115,20 +116,20 @@ T Value(T field) {
   return field;
 }
 
-// A list of every record of a file, in the file's order.
+// A list of every record of a file, in the file's order; empty when it cannot be listed.
 inline core::RecordQuery AllRecords(const core::RecordFile& file) {
   core::RecordQuery query;
   query.AddMatchAll();
-  query.Run(file);
+  static_cast<void>(query.Run(file));
   return query;
 }
 
 // The subjects of a list, in its order.
 inline std::vector<std::string> Subjects(const core::RecordFile& file, const core::RecordQuery& query) {
   std::vector<std::string> subjects;
-  for (const std::int32_t offset : query.Offsets()) {
+  for (const core::RecordKey& key : query.Keys()) {
     core::Appointment appointment;
-    const bool read = file.ReadRecord(&appointment, offset);
+    const bool read = file.ReadRecord(&appointment, key);
     subjects.emplace_back(read ? core::ReadText(appointment.subject) : "(gone)");
   }
   return subjects;

@@ -84,9 +84,11 @@ std::unique_ptr<Bitmap> Bitmap::LoadFile(const std::string& path) {
 }
 
 std::unique_ptr<Bitmap> Bitmap::FromBmp(std::string_view bytes) {
-  if (!IsSoundBmp(bytes)) return nullptr;
+  std::string room;
+  const std::optional<std::string_view> plain = PlainBmp(bytes, room);
+  if (!plain) return nullptr;
   QBuffer buffer;
-  buffer.setData(QByteArray::fromRawData(bytes.data(), static_cast<qsizetype>(bytes.size())));
+  buffer.setData(QByteArray::fromRawData(plain->data(), static_cast<qsizetype>(plain->size())));
   buffer.open(QIODevice::ReadOnly);
   QImageReader reader(&buffer, "bmp");
   QImage image = ReadUnguessed(reader);

@@ -14,7 +14,7 @@ class Bitmap {
   // A built-in picture; null when there is none of that name (a mistake in the program).
   static std::unique_ptr<Bitmap> Load(const char* name);
   // A bitmap file, which may come from anywhere. Null when it cannot be read, has more than 16 MiB or more
-  // than 2048 pixels a side, is cut, contradicts itself, is compressed, or is no bitmap. On dense screens
+  // than 2048 pixels a side, is cut, contradicts itself, or is no bitmap. On dense screens
   // name@2x.bmp beside name.bmp is drawn in its place, if it is such a file and exactly twice as large.
   static std::unique_ptr<Bitmap> LoadFile(const std::string& path);
   // The same of a bitmap file's bytes. Bit fields must lie apart, and transparency counts for nothing.

@@ -2,6 +2,8 @@
 // are in code page 1252, zero-terminated; control characters show as blanks. Nothing is smoothed but letters.
 #pragma once
 
+#include <climits>
+
 #include "platform/desktop/types.h"
 
 class Bitmap;
@@ -29,6 +31,10 @@ class DeviceContext {
   COLORREF TextColor() const { return textColour; }
   COLORREF PenColor() const { return penColour; }
 
+  // What is to be drawn: drawing elsewhere has no effect. Without bounds at first.
+  void SetClip(const RECT& bounds) { clip = bounds; }
+  const RECT& Clip() const { return clip; }
+
   virtual void FillRect(const RECT& rect, COLORREF colour) = 0;
   // One pixel wide; the end point itself is not drawn.
   virtual void DrawLine(int x1, int y1, int x2, int y2) = 0;
@@ -42,4 +48,5 @@ class DeviceContext {
   HFONT font = nullptr;
   COLORREF textColour = 0;
   COLORREF penColour = 0;
+  RECT clip{INT_MIN, INT_MIN, INT_MAX, INT_MAX};
 };

@@ -5,7 +5,8 @@
 // WM_COMMAND IDCANCEL.
 //
 // Controls are told by number (SendDlgItemMessage) and report by WM_COMMAND: low word their number, high word
-// what happened. Texts are in code page 1252; a character that it lacks cannot be typed or pasted. Only what
+// what happened. Texts are in code page 1252; a character that it lacks is left out of what is typed or
+// pasted, and a tip at the field says so. Only what
 // names a file may hold any character (SetDlgItemPath and the like).
 #pragma once
 
@@ -27,7 +28,7 @@ bool EndDialog(HWND dialog, int result);
 void SetDialogFrameless(HWND dialog);
 
 // Keeps every other window of the program from input for as long as the dialog is open. Only while
-// WM_INITDIALOG is handled; what DialogBox runs needs it not.
+// WM_INITDIALOG is handled. A dialog that DialogBox runs does so by itself.
 void BlockOtherWindows(HWND dialog);
 
 // The control with a number; null when there is none. One that is hidden (ShowWindow) keeps its place free.

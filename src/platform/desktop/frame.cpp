@@ -1,5 +1,6 @@
 #include "platform/desktop/frame.h"
 
+#include <QGuiApplication>
 #include <QPolygon>
 
 #include "platform/desktop/qt/frame_widget.h"
@@ -46,6 +47,10 @@ HDC GetFrameContext(HWND window) {
 void MinimizeWindow(HWND window) {
   const WindowEntry* entry = FindWindowEntry(window);
   if (entry != nullptr && entry->kind == WindowKind::kWindow) entry->Outer()->showMinimized();
+}
+
+bool WindowsKnowTheirPlace() {
+  return !QGuiApplication::platformName().startsWith(QStringLiteral("wayland"));
 }
 
 void WaitForLeftButtonUp() {

@@ -45,6 +45,9 @@ void InvalidateFrame(HWND window);
 // any other time.
 HDC GetFrameContext(HWND window);
 void MinimizeWindow(HWND window);
+// Whether the rectangles of top-level windows tell where these are. On Wayland they do not: only the desktop
+// knows.
+bool WindowsKnowTheirPlace();
 
 // Runs messages until the left button, which is down, goes up. That release reaches no window.
 void WaitForLeftButtonUp();

@@ -1,14 +1,44 @@
 #include "platform/desktop/menu.h"
 
 #include <QMenu>
+#include <QProxyStyle>
 
 #include "platform/desktop/qt/font_handle.h"
 #include "platform/desktop/qt/window_table.h"
 #include "platform/desktop/window.h"
 
-struct MenuHandle {
-  QMenu menu;
+namespace {
+
+// A long menu is one column that scrolls, and the items of a chooser are found by typing their texts.
+class MenuStyle : public QProxyStyle {
+ public:
+  bool chooser = false;
+
+  int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                QStyleHintReturn* returned) const override {
+    if (hint == SH_Menu_Scrollable) return 1;
+    if (hint == SH_Menu_KeyboardSearch && chooser) return 1;
+    return QProxyStyle::styleHint(hint, option, widget, returned);
+  }
+};
+
+class Menu : public QMenu {
+ public:
   QAction* current = nullptr;  // owned by the menu
+
+ protected:
+  // Scrolls to the current item, now that the menu knows its height.
+  void showEvent(QShowEvent* event) override {
+    QMenu::showEvent(event);
+    if (current != nullptr) setActiveAction(current);
+  }
+};
+
+}  // namespace
+
+struct MenuHandle {
+  MenuStyle style;
+  Menu menu;
 };
 
 namespace {
@@ -37,7 +67,9 @@ QAction* FindAction(const QMenu& menu, unsigned command) {
 
 HMENU CreatePopupMenu() {
   UseDialogFont();
-  return new MenuHandle;
+  auto* menu = new MenuHandle;
+  menu->menu.setStyle(&menu->style);
+  return menu;
 }
 void DestroyMenu(HMENU menu) {
   delete menu;
@@ -57,14 +89,15 @@ void AppendMenu(HMENU menu, UINT flags, unsigned command, const char* text) {
 }
 
 void SetMenuCurrent(HMENU menu, unsigned command) {
-  menu->current = FindAction(menu->menu, command);
-  if (menu->current == nullptr) return;
-  menu->current->setCheckable(true);
-  menu->current->setChecked(true);
+  QAction* current = FindAction(menu->menu, command);
+  if (current == nullptr) return;
+  current->setCheckable(true);
+  current->setChecked(true);
+  menu->menu.current = current;
+  menu->style.chooser = true;
 }
 
 unsigned TrackPopupMenu(HMENU menu, POINT screenPoint, HWND owner) {
-  if (menu->current != nullptr) menu->menu.setActiveAction(menu->current);
   // A chosen item must not reach an owner that died while the menu was open: PostMessage sees to that.
   const QAction* chosen = menu->menu.exec(QPoint(screenPoint.x, screenPoint.y));
   if (chosen == nullptr) return 0;

@@ -16,11 +16,8 @@ constexpr UINT WM_PAINT = 0x000F;
 constexpr UINT WM_CLOSE = 0x0010;
 constexpr UINT WM_ERASEBKGND = 0x0014;  // wParam: the device context; result 1 when the background was drawn
 constexpr UINT WM_SETCURSOR = 0x0020;   // before each mouse move without capture; lParam low word: hit code
-constexpr UINT WM_TIMECHANGE = 0x001E;
 constexpr UINT WM_GETMINMAXINFO = 0x0024;  // lParam: MinMaxInfo*
-constexpr UINT WM_DRAWITEM = 0x002B;
-constexpr UINT WM_MEASUREITEM = 0x002C;
-constexpr UINT WM_SETFONT = 0x0030;  // the first message of a dialog
+constexpr UINT WM_SETFONT = 0x0030;        // the first message of a dialog
 constexpr UINT WM_NCHITTEST = 0x0084;
 constexpr UINT WM_NCPAINT = 0x0085;
 constexpr UINT WM_NCACTIVATE = 0x0086;
@@ -39,12 +36,6 @@ constexpr UINT WM_INITDIALOG = 0x0110;
 constexpr UINT WM_COMMAND = 0x0111;     // wParam: low word id, high word notification code
 constexpr UINT WM_SYSCOMMAND = 0x0112;  // wParam: SC_...
 constexpr UINT WM_TIMER = 0x0113;       // wParam: timer number
-constexpr UINT WM_CTLCOLORMSGBOX = 0x0132;
-constexpr UINT WM_CTLCOLOREDIT = 0x0133;
-constexpr UINT WM_CTLCOLORLISTBOX = 0x0134;
-constexpr UINT WM_CTLCOLORBTN = 0x0135;
-constexpr UINT WM_CTLCOLORDLG = 0x0136;
-constexpr UINT WM_CTLCOLORSTATIC = 0x0138;
 // Mouse messages: lParam is the point in client pixels (of the wheel: in screen pixels), wParam has MK_...
 // flags.
 constexpr UINT WM_MOUSEMOVE = 0x0200;
@@ -57,9 +48,7 @@ constexpr UINT WM_RBUTTONUP = 0x0205;
 constexpr UINT WM_MOUSEWHEEL =
     0x020A;  // wParam high word: signed delta, 120 a notch, positive away from the user
 constexpr UINT WM_CAPTURECHANGED = 0x0215;  // the capture was lost
-constexpr UINT WM_QUERYNEWPALETTE = 0x030F;
-constexpr UINT WM_PALETTECHANGED = 0x0311;
-constexpr UINT WM_REGISTERED = 0xC000;  // RegisterWindowMessage answers numbers from here on
+constexpr UINT WM_REGISTERED = 0xC000;      // RegisterWindowMessage answers numbers from here on
 
 constexpr unsigned MK_LBUTTON = 0x0001;
 constexpr unsigned MK_RBUTTON = 0x0002;

@@ -1,5 +1,6 @@
 #include "platform/desktop/tip.h"
 
+#include <QApplication>
 #include <QToolTip>
 #include <QWidget>
 
@@ -8,7 +9,8 @@
 
 void ShowTip(HWND window, POINT point, const char* text) {
   const WindowEntry* entry = FindWindowEntry(window);
-  if (entry == nullptr) return;
+  // A menu has the mouse to itself; a tip would cover it.
+  if (entry == nullptr || QApplication::activePopupWidget() != nullptr) return;
   UseDialogFont();
   QToolTip::showText(entry->widget->mapToGlobal(QPoint(point.x, point.y)), TextFromCodePage(text),
                      entry->widget);

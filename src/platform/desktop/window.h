@@ -41,8 +41,6 @@ struct WNDCLASS {
 
 // False when the name is taken; the first registration of a name stays in force.
 bool RegisterClass(const WNDCLASS& windowClass);
-// The registered class of that name; false when there is none.
-bool GetClassInfo(const char* className, WNDCLASS* windowClass);
 
 constexpr DWORD WS_OVERLAPPEDWINDOW = 0x00CF0000;  // a decorated top-level window
 constexpr DWORD WS_POPUP = 0x80000000;             // an undecorated top-level window

@@ -1,60 +1,33 @@
 #include "platform/system/code_page.h"
 
-#include <iconv.h>
-
+#include <algorithm>
 #include <array>
 
 namespace platform {
 namespace {
 
-using CharacterTable = std::array<char32_t, 256>;
+// What the bytes from kFirstOwn on stand for. All others stand for the character of their own number.
+constexpr std::size_t kFirstOwn = 0x80;
+constexpr std::array<char16_t, 32> kOwn{0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,
+                                        0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0x008D, 0x017D, 0x008F,
+                                        0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
+                                        0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
 
-// Byte by byte, because the five undefined bytes are errors to iconv: those keep their number. So do all
-// bytes in a system without the conversion, which then knows the Western letters at least.
-CharacterTable MakeTable() {
-  CharacterTable table = {};
-  const iconv_t conversion = iconv_open("UTF-32LE", "CP1252");
-  const bool known = conversion != reinterpret_cast<iconv_t>(-1);
-  for (std::size_t byte = 0; byte < table.size(); ++byte) {
-    table[byte] = static_cast<char32_t>(byte);
-    if (!known) continue;
-    char from = static_cast<char>(byte);
-    std::array<unsigned char, 4> to = {};
-    char* input = &from;
-    char* output = reinterpret_cast<char*>(to.data());
-    std::size_t inputLeft = 1;
-    std::size_t outputLeft = to.size();
-    iconv(conversion, nullptr, nullptr, nullptr, nullptr);  // forget the byte that failed
-    const bool converted = iconv(conversion, &input, &inputLeft, &output, &outputLeft) == 0;
-    if (converted && outputLeft == 0) {
-      table[byte] = static_cast<char32_t>(to[0] | (to[1] << 8) | (to[2] << 16));
-    }
-  }
-  if (known) iconv_close(conversion);
-  return table;
+char32_t CharacterOf(char byte) {
+  const auto number = static_cast<unsigned char>(byte);
+  const bool own = number >= kFirstOwn && number < kFirstOwn + kOwn.size();
+  return own ? kOwn[number - kFirstOwn] : number;
 }
-
-const CharacterTable& Table() {
-  static const CharacterTable kTable = MakeTable();
-  return kTable;
-}
-
-// Outside 80..9F the code page and Unicode agree.
-constexpr char32_t kFirstOwn = 0x80;
-constexpr char32_t kLastOwn = 0x9F;
 
 bool ByteOf(char32_t character, char& byte) {
-  const CharacterTable& table = Table();
-  if (character < table.size() && table[character] == character) {
+  if (character <= 0xFF && CharacterOf(static_cast<char>(character)) == character) {
     byte = static_cast<char>(character);
     return true;
   }
-  for (char32_t candidate = kFirstOwn; candidate <= kLastOwn; ++candidate) {
-    if (table[candidate] != character) continue;
-    byte = static_cast<char>(candidate);
-    return true;
-  }
-  return false;
+  const auto* const found = std::find(kOwn.begin(), kOwn.end(), character);
+  if (found == kOwn.end()) return false;
+  byte = static_cast<char>(kFirstOwn + static_cast<std::size_t>(found - kOwn.begin()));
+  return true;
 }
 
 void AppendUtf8(char32_t character, std::string& text) {
@@ -108,7 +81,7 @@ bool TakeCharacter(std::string_view& text, char32_t& character) {
 std::string Utf8FromCodePage(std::string_view bytes) {
   std::string text;
   text.reserve(bytes.size());
-  for (const char byte : bytes) AppendUtf8(Table()[static_cast<unsigned char>(byte)], text);
+  for (const char byte : bytes) AppendUtf8(CharacterOf(byte), text);
   return text;
 }
 

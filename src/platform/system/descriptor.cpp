@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <time.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -11,6 +12,8 @@
 #include <utility>
 
 #include "platform/system/clock.h"
+#include "platform/system/lock_file.h"
+#include "platform/system/lock_reach.h"
 
 namespace platform {
 namespace {
@@ -52,6 +55,20 @@ std::int64_t SystemSize(int descriptor) {
   return fstat(descriptor, &about) == 0 ? about.st_size : -1;
 }
 
+std::int64_t SystemNowMs() {
+  timespec now = {};
+  clock_gettime(CLOCK_BOOTTIME, &now);
+  return now.tv_sec * std::int64_t{1000} + now.tv_nsec / 1000000;
+}
+
+int SystemCut(int descriptor, std::int64_t size) {
+  return ftruncate(descriptor, size);
+}
+
+int SystemCreateNew(const char* path, unsigned mode) {
+  return open(path, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
+}
+
 bool HasNoLocks(int error) {
   return error == EINVAL || error == ENOLCK || error == EOPNOTSUPP || error == ENOSYS;
 }
@@ -67,41 +84,54 @@ FileResult ResultOfOpenError(int error) {
       return FileResult::kDenied;
     case EISDIR:
       return FileResult::kIsFolder;
+    case ENXIO:  // a socket
+    case ENODEV:
+      return FileResult::kNoRegularFile;
+    case EEXIST:
+      return FileResult::kExists;
     case EAGAIN:  // a file server's lease on it is being called back
     case ETXTBSY:
       return FileResult::kInUse;
     default:
-      return FileResult::kFailed;
+      return IsDiskFull(error) ? FileResult::kDiskFull : FileResult::kFailed;
   }
 }
 
 FileResult ResultOfKind(mode_t mode) {
   if (S_ISREG(mode)) return FileResult::kDone;
-  return S_ISDIR(mode) ? FileResult::kIsFolder : FileResult::kFailed;
+  return S_ISDIR(mode) ? FileResult::kIsFolder : FileResult::kNoRegularFile;
 }
 
-bool PathNames(const std::string& path, int descriptor) {
-  struct stat named = {};
-  struct stat held = {};
-  return stat(path.c_str(), &named) == 0 && fstat(descriptor, &held) == 0 && named.st_dev == held.st_dev &&
-         named.st_ino == held.st_ino;
+bool Identify(int folder, const char* path, bool fresh, FileIdentity& identity) {
+  struct statx about = {};
+  const int how = AT_EMPTY_PATH | (fresh ? AT_STATX_FORCE_SYNC : AT_STATX_SYNC_AS_STAT);
+  if (statx(folder, path, how, STATX_INO, &about) != 0) return false;
+  identity = {std::uint64_t{about.stx_dev_major} << 32 | about.stx_dev_minor, about.stx_ino};
+  return true;
 }
 
 // One try of OpenLocked. kInUse asks for another.
 FileResult TryOpenLocked(const std::string& path, int flags, unsigned mode, const ByteLock& lock,
-                         Descriptor& opened) {
+                         Descriptor& opened, bool* reach) {
   Descriptor found;
   const FileResult result = OpenRegular(path, flags, mode, found);
   if (result != FileResult::kDone) return result;
-  switch (TakeLock(found.Number(), {lock.offset, lock.type, 0})) {
+  const bool wanted = reach == nullptr || SystemFileCalls().locksReach(found.Number());
+  if (reach != nullptr) *reach = wanted;
+  switch (wanted ? TakeLock(found.Number(), {lock.offset, lock.type, 0}) : LockResult::kNoLocks) {
     case LockResult::kFailed:
       return FileResult::kFailed;
     case LockResult::kBusy:
       return FileResult::kInUse;
-    default:
+    case LockResult::kNoLocks:
+      if (reach != nullptr) *reach = false;
+      break;
+    case LockResult::kLocked:
       break;
   }
-  if (!PathNames(path, found.Number())) return FileResult::kInUse;
+  FileIdentity identity;
+  if (!IdentifyFile(found.Number(), !wanted, identity)) return FileResult::kFailed;
+  if (WhatPathNames(path, !wanted, identity) != FileAtPath::kSame) return FileResult::kInUse;
   opened = std::move(found);
   return FileResult::kDone;
 }
@@ -109,8 +139,9 @@ FileResult TryOpenLocked(const std::string& path, int flags, unsigned mode, cons
 }  // namespace
 
 FileCalls& SystemFileCalls() {
-  static FileCalls calls = {SystemRead,   SystemWrite,     SystemFlush, SystemLock,
-                            SystemRename, SystemRenameNew, link,        SystemSize};
+  static FileCalls calls = {SystemRead,      SystemWrite,   SystemFlush, SystemLock, SystemRename,
+                            SystemRenameNew, link,          SystemSize,  SystemCut,  SystemCreateNew,
+                            unlink,          AskLocksReach, SystemNowMs};
   return calls;
 }
 
@@ -150,6 +181,33 @@ FileResult OpenRegular(const std::string& path, int flags, unsigned mode, Descri
   return kind;
 }
 
+bool IdentifyFile(int descriptor, bool fresh, FileIdentity& identity) {
+  return Identify(descriptor, "", fresh, identity);
+}
+
+bool IsBetweenNames(const std::string& path) {
+  return FileExists(LockFilePath(path)) || FileExists(path);
+}
+
+FileAtPath WhatPathNames(const std::string& path, bool fresh, const FileIdentity& identity) {
+  FileIdentity named;
+  if (Identify(AT_FDCWD, path.c_str(), fresh, named)) {
+    return named == identity ? FileAtPath::kSame : FileAtPath::kReplaced;
+  }
+  const bool missing = errno == ENOENT || errno == ENOTDIR;
+  return missing && !(fresh && IsBetweenNames(path)) ? FileAtPath::kGone : FileAtPath::kUnknown;
+}
+
+bool OpenFolderOf(const std::string& path, Descriptor& folder) {
+  const std::string name = path.substr(0, path.rfind('/') + 1);
+  folder = Descriptor(open(name.empty() ? "." : name.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  return folder.IsOpen();
+}
+
+bool IsDiskFull(int error) {
+  return error == ENOSPC || error == EDQUOT || error == EFBIG;
+}
+
 LockResult TakeLock(int descriptor, const ByteLock& lock) {
   const std::int64_t deadline = TickMs() + lock.waitMs;
   for (;;) {
@@ -168,11 +226,13 @@ void GiveLock(int descriptor, std::int64_t offset) {
 }
 
 FileResult OpenLocked(const std::string& path, int flags, unsigned mode, const ByteLock& lock,
-                      Descriptor& opened) {
+                      Descriptor& opened, bool* reach) {
   const std::int64_t deadline = TickMs() + lock.waitMs;
   for (;;) {
-    const FileResult result = TryOpenLocked(path, flags, mode, lock, opened);
-    if (result != FileResult::kInUse || TickMs() >= deadline) return result;
+    const FileResult result = TryOpenLocked(path, flags, mode, lock, opened, reach);
+    const bool again =
+        result == FileResult::kInUse || (result == FileResult::kMissing && IsBetweenNames(path));
+    if (!again || TickMs() >= deadline) return result;
     std::this_thread::sleep_for(kPause);
   }
 }
@@ -195,6 +255,7 @@ std::size_t WriteFully(int descriptor, const void* buffer, std::size_t size, std
                        bool& failed) {
   std::size_t moved = 0;
   failed = false;
+  errno = 0;
   while (moved < size) {
     const std::int64_t step =
         SystemFileCalls().write(descriptor, static_cast<const char*>(buffer) + moved, size - moved,

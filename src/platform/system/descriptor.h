@@ -35,6 +35,28 @@ class Descriptor {
 // cannot be had at this moment.
 FileResult OpenRegular(const std::string& path, int flags, unsigned mode, Descriptor& opened);
 
+// What tells one file from another for as long as either is open. `fresh` asks past the caches of a file
+// system that may not have heard of what another machine did: there one may open a path and be told of the
+// file that had it before.
+struct FileIdentity {
+  std::uint64_t device = 0;
+  std::uint64_t inode = 0;
+  bool operator==(const FileIdentity&) const = default;
+};
+bool IdentifyFile(int descriptor, bool fresh, FileIdentity& identity);
+FileAtPath WhatPathNames(const std::string& path, bool fresh, const FileIdentity& identity);
+
+// Whether a path that was just found missing may be about to name a file, or does so by now: where locks do
+// not reach, a file system may take the old file's name away before it gives it to the new one. Who replaces
+// the file holds its lock file until then.
+bool IsBetweenNames(const std::string& path);
+
+// Opens the folder that a file of this path lies in.
+bool OpenFolderOf(const std::string& path, Descriptor& folder);
+
+// Whether errno tells of space that the disk, a quota or a limit does not have.
+bool IsDiskFull(int error);
+
 // A lock on one byte: its place, its kind (F_RDLCK or F_WRLCK) and how long to wait for it, in milliseconds.
 struct ByteLock {
   std::int64_t offset;
@@ -50,9 +72,10 @@ void GiveLock(int descriptor, std::int64_t offset);
 
 // OpenRegular and TakeLock together. The file that is answered is the one that the path names while the lock
 // is held: where the path was given to another file in between, that one is opened instead. kInUse when the
-// lock stays out of reach for the whole wait.
+// lock stays out of reach for the whole wait. Who passes `reach` learns whether locks reach everybody, and
+// gets none where they do not; else the lock is for this machine.
 FileResult OpenLocked(const std::string& path, int flags, unsigned mode, const ByteLock& lock,
-                      Descriptor& opened);
+                      Descriptor& opened, bool* reach = nullptr);
 
 // Move all bytes, through signals and partial transfers. They return the bytes that were moved and set
 // `failed` when it was an error that ended the transfer, rather than the end of the file.

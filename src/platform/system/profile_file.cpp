@@ -6,6 +6,7 @@
 
 #include "platform/system/descriptor.h"
 #include "platform/system/file.h"
+#include "platform/system/lock_file.h"
 
 namespace platform {
 namespace {
@@ -172,20 +173,32 @@ bool ReadProfileText(std::string_view content, std::string_view section, std::st
 
 bool WriteProfileString(const std::string& path, std::string_view section, std::string_view key,
                         std::string_view value) {
+  const ProfileEntry entry = {key, std::string(value)};
+  return WriteProfileStrings(path, section, {&entry, 1});
+}
+
+bool WriteProfileStrings(const std::string& path, std::string_view section,
+                         std::span<const ProfileEntry> entries) {
   section = Trim(section);
-  key = Trim(key);
-  if (!NamesCanBeWritten(section, key)) return false;
+  const auto writable = [section](const ProfileEntry& entry) {
+    return NamesCanBeWritten(section, Trim(entry.key));
+  };
+  if (!std::all_of(entries.begin(), entries.end(), writable)) return false;
   // Beside the file itself rather than a link to it, so that copies that know it by different paths meet
   // here. The lock file stays for good: taking it away would let two copies lock two files of its name.
   const std::string target = ResolvedPath(path);
   Descriptor lock;
-  if (OpenLocked(target + ".lock", O_RDWR | O_CREAT, 0666, kWriterLock, lock) != FileResult::kDone) {
+  bool reach = true;
+  if (OpenLocked(target + ".lock", O_RDWR | O_CREAT, 0666, kWriterLock, lock, &reach) != FileResult::kDone) {
     return false;
   }
+  LockFile guard;
+  if (!reach && guard.Take(target, GuardPatience()) != GuardResult::kHeld) return false;
   std::string content;
   // A file that is there but cannot be read must not be mistaken for an empty one.
   if (!ReadWholeFile(target, kMostBytes, content) && FileExists(target)) return false;
-  const std::string changed = WithKey(content, section, key, Quoted(value));
+  std::string changed = content;
+  for (const auto& [key, value] : entries) changed = WithKey(changed, section, Trim(key), Quoted(value));
   if (changed.size() > kMostBytes) return false;
   return (changed == content && FileExists(target)) || ReplaceFile(target, changed.data(), changed.size());
 }

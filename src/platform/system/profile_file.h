@@ -4,6 +4,7 @@
 // Bytes are not interpreted.
 #pragma once
 
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -26,5 +27,13 @@ bool ReadProfileText(std::string_view content, std::string_view section, std::st
 // in it, or a key that is empty, holds an equals sign, or begins with '[' or ';'.
 bool WriteProfileString(const std::string& path, std::string_view section, std::string_view key,
                         std::string_view value);
+
+// The same of several keys of one section, in one write: all of them are in the file afterwards, or none.
+struct ProfileEntry {
+  std::string_view key;
+  std::string value;
+};
+bool WriteProfileStrings(const std::string& path, std::string_view section,
+                         std::span<const ProfileEntry> entries);
 
 }  // namespace platform

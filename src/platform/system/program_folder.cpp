@@ -105,8 +105,11 @@ std::string UserDataFolder() {
 }
 
 std::string SharedFilePath(const std::string& name) {
-  std::string own = ProgramFolder() + '/' + name;
-  if (FileExists(own)) return own;
+  for (const std::string& folder : {ProgramFolder(), FolderOf(ExecutablePath())}) {
+    std::string path = folder;
+    path.append("/").append(name);
+    if (FileExists(path)) return path;
+  }
   return InstalledShareFolder() + '/' + name;
 }
 

@@ -22,8 +22,9 @@ std::string ProgramFolder();
 // Need not exist.
 std::string UserDataFolder();
 
-// The full path of a file that is only read (sounds, skins, help): in ProgramFolder() if it is there, else in
-// the installed share folder (<executable's folder>/../share/daybrix). The file need not exist.
+// The full path of a file or folder that is only read (sounds, skins, help): in ProgramFolder() if it is
+// there, else beside the executable, else in the installed share folder (<executable's
+// folder>/../share/daybrix). It need not exist.
 std::string SharedFilePath(const std::string& name);
 
 }  // namespace platform

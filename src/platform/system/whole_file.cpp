@@ -1,6 +1,7 @@
 // The part of file.h that deals with paths and whole files.
 #include <dirent.h>
 #include <fcntl.h>
+#include <sys/random.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -8,10 +9,14 @@
 #include <array>
 #include <cerrno>
 #include <climits>
+#include <cstring>
 #include <string_view>
+#include <utility>
 
+#include "platform/system/clock.h"
 #include "platform/system/descriptor.h"
 #include "platform/system/file.h"
+#include "platform/system/file_rights.h"
 
 namespace platform {
 namespace {
@@ -28,9 +33,8 @@ std::string FolderPart(const std::string& path) {
 // What a folder says is only a hint here: some file systems cannot flush one, and after the rename there is
 // no old file left to go back to.
 void FlushFolderOf(const std::string& path) {
-  const std::string folder = FolderPart(path);
-  const Descriptor opened(open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  if (opened.IsOpen()) FlushFully(opened.Number());
+  Descriptor folder;
+  if (OpenFolderOf(path, folder)) FlushFully(folder.Number());
 }
 
 using NameCall = int (*)(const char* from, const char* to);
@@ -71,26 +75,19 @@ Descriptor CreateBeside(const std::string& target, mode_t mode, std::string& nam
   return Descriptor();
 }
 
-// Gives a new file the owner, the group and the rights of the one whose place it is to take; others who share
-// the file would be locked out of it if not. The system may refuse owner and group, and a file system may
-// know no rights. The rights come last: the process's mask and a change of owner take some away.
-void TakeAfter(int descriptor, const struct stat& old) {
-  const bool owned = fchown(descriptor, old.st_uid, old.st_gid) == 0;
-  [[maybe_unused]] const bool grouped = owned || fchown(descriptor, static_cast<uid_t>(-1), old.st_gid) == 0;
-  fchmod(descriptor, old.st_mode & 0777);
-}
-
-// Writes a file beside `target` and makes `publish` give it that name. `old` is the file there, if any.
-bool WriteBeside(const std::string& target, const struct stat* old, const void* data, std::size_t size,
+// Writes a file beside `target` and makes `publish` give it that name. `old` is the file there, if any is
+// open; it is closed, because an open file would have to be hidden on some file systems.
+bool WriteBeside(const std::string& target, Descriptor old, const void* data, std::size_t size,
                  bool (*publish)(const std::string& from, const std::string& to)) {
   // Created with no more rights than the old file, so that a private text is never open to others.
   std::string name;
-  Descriptor created = CreateBeside(target, old != nullptr ? old->st_mode & 0777 : 0666, name);
+  Descriptor created = CreateBeside(target, old.IsOpen() ? 0600 : 0666, name);
   if (!created.IsOpen()) return false;
-  if (old != nullptr) TakeAfter(created.Number(), *old);
+  const bool allowed = !old.IsOpen() || PassOnRights(old.Number(), created.Number());
+  old.Close();
   bool failed = false;
   const bool written =
-      WriteFully(created.Number(), data, size, 0, failed) == size && FlushFully(created.Number());
+      allowed && WriteFully(created.Number(), data, size, 0, failed) == size && FlushFully(created.Number());
   created.Close();
   if (written && publish(name, target)) return true;
   unlink(name.c_str());
@@ -137,25 +134,32 @@ std::string FullPath(const std::string& path) {
 
 bool ReplaceFile(const std::string& path, const void* data, std::size_t size) {
   const std::string target = ResolvedPath(path);
-  struct stat old = {};
-  const bool exists = stat(target.c_str(), &old) == 0;
   // A rename asks for no right on the old file, but who may not write a file may not replace it either.
-  if (exists && (!S_ISREG(old.st_mode) || access(target.c_str(), W_OK) != 0)) return false;
-  return WriteBeside(target, exists ? &old : nullptr, data, size, Rename);
+  Descriptor old;
+  const FileResult opened = OpenRegular(target, O_WRONLY, 0, old);
+  if (opened != FileResult::kDone && opened != FileResult::kMissing) return false;
+  return WriteBeside(target, std::move(old), data, size, Rename);
 }
 
 bool WriteNewFile(const std::string& path, const void* data, std::size_t size) {
-  return !FileExists(path) && WriteBeside(ResolvedPath(path), nullptr, data, size, RenameNew);
+  // Held, because a file that is being replaced is missing for an instant on some file systems.
+  File held;
+  return held.HoldPath(path) == FileResult::kDone && !held.IsOpen() && !FileExists(path) &&
+         WriteBeside(ResolvedPath(path), Descriptor(), data, size, RenameNew);
 }
 
 bool RenameFile(const std::string& from, const std::string& to) {
   const std::string target = ResolvedPath(to);
-  struct stat old = {};
-  if (stat(target.c_str(), &old) == 0) {
-    const Descriptor opened(open(from.c_str(), O_RDONLY | O_CLOEXEC));
-    if (!S_ISREG(old.st_mode) || !opened.IsOpen()) return false;
-    TakeAfter(opened.Number(), old);
+  Descriptor old;
+  Descriptor taking;
+  const FileResult opened = OpenRegular(target, O_RDONLY, 0, old);
+  if (opened != FileResult::kMissing &&
+      (opened != FileResult::kDone || OpenRegular(from, O_RDONLY, 0, taking) != FileResult::kDone ||
+       !PassOnRights(old.Number(), taking.Number()))) {
+    return false;
   }
+  // On some file systems one that is open has to be hidden before it is replaced.
+  old.Close();
   return Rename(from, target);
 }
 
@@ -163,13 +167,29 @@ bool RenameNewFile(const std::string& from, const std::string& to) {
   return !FileExists(to) && RenameNew(from, to);
 }
 
-void File::TakeRightsOf(const File& other) {
-  struct stat old = {};
-  if (IsOpen() && other.IsOpen() && fstat(other.descriptor, &old) == 0) TakeAfter(descriptor, old);
+bool File::TakeRightsOf(const File& other) {
+  return IsOpen() && other.IsOpen() && PassOnRights(other.descriptor, descriptor);
 }
 
 bool RemoveFile(const std::string& path) {
   return unlink(path.c_str()) == 0;
+}
+
+std::string RandomName() {
+  std::array<unsigned char, 16> bytes = {};
+  // Short of random bits, the moment and the process still tell one lock from the next.
+  if (getrandom(bytes.data(), bytes.size(), GRND_NONBLOCK) != static_cast<ssize_t>(bytes.size())) {
+    const std::int64_t moment = TickMs();
+    const pid_t process = getpid();
+    std::memcpy(bytes.data(), &moment, sizeof moment);
+    std::memcpy(bytes.data() + sizeof moment, &process, sizeof process);
+  }
+  std::string token;
+  for (const unsigned char byte : bytes) {
+    token += "0123456789abcdef"[byte / 16];
+    token += "0123456789abcdef"[byte % 16];
+  }
+  return token;
 }
 
 bool ReadWholeFile(const std::string& path, std::size_t limit, std::string& content) {

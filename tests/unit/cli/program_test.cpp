@@ -7,35 +7,25 @@
 #include "cli/arguments.h"
 #include "support/child_process.h"
 #include "support/command_line.h"
+#include "support/source_folder.h"
 #include "support/temporary_calendar.h"
 
 namespace tests {
 namespace {
 
-const std::string kCli = TEMPOLINE_CLI;
+const std::string kCli = "'" TEMPOLINE_CLI "'";
 
 TEST(CliWords, HelpVersionAndWrongUse) {
   EXPECT_EQ(RunCli({"--version"}).output, "tempoline-cli " DAYBRIX_VERSION "\n");
   EXPECT_EQ(RunCli({"--help"}).code, 0);
   EXPECT_NE(RunCli({"list", "--help"}).output.find("--from D"), std::string::npos);
   EXPECT_EQ(RunCli({"compact", "-h"}).output.find("--from D"), std::string::npos);
-  const std::vector<std::string> wrong[] = {{},
-                                            {"lst", "f"},
-                                            {"list"},
-                                            {"list", "f"},
-                                            {"list", "f", "g", "--all"},
-                                            {"list", "f", "--all", "--day", "2004-01-01"},
-                                            {"list", "f", "--from", "2004-01-01"},
-                                            {"list", "f", "--from", "2004-01-02", "--to", "2004-01-01"},
-                                            {"list", "f", "--all", "--format", "xml"},
-                                            {"list", "f", "--all", "--find"},
-                                            {"list", "f", "--all", "-x"},
-                                            {"list", "f", "--all", "--password=a", "--password-file=b"},
-                                            {"edit", "f", "--subject=x"},
-                                            {"info", ""}};
-  for (const auto& words : wrong) {
-    const CommandResult result = RunCli(words);
-    EXPECT_EQ(result.code, 1) << testing::PrintToString(words);
+  for (const char* line : {"", "lst f", "list", "list f", "list f g --all", "list f --all --day 2004-01-01",
+                           "list f --from 2004-01-01", "list f --from 2004-01-02 --to 2004-01-01",
+                           "list f --all --format xml", "list f --all --find", "list f --all -x",
+                           "list f --all --password=a --password-file=b", "edit f --subject=x", "info  "}) {
+    const CommandResult result = RunCli(Words(line));
+    EXPECT_EQ(result.code, 1) << line;
     EXPECT_EQ(result.output, "");
     EXPECT_TRUE(result.errors.starts_with("tempoline-cli: ") &&
                 result.errors.find('\n') == result.errors.size() - 1)
@@ -47,7 +37,7 @@ TEST(CliWords, HelpVersionAndWrongUse) {
 
 // The manual page knows every command and every option.
 TEST(CliWords, TheManualIsWhole) {
-  std::ifstream stream(DAYBRIX_SOURCE_FOLDER "/packaging/tempoline-cli.1");
+  std::ifstream stream(tests::SourceFolder() + "/packaging/tempoline-cli.1");
   const std::string page{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
   for (const std::string& word : cli::AllWords()) {
     std::string escaped;
@@ -91,6 +81,10 @@ TEST_F(CliProgram, OutputThatCannotBeWrittenIsAnError) {
     EXPECT_EQ(calendar.Bytes(), before) << "no output goes into the file";
   }
   EXPECT_NE(RunShell(list + " >/dev/full").errors.find("could not be written"), std::string::npos);
+  const CommandResult added = RunShell("TEMPOLINE_PASSWORD=geheim " + kCli + " add " + quoted +
+                                       " --date=2004-01-01 --all-day --subject=x >/dev/full");
+  EXPECT_EQ(added.code, 2);
+  EXPECT_NE(added.errors.find("was added"), std::string::npos) << added.errors;
   EXPECT_EQ(RunShell(list + " | true").errors, "") << "a reader that has enough is no fault";
 }
 
@@ -117,20 +111,21 @@ TEST_F(CliProgram, FilesThatMayNotBeWrittenAreRead) {
   const std::string folder = path.substr(0, path.rfind('/'));
   ASSERT_EQ(chmod(path.c_str(), 0444), 0);
   ASSERT_EQ(chmod(folder.c_str(), 0555), 0);
-  const std::vector<std::string> reading[] = {
-      {"info", path, "--password=geheim"}, {"list", path, "--all", "--password=geheim"}, {"check", path}};
-  for (const auto& words : reading) {
-    EXPECT_EQ(RunUnprivileged([&words] { return RunCli(words).code; }), 0) << words[0];
-  }
-  const std::vector<std::string> writing[] = {
-      {"add", path, "--date=2004-01-01", "--all-day", "--subject=x", "--password=geheim"}, {"compact", path}};
-  for (const auto& words : writing) {
-    EXPECT_EQ(RunUnprivileged([&words] { return RunCli(words).code; }), 2) << words[0];
-  }
+  const auto code = [&path](const std::string& command, const std::string& options) {
+    std::vector<std::string> words = Words(command + " " + path + options);
+    return RunUnprivileged([&words] { return RunCli(words).code; });
+  };
+  const std::string password = " --password=geheim";
+  const auto expectReading = [&](int expected) {
+    EXPECT_EQ(code("info", password), expected);
+    EXPECT_EQ(code("list", " --all" + password), expected);
+    EXPECT_EQ(code("check", ""), expected);
+  };
+  expectReading(0);
+  EXPECT_EQ(code("add", " --date=2004-01-01 --all-day --subject=x" + password), 2);
+  EXPECT_EQ(code("compact", ""), 2);
   ASSERT_EQ(chmod(path.c_str(), 0), 0);
-  for (const auto& words : reading) {
-    EXPECT_EQ(RunUnprivileged([&words] { return RunCli(words).code; }), 2) << words[0];
-  }
+  expectReading(2);
   ASSERT_EQ(chmod(folder.c_str(), 0755), 0);
 }
 

@@ -60,13 +60,8 @@ TEST(ClockTest, FollowsTheMachineOtherwise) {
       setenv("TZ", "UTC", 1);
       const time_t before = time(nullptr);
       const LocalTime now = Now();
-      tm parts = {};
-      parts.tm_year = now.year - 1900;
-      parts.tm_mon = now.month - 1;
-      parts.tm_mday = now.day;
-      parts.tm_hour = now.hour;
-      parts.tm_min = now.minute;
-      parts.tm_sec = now.second;
+      tm parts = {now.second, now.minute, now.hour, now.day, now.month - 1, now.year - 1900,
+                  0,          0,          0,        0,       nullptr};
       const time_t told = timegm(&parts);
       return told >= before - 1 && told <= time(nullptr) ? 0 : 1;
     });

@@ -20,9 +20,11 @@
 namespace {
 
 using platform::File;
+using platform::FileAtPath;
 using platform::FileGuard;
 using platform::FileInUse;
 using platform::FileResult;
+using platform::GuardResult;
 using tests::ChildProcess;
 using tests::FaultyCalls;
 using tests::TemporaryFolder;
@@ -84,12 +86,14 @@ TEST(FileTest, OpensNothingButRegularFilesAndWaitsForNone) {
   EXPECT_EQ(file.OpenShared(folder.Join("link")), FileResult::kMissing);
   EXPECT_EQ(file.OpenShared(folder.Write("a", "") + "/b"), FileResult::kMissing);
   EXPECT_EQ(file.OpenShared(folder.Path()), FileResult::kIsFolder);
-  EXPECT_EQ(file.OpenShared(folder.Join("pipe")), FileResult::kFailed);
-  EXPECT_EQ(file.OpenShared("/dev/null"), FileResult::kFailed);
+  EXPECT_EQ(file.OpenShared(folder.Join("pipe")), FileResult::kNoRegularFile);
+  EXPECT_EQ(file.OpenShared("/dev/null"), FileResult::kNoRegularFile);
   EXPECT_EQ(file.OpenShared(""), FileResult::kMissing);
   EXPECT_EQ(file.CreateExclusive(folder.Path()), FileResult::kIsFolder);
-  EXPECT_EQ(file.CreateExclusive(folder.Join("pipe")), FileResult::kFailed);
+  EXPECT_EQ(file.CreateExclusive(folder.Join("pipe")), FileResult::kNoRegularFile);
   EXPECT_EQ(file.CreateExclusive(folder.Join("none/a")), FileResult::kMissing);
+  ASSERT_EQ(symlink("elsewhere", folder.Join("dangling").c_str()), 0);
+  EXPECT_EQ(file.CreateExclusive(folder.Join("dangling")), FileResult::kFailed);
   EXPECT_FALSE(file.IsOpen());
   EXPECT_TRUE(FileInUse(folder.Join("missing")));
   EXPECT_TRUE(FileInUse(folder.Join("pipe")));
@@ -195,34 +199,6 @@ TEST(FileTest, OpensAgainWhenThePathWasGivenAwayBeforeTheShare) {
   EXPECT_EQ(file.OpenShared(path), FileResult::kMissing);
 }
 
-TEST(FileTest, GuardLetsProcessesCountTogether) {
-  const TemporaryFolder folder;
-  const std::string path = folder.Write("a", std::string(4, '\0'));
-  constexpr int kRounds = 400;
-  const auto count = [&](const ChildProcess::Signal&) {
-    File file;
-    if (file.OpenShared(path) != FileResult::kDone) return 1;
-    for (int i = 0; i < kRounds; ++i) {
-      const FileGuard guard(file);
-      int value = 0;
-      if (!guard.Held() || file.ReadAt(&value, sizeof(value), 0) != sizeof(value)) return 2;
-      ++value;
-      std::this_thread::yield();
-      if (file.WriteAt(&value, sizeof(value), 0) != sizeof(value)) return 3;
-    }
-    return 0;
-  };
-  ChildProcess one(count);
-  ChildProcess two(count);
-  EXPECT_EQ(one.ExitCode(), 0);
-  EXPECT_EQ(two.ExitCode(), 0);
-  int value = 0;
-  const std::string bytes = folder.Read("a");
-  ASSERT_EQ(bytes.size(), sizeof(value));
-  bytes.copy(reinterpret_cast<char*>(&value), sizeof(value));
-  EXPECT_EQ(value, 2 * kRounds);
-}
-
 TEST(FileTest, GuardGivesUpOnAStuckProcess) {
   const TemporaryFolder folder;
   const std::string path = folder.Write("a", "old");
@@ -236,13 +212,31 @@ TEST(FileTest, GuardGivesUpOnAStuckProcess) {
     return UntilKilled();
   });
   ASSERT_TRUE(other.Ready());
-  EXPECT_FALSE(FileGuard(file).Held());
+  EXPECT_EQ(FileGuard(file).Result(), GuardResult::kBusy);
   EXPECT_EQ(TextAt(file, 3, 0), "old") << "reading needs no guard";
   other.Kill();
   EXPECT_TRUE(FileGuard(file).Held());
   EXPECT_TRUE(FileGuard(file).Held()) << "a guard that went out of scope is given back";
   File closed;
   EXPECT_FALSE(FileGuard(closed).Held());
+}
+
+TEST(FileTest, GuardIsNotHeldOverAFileThatThePathNamesNoMore) {
+  const TemporaryFolder folder;
+  const std::string path = folder.Write("a", "old");
+  File file;
+  ASSERT_EQ(file.OpenShared(path), FileResult::kDone);
+  EXPECT_EQ(file.PathState(), FileAtPath::kSame);
+  std::filesystem::rename(path, folder.Join("b"));
+  EXPECT_EQ(FileGuard(file).Result(), GuardResult::kGone);
+  EXPECT_EQ(file.PathState(), FileAtPath::kGone);
+  folder.Write("a", "new");
+  EXPECT_EQ(FileGuard(file).Result(), GuardResult::kReplaced);
+  EXPECT_EQ(file.PathState(), FileAtPath::kReplaced);
+  std::filesystem::rename(folder.Join("b"), path);
+  FaultyCalls faults;  // moved away while the lock is waited for
+  faults.Before(FaultyCalls::kLock, 1, [&] { std::filesystem::rename(path, folder.Join("b")); });
+  EXPECT_EQ(FileGuard(file).Result(), GuardResult::kGone);
 }
 
 TEST(FileTest, WorksWithoutLocksWhereTheFileSystemHasNone) {
@@ -295,12 +289,14 @@ TEST(FileTest, ReportsWhatAFullOrBrokenDiskMoved) {
   EXPECT_EQ(file.WriteAt("abcdef", 6, 0), 2) << "full in the middle";
   EXPECT_EQ(folder.Read("a"), "ab23456789");
   EXPECT_EQ(file.WriteAt("abcdef", 6, 0), -1) << "full from the start";
+  EXPECT_EQ(file.LastWrite(), FileResult::kDiskFull);
   faults.Shorten(FaultyCalls::kRead, 1, 3);
   faults.Fail(FaultyCalls::kRead, 2, EIO, 2);
   EXPECT_EQ(TextAt(file, 8, 0), "ab234");
   EXPECT_EQ(TextAt(file, 8, 0), "failed");
   faults.Fail(FaultyCalls::kFlush, 1, EIO);
   EXPECT_FALSE(file.Flush());
+  EXPECT_EQ(file.LastWrite(), FileResult::kFailed);
 }
 
 TEST(FileTest, DescriptorsAreNotInheritedByOtherPrograms) {

@@ -31,44 +31,16 @@ std::string Value(const std::string& path, std::string_view section, std::string
 TEST(ProfileFileTest, ReadsWhatPeopleWrite) {
   const TemporaryFolder folder;
   const std::string path = folder.Write("a.ini",
-                                        "\xEF\xBB\xBF[ First ]\r\n"
-                                        "; Sound=9\n"
-                                        "Sound=1\r\n"
-                                        "sound=2\n"
-                                        "\tSplash \t=  two words \t\r\n"
-                                        "Empty=\n"
-                                        "Equals=a=b\n"
-                                        "no value\n"
-                                        "Double=\" x \"\n"
-                                        "Single='y'\n"
-                                        "Twice=\"\"z\"\"\n"
-                                        "Half=\"h\n"
-                                        "Mixed='m\"\n"
-                                        "Lone=\"\n"
-                                        "Bytes=\xE9\x01\xFF\n"
-                                        "[broken\n"
-                                        "Still=first\n"
-                                        "[Second]\n"
-                                        "Sound=3\n"
-                                        "[first]\n"
-                                        "Late=1\n"
-                                        "[a]b]\n"
-                                        "Last=end");
+                                        "\xEF\xBB\xBF[ First ]\r\n; Sound=9\nSound=1\r\nsound=2\n"
+                                        "\tSplash \t=  two words \t\r\nEmpty=\nEquals=a=b\nno value\n"
+                                        "Double=\" x \"\nSingle='y'\nTwice=\"\"z\"\"\nHalf=\"h\n"
+                                        "Mixed='m\"\nLone=\"\nBytes=\xE9\x01\xFF\n[broken\nStill=first\n"
+                                        "[Second]\nSound=3\n[first]\nLate=1\n[a]b]\nLast=end");
   constexpr std::pair<const char*, const char*> kFirst[] = {
-      {"Sound", "<1>"},
-      {" SOUND ", "<1>"},
-      {"Splash", "<two words>"},
-      {"Empty", "<>"},
-      {"Equals", "<a=b>"},
-      {"no value", "missing"},
-      {"Double", "< x >"},
-      {"Single", "<y>"},
-      {"Twice", "<\"z\">"},
-      {"Half", "<\"h>"},
-      {"Mixed", "<'m\">"},
-      {"Lone", "<\">"},
-      {"Bytes", "<\xE9\x01\xFF>"},
-  };
+      {"Sound", "<1>"},           {" SOUND ", "<1>"},      {"Splash", "<two words>"}, {"Empty", "<>"},
+      {"Equals", "<a=b>"},        {"no value", "missing"}, {"Double", "< x >"},       {"Single", "<y>"},
+      {"Twice", "<\"z\">"},       {"Half", "<\"h>"},       {"Mixed", "<'m\">"},       {"Lone", "<\">"},
+      {"Bytes", "<\xE9\x01\xFF>"}};
   for (const auto& [key, value] : kFirst) EXPECT_EQ(Value(path, "fIRST", key), value) << key;
   EXPECT_EQ(Value(path, "First", "Still"), "<first>") << "a broken line begins no section";
   EXPECT_EQ(Value(path, "First", "Late"), "missing") << "the first section of a name counts";
@@ -83,14 +55,8 @@ TEST(ProfileFileTest, ReadsWhatPeopleWrite) {
 TEST(ProfileFileTest, ChangesOneLineAndKeepsTheRest) {
   const TemporaryFolder folder;
   const std::string path = folder.Write("a.ini",
-                                        "; mine\r\n"
-                                        "[One]\r\n"
-                                        "Sound = 1\n"
-                                        "junk\r\n"
-                                        "Empty=\r\n"
-                                        "\r\n"
-                                        "[Two]\n"
-                                        "Sound=2");
+                                        "; mine\r\n[One]\r\nSound = 1\njunk\r\nEmpty=\r\n\r\n"
+                                        "[Two]\nSound=2");
   EXPECT_TRUE(WriteProfileString(path, "one", "SOUND", "0"));
   EXPECT_TRUE(WriteProfileString(path, "One", "Empty", "full"));
   EXPECT_TRUE(WriteProfileString(path, "Two", "sound", "3"));
@@ -167,8 +133,15 @@ TEST(ProfileFileTest, FailureLeavesTheOldSettings) {
     EXPECT_FALSE(WriteProfileString(path, "S", "k", "2")) << "what cannot be read is not replaced";
     EXPECT_TRUE(WriteProfileString(path, "S", "k", "1")) << "what is there already needs no disk";
     EXPECT_EQ(faults.Count(FaultyCalls::kWrite), 1);
+    const platform::ProfileEntry some[] = {{"a", "1"}, {"k", "2"}};
+    const platform::ProfileEntry bad[] = {{"b", "1"}, {"b=", "2"}};
+    EXPECT_FALSE(WriteProfileStrings(path, "S", bad));
+    EXPECT_TRUE(WriteProfileStrings(path, "S", some));
+    EXPECT_EQ(faults.Count(FaultyCalls::kWrite), 2) << "several keys are one write";
+    EXPECT_EQ(folder.Read("a.ini"), "[S]\nk=2\na=1\n");
+    EXPECT_TRUE(WriteProfileString(path, "S", "k", "1"));
   }
-  EXPECT_EQ(folder.Read("a.ini"), "[S]\nk=1\n");
+  EXPECT_EQ(folder.Read("a.ini"), "[S]\nk=1\na=1\n");
   EXPECT_FALSE(WriteProfileString(folder.Join("none/a.ini"), "S", "k", "2"));
 
   const std::string huge = folder.Write("huge.ini", "[S]\nk=1\n" + std::string(1 << 20, ';'));

@@ -99,6 +99,8 @@ TEST_F(ProgramFolderTest, IsTheOneThatIsNamed) {
   EXPECT_EQ(Run({"DAYBRIX_FOLDER=" + folder.Join("home/demo//")}).program, folder.Join("home/demo"));
   EXPECT_TRUE(platform::FileExists(folder.Join("home/demo")));
   EXPECT_EQ(Run({"DAYBRIX_FOLDER=mine"}).program, folder.Join("work/mine"));
+  folder.Write("bin/help.html", "");
+  EXPECT_EQ(Run({"DAYBRIX_FOLDER=mine"}).helpPage, folder.Join("bin/help.html"));
   chmod(folder.Join("bin").c_str(), 0777);
   EXPECT_EQ(Run({"DAYBRIX_FOLDER="}).program, folder.Join("bin"));
 }

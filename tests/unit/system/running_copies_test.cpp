@@ -7,10 +7,12 @@
 #include <sys/un.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <string>
 
+#include "platform/system/file.h"
 #include "support/child_process.h"
 #include "support/temporary_folder.h"
 
@@ -24,18 +26,7 @@ using tests::UntilKilled;
 // Every test has a runtime folder to itself.
 class RunningCopiesTest : public testing::Test {
  protected:
-  void SetUp() override {
-    const char* value = std::getenv("XDG_RUNTIME_DIR");
-    before = value == nullptr ? "" : value;
-    setenv("XDG_RUNTIME_DIR", runtime.Path().c_str(), 1);
-  }
-  void TearDown() override {
-    if (before.empty()) {
-      unsetenv("XDG_RUNTIME_DIR");
-    } else {
-      setenv("XDG_RUNTIME_DIR", before.c_str(), 1);
-    }
-  }
+  RunningCopiesTest() { setenv("XDG_RUNTIME_DIR", runtime.Path().c_str(), 1); }
 
   static bool Waits(const RunningCopies& copies) {
     pollfd descriptor = {copies.Descriptor(), POLLIN, 0};
@@ -55,13 +46,9 @@ class RunningCopiesTest : public testing::Test {
     close(sender);
   }
 
-  std::size_t Sockets() const {
-    const std::filesystem::directory_iterator all(runtime.Join("daybrix"));
-    return static_cast<std::size_t>(std::distance(begin(all), end(all)));
-  }
+  std::size_t Sockets() const { return platform::ListFolder(runtime.Join("daybrix")).size(); }
 
   const tests::TemporaryFolder runtime;
-  std::string before;
 };
 
 TEST_F(RunningCopiesTest, OneProcessHoldsANameUntilItEnds) {
@@ -103,8 +90,10 @@ TEST_F(RunningCopiesTest, NoticesReachEveryCopyButTheSender) {
   ASSERT_TRUE(here.Receive(code));
   EXPECT_EQ(code, -101);
   EXPECT_FALSE(here.Receive(code));
-  ASSERT_TRUE(beside.Receive(code));
-  EXPECT_EQ(code, 100);
+  std::int32_t second = 0;
+  ASSERT_TRUE(beside.Receive(code) && beside.Receive(second));
+  EXPECT_EQ(std::min(code, second), -101) << "whichever came first";
+  EXPECT_EQ(std::max(code, second), 100);
 }
 
 TEST_F(RunningCopiesTest, SocketsOfTheDeadAreRemovedAndNobodyElses) {

@@ -8,7 +8,6 @@
 #include <functional>
 #include <string>
 
-#include "platform/system/clock.h"
 #include "platform/system/file.h"
 #include "support/child_process.h"
 #include "support/faulty_calls.h"
@@ -19,7 +18,6 @@ namespace {
 using platform::ReadWholeFile;
 using platform::RenameFile;
 using platform::ReplaceFile;
-using tests::ChildProcess;
 using tests::FaultyCalls;
 using tests::TemporaryFolder;
 
@@ -44,7 +42,7 @@ TEST(ReplaceFileTest, KeepsPermissionsAndLeavesNothingBehind) {
   umask(002);
   EXPECT_TRUE(Replace(folder.Join("shared"), "first"));
   EXPECT_EQ(ModeOf(folder.Join("shared")), 0664U) << "who shares files with a group asks for it by the mask";
-  for (const mode_t mode : {0600, 0666}) {
+  for (const mode_t mode : {0600U, 0666U}) {
     const std::string path = folder.Write("a", "old");
     ASSERT_EQ(chmod(path.c_str(), mode), 0);
     EXPECT_TRUE(Replace(path, "second"));
@@ -161,33 +159,6 @@ TEST(ReplaceFileTest, RefusesWhatIsNoWritableFile) {
   EXPECT_EQ(folder.Read("locked"), "old");
 }
 
-TEST(ReplaceFileTest, PathAlwaysNamesOneWholeFile) {
-  const TemporaryFolder folder;
-  const std::string one(50000, '1');
-  const std::string two(70000, '2');
-  const std::string path = folder.Write("a", one);
-  ChildProcess writer([&](const ChildProcess::Signal& ready) {
-    ready();
-    for (;;) {
-      if (!Replace(path, two) || !Replace(path, one)) return 1;
-    }
-  });
-  ASSERT_TRUE(writer.Ready());
-  int seenTwo = 0;
-  const std::int64_t deadline = platform::TickMs() + 20'000;  // a busy disk takes its time to flush
-  for (int i = 0; (i < 200 || seenTwo == 0) && platform::TickMs() < deadline; ++i) {
-    std::string content;
-    ASSERT_TRUE(ReadWholeFile(path, 100000, content));
-    ASSERT_TRUE(content == one || content == two) << content.size();
-    if (content == two) ++seenTwo;
-  }
-  EXPECT_GT(seenTwo, 0);
-  writer.Kill();
-  const std::string left = folder.Read("a");
-  EXPECT_TRUE(left == one || left == two);
-  EXPECT_TRUE(Replace(path, "x")) << "what the dead left behind is in nobody's way";
-}
-
 // The three ways a new file gets its name, from the one that every local file system knows to the last
 // resort.
 class WriteNewFileTest : public testing::TestWithParam<int> {
@@ -231,28 +202,6 @@ TEST(WriteNewFileLinkTest, FollowsLinksAndKeepsThem) {
   struct stat about = {};
   EXPECT_TRUE(lstat(folder.Join("circle").c_str(), &about) == 0 && S_ISLNK(about.st_mode));
   EXPECT_EQ(folder.Count(), 3U);
-}
-
-TEST(WriteNewFileRaceTest, OneOfTwoProcessesWins) {
-  constexpr int kFiles = 200;
-  const TemporaryFolder folder;
-  const auto name = [&](int number) { return folder.Join(std::to_string(number)); };
-  const auto write = [&](char mark) {
-    return [&, mark](const ChildProcess::Signal&) {
-      int won = 0;
-      for (int i = 0; i < kFiles; ++i) won += WriteNew(name(i), std::string(10000, mark)) ? 1 : 0;
-      return won;
-    };
-  };
-  ChildProcess first(write('1'));
-  ChildProcess second(write('2'));
-  const int firstWon = first.ExitCode();
-  EXPECT_EQ(firstWon + second.ExitCode(), kFiles);
-  int firsts = 0;
-  for (int i = 0; i < kFiles; ++i)
-    firsts += folder.Read(std::to_string(i)) == std::string(10000, '1') ? 1 : 0;
-  EXPECT_EQ(firsts, firstWon) << "no file was replaced by the other's";
-  EXPECT_EQ(folder.Count(), static_cast<std::size_t>(kFiles));
 }
 
 TEST(RenameFileTest, PassesPermissionsOnAndFailsWhole) {

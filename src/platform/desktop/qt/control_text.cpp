@@ -11,8 +11,8 @@
 #include <QTextDocument>
 #include <algorithm>
 
+#include "platform/desktop/qt/storable_text.h"
 #include "platform/desktop/qt/window_table.h"
-#include "platform/system/code_page.h"
 
 namespace {
 
@@ -33,11 +33,11 @@ QString ShownText(const QWidget& control) {
 
 void Show(QWidget& control, const QString& text) {
   if (auto* line = qobject_cast<QLineEdit*>(&control)) {
-    line->setText(text);
+    line->setText(OnOneLine(text));
   } else if (auto* edit = qobject_cast<QPlainTextEdit*>(&control)) {
     edit->setPlainText(text);
   } else if (auto* box = qobject_cast<QComboBox*>(&control)) {
-    box->setEditText(text);
+    box->setEditText(OnOneLine(text));
   } else if (auto* button = qobject_cast<QAbstractButton*>(&control)) {
     button->setText(text);
   } else if (auto* label = qobject_cast<QLabel*>(&control)) {
@@ -115,12 +115,11 @@ void TrimTextEdit(QPlainTextEdit& edit, int position, int added) {
   const QString part = whole.mid(position, end - position);
   qsizetype room =
       limit.isValid() ? limit.toInt() - (StoredSize(whole) - StoredSize(part)) : StoredSize(part);
+  QString lacking;
   QString kept;
-  for (const QChar character : part) {
-    const int size = character == u'\n' ? 2 : 1;
-    if (character != u'\n' && !platform::InCodePage(character.unicode())) continue;
-    if (room < size) break;
-    room -= size;
+  for (const QChar character : StorablePart(part, lacking)) {
+    room -= StoredSize(character);
+    if (room < 0) break;
     kept += character;
   }
   if (kept == part) return;
@@ -130,4 +129,5 @@ void TrimTextEdit(QPlainTextEdit& edit, int position, int added) {
   cursor.setPosition(end, QTextCursor::KeepAnchor);
   cursor.insertText(kept);
   cursor.endEditBlock();
+  TellLacking(edit, lacking);
 }

@@ -13,31 +13,17 @@
 #include <QSignalBlocker>
 #include <QTextBlock>
 #include <QTextCursor>
-#include <QValidator>
-#include <algorithm>
+#include <QWheelEvent>
 #include <cstring>
 #include <memory>
 #include <utility>
 
 #include "platform/desktop/qt/control_text.h"
 #include "platform/desktop/qt/dialog_widget.h"
+#include "platform/desktop/qt/storable_text.h"
 #include "platform/desktop/qt/window_table.h"
-#include "platform/system/code_page.h"
 
 namespace {
-
-bool InCodePage(const QString& text) {
-  const QList<uint> characters = text.toUcs4();
-  return std::all_of(characters.begin(), characters.end(),
-                     [](uint character) { return platform::InCodePage(static_cast<char32_t>(character)); });
-}
-
-// Refuses characters that the data files cannot hold.
-class CodePageValidator : public QValidator {
- public:
-  using QValidator::QValidator;
-  State validate(QString& text, int&) const override { return InCodePage(text) ? Acceptable : Invalid; }
-};
 
 void Report(const QWidget* control, unsigned code) {
   const WindowEntry* entry = FindWindowEntry(HandleOf(control));
@@ -48,7 +34,7 @@ void Report(const QWidget* control, unsigned code) {
 }
 
 void BindLineEdit(QLineEdit* edit, QWidget* control, unsigned code) {
-  if (!control->property("anyCharacter").toBool()) edit->setValidator(new CodePageValidator(edit));
+  if (!control->property("anyCharacter").toBool()) KeepStorable(*edit);
   QObject::connect(edit, &QLineEdit::textChanged, control, [control, code] { Report(control, code); });
 }
 
@@ -59,7 +45,29 @@ void BindTextEdit(QPlainTextEdit* edit) {
   QObject::connect(edit, &QPlainTextEdit::textChanged, edit, [edit] { Report(edit, EN_CHANGE); });
 }
 
+// Who turns the wheel over a box that he does not work in means to scroll what is around it.
+class WheelWithFocus : public QObject {
+ public:
+  explicit WheelWithFocus(QComboBox* wheeled) : QObject(wheeled), box(wheeled) {
+    box->installEventFilter(this);
+    box->setFocusPolicy(Qt::StrongFocus);  // the wheel gives no focus
+  }
+
+  bool eventFilter(QObject*, QEvent* event) override {
+    if (event->type() != QEvent::Wheel || box->hasFocus()) return false;
+    event->ignore();
+    return true;
+  }
+
+ private:
+  QComboBox* box;
+};
+
 void BindComboBox(QComboBox* box) {
+  new WheelWithFocus(box);  // the box's, which owns it
+  // A list of as many lines as the template says; as a menu of all its lines it would be as high as the
+  // screen.
+  box->setStyleSheet(QStringLiteral("combobox-popup: 0"));
   if (box->isEditable()) {
     box->setCompleter(nullptr);  // any text may be typed; none is put in the user's mouth
     BindLineEdit(box->lineEdit(), box, CBN_EDITCHANGE);
@@ -140,7 +148,7 @@ int PlaceFor(const List& list, const QString& text, TextAt textAt) {
 LRESULT SendToComboBox(QComboBox& box, UINT message, WPARAM wParam, LPARAM lParam) {
   switch (message) {
     case CB_ADDSTRING: {
-      const QString text = TextFromCodePage(reinterpret_cast<const char*>(lParam));
+      const QString text = OnOneLine(TextFromCodePage(reinterpret_cast<const char*>(lParam)));
       const int place = PlaceFor(box, text, [&](int index) { return box.itemText(index); });
       const QString shown = box.currentText();
       box.insertItem(place, text);
@@ -166,7 +174,7 @@ LRESULT SendToComboBox(QComboBox& box, UINT message, WPARAM wParam, LPARAM lPara
       return index;
     }
     case CB_FINDSTRINGEXACT:
-      return box.findText(TextFromCodePage(reinterpret_cast<const char*>(lParam)),
+      return box.findText(OnOneLine(TextFromCodePage(reinterpret_cast<const char*>(lParam))),
                           Qt::MatchExactly | Qt::MatchCaseSensitive);
     default:
       return kControlError;

@@ -3,6 +3,7 @@
 #include <QCloseEvent>
 #include <QMouseEvent>
 #include <QPaintEvent>
+#include <QShowEvent>
 #include <QTimerEvent>
 
 #include "platform/desktop/qt/dialog_owner.h"
@@ -36,6 +37,12 @@ void DialogWidget::closeEvent(QCloseEvent* event) {
 void DialogWidget::resizeEvent(QResizeEvent* event) {
   QDialog::resizeEvent(event);
   SendMessage(HandleOf(this), WM_SIZE, 0, MakeLParam(width(), height()));
+}
+
+void DialogWidget::showEvent(QShowEvent* event) {
+  // Fixed only now: making the dialog may still size it.
+  if (!property("sizable").toBool()) setFixedSize(size().expandedTo(minimumSizeHint()));
+  QDialog::showEvent(event);
 }
 
 void DialogWidget::timerEvent(QTimerEvent* event) {

@@ -1,4 +1,5 @@
-// The widget behind a dialog: turns what happens into messages for the dialog's procedure.
+// The widget behind a dialog: turns what happens into messages for the dialog's procedure. The user can size
+// it only where its template has the dynamic property `sizable`.
 #pragma once
 
 #include <QDialog>
@@ -18,6 +19,7 @@ class DialogWidget : public QDialog {
   bool event(QEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
+  void showEvent(QShowEvent* event) override;
   void timerEvent(QTimerEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;

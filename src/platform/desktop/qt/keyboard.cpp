@@ -1,6 +1,8 @@
 #include "platform/desktop/qt/keyboard.h"
 
+#include <QChar>
 #include <QKeyEvent>
+#include <string_view>
 
 #include "platform/desktop/messages.h"
 
@@ -14,6 +16,35 @@ unsigned DigitOfRow(const QKeyEvent& event) {
   return place < 10 ? static_cast<unsigned>("1234567890"[place]) : 0;
 }
 
+// Whether the key types a character of an alphabet other than the Latin one: its layout has none of our
+// letters.
+bool TypesOtherAlphabet(int key) {
+  if (key > QChar::LastValidCodePoint) return false;  // a key with a name
+  switch (QChar::script(static_cast<char32_t>(key))) {
+    case QChar::Script_Unknown:
+    case QChar::Script_Inherited:
+    case QChar::Script_Common:
+    case QChar::Script_Latin:
+      return false;
+    default:
+      return true;
+  }
+}
+
+// The letter that the key's place has on a Latin keyboard; 0 for other places.
+unsigned LetterOfPlace(const QKeyEvent& event) {
+  struct Row {
+    unsigned first;  // as X and Wayland number them
+    std::string_view letters;
+  };
+  constexpr Row kRows[] = {{24, "QWERTYUIOP"}, {38, "ASDFGHJKL"}, {52, "ZXCVBNM"}};
+  for (const auto& [first, letters] : kRows) {
+    const unsigned place = event.nativeScanCode() - first;
+    if (place < letters.size()) return static_cast<unsigned>(letters[place]);
+  }
+  return 0;
+}
+
 }  // namespace
 
 unsigned KeyOf(const QKeyEvent& event) {
@@ -25,6 +56,8 @@ unsigned KeyOf(const QKeyEvent& event) {
   if (key >= Qt::Key_F1 && key <= Qt::Key_F12) return VK_F1 + static_cast<unsigned>(key - Qt::Key_F1);
   if (const unsigned digit = DigitOfRow(event); digit != 0 && event.modifiers() & Qt::AltModifier)
     return digit;
+  if (event.modifiers() & (Qt::ControlModifier | Qt::AltModifier) && TypesOtherAlphabet(key))
+    return LetterOfPlace(event);
   switch (key) {
     case Qt::Key_Backspace:
       return VK_BACK;

@@ -92,6 +92,7 @@ void SendPaint(QWidget& widget, const QRect& bounds, bool erase) {
   entry->paintContext = &context;
   entry->paintBounds = {bounds.left(), bounds.top(), bounds.left() + bounds.width(),
                         bounds.top() + bounds.height()};
+  context.SetClip(entry->paintBounds);
   entry->erasePending = erase;
   SendMessage(window, WM_PAINT, 0, 0);
   if (WindowEntry* living = FindWindowEntry(window)) living->paintContext = nullptr;

@@ -57,6 +57,16 @@ WindowEntry* FindWindowEntry(HWND window) {
   return found == TheTable().entries.end() ? nullptr : found->second.get();
 }
 
+QWidget* WidgetOf(HWND window) {
+  const WindowEntry* entry = FindWindowEntry(window);
+  return entry != nullptr ? entry->widget : nullptr;
+}
+
+QWidget* OuterWidgetOf(HWND window) {
+  const WindowEntry* entry = FindWindowEntry(window);
+  return entry != nullptr ? entry->Outer() : nullptr;
+}
+
 HWND HandleOf(const QWidget* widget) {
   return TheTable().handles.value(widget, nullptr);
 }

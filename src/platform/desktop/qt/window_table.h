@@ -41,6 +41,9 @@ void AddFrame(WindowEntry& entry, QWidget* frame);
 void RemoveWindow(HWND window);
 // Null for a handle whose window is gone.
 WindowEntry* FindWindowEntry(HWND window);
+// The widget of a window, and the one that is moved and shown for it; null for a dead one.
+QWidget* WidgetOf(HWND window);
+QWidget* OuterWidgetOf(HWND window);
 // The window of just this widget, and of it or the nearest widget around it.
 HWND HandleOf(const QWidget* widget);
 HWND HandleAround(const QWidget* widget);

@@ -9,6 +9,7 @@
 #include <QWheelEvent>
 
 #include "platform/desktop/qt/accessible_window.h"
+#include "platform/desktop/qt/dialog_widget.h"
 #include "platform/desktop/qt/font_handle.h"
 #include "platform/desktop/qt/icon.h"
 #include "platform/desktop/qt/keyboard.h"
@@ -198,4 +199,17 @@ void WindowWidget::changeEvent(QEvent* event) {
     Tell(WM_ACTIVATE, active, 0);
   }
   QWidget::changeEvent(event);
+}
+
+WindowWidget* WindowWidgetOf(HWND window) {
+  const WindowEntry* entry = FindWindowEntry(window);
+  return entry != nullptr && entry->kind == WindowKind::kWindow ? static_cast<WindowWidget*>(entry->widget)
+                                                                : nullptr;
+}
+
+TimerSet* TimersOf(HWND window) {
+  const WindowEntry* entry = FindWindowEntry(window);
+  if (entry == nullptr || entry->kind == WindowKind::kControl) return nullptr;
+  return entry->kind == WindowKind::kWindow ? &static_cast<WindowWidget*>(entry->widget)->Timers()
+                                            : &static_cast<DialogWidget*>(entry->widget)->Timers();
 }

@@ -57,3 +57,8 @@ class WindowWidget : public QWidget {
   bool active = false;
   const char* waitingIcon = nullptr;
 };
+
+// The widget of a window that is no dialog and no control; null for these and for a dead one.
+WindowWidget* WindowWidgetOf(HWND window);
+// The timers of a window or a dialog; null for controls and dead ones.
+TimerSet* TimersOf(HWND window);

@@ -1,0 +1,110 @@
+#include "calendar/dialogs/appointment_editor.h"
+
+#include <string>
+
+#include "calendar/dialogs/repeat_dialog.h"
+#include "core/calendar/categories.h"
+#include "core/calendar/repeat_choice.h"
+#include "core/time_texts.h"
+#include "framework/notices.h"
+#include "resources/text_ids.h"
+
+namespace {
+
+constexpr int kTemplate = 2000;
+
+// New appointments start on the five-minute grid.
+constexpr int kMinuteStep = 5;
+
+}  // namespace
+
+AppointmentEditor::AppointmentEditor(const core::RecordFile& calendar, core::Appointment& record,
+                                     const core::Date& date, Mode mode)
+    : file(calendar), appointment(record), owner(calendar.AccessLevel() == core::Access::kOwner) {
+  if (mode == Mode::kNew) MakeNew(date);
+}
+
+int AppointmentEditor::Run(ZarfWnd* parent) {
+  return Open(parent, kTemplate);
+}
+
+void AppointmentEditor::MakeNew(const core::Date& date) {
+  // Where the file cannot be read at this moment the caller's record, which it made before, has to do.
+  core::Appointment made;
+  if (core::NewAppointment(file, made)) appointment = made;
+  appointment.date = date;
+  appointment.startTime = core::NowRounded(kMinuteStep);
+  appointment.endTime = appointment.startTime;
+  core::ResetAlarm(appointment);
+}
+
+LRESULT AppointmentEditor::OnInitDialog(const MessageRecord&) {
+  dateButton.Show(appointment.date);
+  ShowTimes();
+  subject.ShowField(appointment.subject);
+  notes.ShowField(appointment.notes);
+  ShowCategory();
+  confidential.Check(owner && appointment.header.confidential != 0);
+  confidential.Enable(owner);
+  allDay.Check(appointment.allDay != 0);
+  for (const int id : {kTimeButton, kAlarmButton, kAttachButton, kWithButton}) {
+    EnableWindow(GetDlgItem(hwnd, id), false);
+  }
+  OkNeedsText(kSubjectEdit);
+  subject.Focus();
+  return 0;
+}
+
+// A record keeps a category that the file's list lacks: it is then only the text in the box.
+void AppointmentEditor::ShowCategory() {
+  core::CategoryList categories;
+  core::ReadCategories(file, categories);
+  for (const std::string& name : categories.names) category.Add(name);
+  category.ShowField(appointment.header.category);
+  const int line = category.Find(std::string(core::ReadText(appointment.header.category)));
+  if (line >= 0) category.Select(line);
+}
+
+void AppointmentEditor::ShowTimes() {
+  times.SetText(core::FormatTime(appointment.startTime) + " / " + core::FormatTime(appointment.endTime));
+}
+
+LRESULT AppointmentEditor::OnCommand(const MessageRecord& record) {
+  switch (LowWord(record.wParam)) {
+    case IDOK:
+      OnOk();
+      return 1;
+    case kDateButton:
+      OnDateButton();
+      return 1;
+    case kRepeatButton:
+      RepeatDialog(appointment).Run(this);
+      return 1;
+    case kAllDayBox:
+      appointment.allDay = allDay.Checked() ? 1 : 0;
+      return 1;
+    default:
+      return ZarfDialog::OnCommand(record);
+  }
+}
+
+void AppointmentEditor::OnDateButton() {
+  if (const auto picked = dateButton.Pick(appointment.date)) {
+    if (core::ChangeDate(appointment, *picked)) {
+      dateButton.Show(*picked);
+    } else {
+      ShowInfoId(this, text::kRepeatEndsEarly);
+      Post(WM_COMMAND, kRepeatButton, 0);  // where the end date can be moved
+    }
+  }
+  subject.Focus();
+}
+
+void AppointmentEditor::OnOk() {
+  subject.TakeField(appointment.subject);
+  notes.TakeField(appointment.notes);
+  category.TakeField(appointment.header.category);
+  appointment.header.confidential = confidential.Checked() ? 1 : 0;
+  core::SettleAlarm(appointment);
+  EndDialog(1);
+}

@@ -1,0 +1,31 @@
+// Sentences for the user about files. Each names its file, by the path that the user knows, in the file
+// system's encoding (UTF-8).
+#pragma once
+
+#include <string>
+
+#include "core/store/command_result.h"
+#include "core/store/record_file.h"
+
+namespace core {
+
+// The path in double quotes, as every message shows it.
+std::string Quoted(const std::string& path);
+
+// That the file was not opened, with a whole sentence that says why.
+std::string CannotOpenText(const std::string& path, const std::string& reason);
+
+// The same for what opening a record file came to; empty for kNone.
+std::string DescribeOpenError(const std::string& path, OpenError error);
+
+// Why an operation on an open file failed; empty for kNone.
+std::string DescribeFault(const std::string& path, FileFault fault);
+
+// What to tell the user of a command on an open file: for kFailed what its LastFault says. Empty for kDone
+// and for what is passed over in silence.
+std::string DescribeResult(const RecordFile& file, CommandResult result);
+
+// That somebody else has the file open, where it is wanted for oneself alone.
+std::string AccessDeniedText(const std::string& path);
+
+}  // namespace core

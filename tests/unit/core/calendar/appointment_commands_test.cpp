@@ -1,0 +1,259 @@
+// The rules of the commands that change appointments, without a window: rights, the edit lock on every way
+// out, and what a list that is no longer true can lead to.
+#include "core/calendar/appointment_commands.h"
+
+#include <gtest/gtest.h>
+
+#include <cerrno>
+
+#include "core/calendar/categories.h"
+#include "core/store/compaction.h"
+#include "core/store/file_passwords.h"
+#include "support/faulty_calls.h"
+#include "support/temporary_calendar.h"
+
+namespace tests {
+namespace {
+
+using core::CommandResult;
+using core::EditLock;
+
+// A + before a field of a record makes a copy: a reference to it would not be aligned.
+
+constexpr std::int32_t kFirst = 2625;
+constexpr core::Date kOtherDay = {20, 3, 2004};
+
+class AppointmentCommands : public testing::Test {
+ protected:
+  AppointmentCommands() {
+    const core::RecordFile& file = calendar.file;
+    calendar.Add(Entry("First"));
+    first = AllRecords(file).KeyAt(0);
+  }
+
+  core::Appointment Slot(std::int32_t offset) {
+    core::Appointment slot{};
+    EXPECT_TRUE(calendar.file.ReadSlot(&slot, offset));
+    return slot;
+  }
+  CommandResult Begin(core::RecordFile& file) {
+    EditLock lock(file);
+    return BeginEdit(lock, first, record);
+  }
+  CommandResult Delete(core::RecordFile& file) {
+    EditLock lock(file);
+    const CommandResult taken = lock.Take(first);
+    return taken == CommandResult::kDone ? DeleteLocked(lock) : taken;
+  }
+  void Change(void (*change)(core::Appointment&)) {
+    core::Appointment slot = Slot(kFirst);
+    change(slot);
+    ASSERT_TRUE(calendar.file.WriteSlot(&slot, kFirst));
+  }
+
+  TemporaryCalendar calendar{{"Owner", "Assistant", "Reader"}};
+  core::RecordFile assistant{calendar.Path(), "Assistant"};
+  core::RecordFile reader{calendar.Path(), "Reader"};
+  core::Appointment record{};
+  core::RecordKey first;
+};
+
+// Who had a password that was changed since is a stranger, whatever it allowed.
+TEST_F(AppointmentCommands, WhoMayNotChangeIsRefusedBeforeAnyLock) {
+  const auto refuses = [this](core::RecordFile& file, CommandResult why) {
+    const std::string before = calendar.Bytes();
+    EXPECT_EQ(CheckMayChange(file), why);
+    EXPECT_EQ(Begin(file), why);
+    EXPECT_EQ(Delete(file), why);
+    EXPECT_EQ(MoveToDate(file, first, kOtherDay, record), why);
+    EXPECT_EQ(CopyToDate(file, first, kOtherDay, record), why);
+    EXPECT_EQ(AddAppointment(file, Entry("New").appointment), why);
+    EXPECT_EQ(StoreCategories(file, {"Mine"}), why);
+    EXPECT_EQ(StorePasswords(file, {"", "", ""}), why);
+    EXPECT_EQ(file.WriteRecord(&record, kFirst), core::Result::kRefused);
+    EXPECT_EQ(file.DeleteRecord(kFirst), core::Result::kRefused);
+    EXPECT_EQ(calendar.Bytes(), before);
+  };
+  refuses(reader, CommandResult::kReader);
+  ASSERT_EQ(StorePasswords(calendar.file, {"Owner", "New", "Other"}), CommandResult::kDone);
+  refuses(reader, CommandResult::kNoAccess);
+  refuses(assistant, CommandResult::kNoAccess);
+  EXPECT_EQ(AllRecords(assistant).Count(), 0U) << "nor does a stranger see anything";
+  EXPECT_EQ(AllRecords(calendar.file).Count(), 1U);
+}
+
+// The list leaves such records out; this one became confidential after it was listed.
+TEST_F(AppointmentCommands, ConfidentialIsTheOwnersAlone) {
+  Change([](core::Appointment& slot) { slot.header.confidential = 1; });
+  const std::string before = calendar.Bytes();
+  EXPECT_EQ(Begin(assistant), CommandResult::kConfidential);
+  EXPECT_EQ(Delete(assistant), CommandResult::kConfidential);
+  EXPECT_EQ(calendar.Bytes(), before);
+  EXPECT_EQ(Begin(calendar.file), CommandResult::kDone);
+  EXPECT_EQ(Delete(calendar.file), CommandResult::kDone);
+}
+
+TEST_F(AppointmentCommands, ACancelledEventIsNotEditedButDeleted) {
+  Change([](core::Appointment& slot) { slot.header.eventFlag = 9; });
+  EXPECT_EQ(Begin(assistant), CommandResult::kCancelledEvent);
+  EXPECT_EQ(Slot(kFirst).header.editLock, 0);
+  EXPECT_EQ(Delete(assistant), CommandResult::kDone);
+  EXPECT_EQ(Slot(kFirst).header.inUse, 0);
+}
+
+TEST_F(AppointmentCommands, OneEditorAtATime) {
+  EditLock lock(calendar.file);
+  ASSERT_EQ(BeginEdit(lock, first, record), CommandResult::kDone);
+  EXPECT_FALSE(core::RefreshEnabled());
+  EXPECT_EQ(Begin(assistant), CommandResult::kLocked);
+  EXPECT_EQ(MoveToDate(assistant, first, kOtherDay, record), CommandResult::kLocked);
+  EXPECT_EQ(Slot(kFirst).header.editLock, 1);
+  core::WriteText(record.subject, "Changed");
+  EXPECT_EQ(EndEdit(lock, record), CommandResult::kDone);
+  EXPECT_TRUE(core::RefreshEnabled());
+  EXPECT_EQ(Slot(kFirst).header.editLock, 0);
+  EXPECT_EQ(core::ReadText(Slot(kFirst).subject), "Changed");
+}
+
+// A slot that was freed goes to the next record: the key that somebody chose before is not that one's.
+TEST_F(AppointmentCommands, ADeletedRecordIsNotBroughtBackAndAnotherInItsSlotIsLeftAlone) {
+  {
+    EditLock lock(assistant);  // deleted by another user between lock and read
+    ASSERT_EQ(lock.Take(first), CommandResult::kDone);
+    ASSERT_EQ(calendar.file.DeleteRecord(kFirst), core::Result::kDone);
+    EXPECT_EQ(DeleteLocked(lock), CommandResult::kVanished);
+  }
+  EXPECT_EQ(+calendar.Header().freeSlotBalance, -1);
+  EXPECT_EQ(Begin(assistant), CommandResult::kVanished);
+  EXPECT_EQ(Delete(assistant), CommandResult::kVanished);
+  const auto takeTheSlot = [this](const char* subject) {
+    const Entry entry(subject);
+    EXPECT_EQ(calendar.file.AddRecord(&entry.appointment), core::Result::kDone);
+    EXPECT_EQ(core::ReadText(Slot(kFirst).subject), subject);
+  };
+  takeTheSlot("Second");
+  std::string before = calendar.Bytes();
+  EXPECT_EQ(Begin(assistant), CommandResult::kVanished);
+  EXPECT_EQ(Delete(assistant), CommandResult::kVanished);
+  EXPECT_EQ(MoveToDate(assistant, first, kOtherDay, record), CommandResult::kVanished);
+  EXPECT_EQ(CopyToDate(assistant, first, kOtherDay, record), CommandResult::kVanished);
+  EXPECT_FALSE(assistant.ReadRecord(&record, first));
+  EXPECT_EQ(calendar.Bytes(), before);
+
+  // A program that does not know of locks does it under an open editor; its own user then edits the record.
+  first = AllRecords(calendar.file).KeyAt(0);
+  EditLock lock(assistant);
+  ASSERT_EQ(BeginEdit(lock, first, record), CommandResult::kDone);
+  ASSERT_EQ(calendar.file.DeleteRecord(kFirst), core::Result::kDone);
+  takeTheSlot("Third");
+  ASSERT_TRUE(calendar.file.LockRecord(kFirst));
+  before = calendar.Bytes();
+  EXPECT_EQ(EndEdit(lock, record), CommandResult::kVanished);
+  EXPECT_EQ(DeleteLocked(lock), CommandResult::kVanished);
+  EXPECT_EQ(lock.Release(), CommandResult::kDone);
+  EXPECT_EQ(calendar.Bytes(), before);
+}
+
+// The calls that write, in the order of an edit that ends: the record, the counter, the lock.
+TEST_F(AppointmentCommands, WhatFailsBehindTheRecordIsTriedAgainAndThenTold) {
+  const struct {
+    int nth;
+    int times;
+    CommandResult result;
+    int lockAfter;
+  } kCases[] = {{2, 1, CommandResult::kDone, 0},
+                {2, 3, CommandResult::kNotCounted, 0},
+                {3, 2, CommandResult::kDone, 0},
+                {3, 3, CommandResult::kMadeLockLeft, 1}};
+  for (const auto& fault : kCases) {
+    EditLock lock(assistant);
+    ASSERT_EQ(BeginEdit(lock, first, record), CommandResult::kDone) << "a lock left here is no obstacle";
+    record.notes[0] = static_cast<char>(record.notes[0] + 1);
+    FaultyCalls faults;
+    faults.Fail(FaultyCalls::kWrite, fault.nth, EIO, fault.times);
+    EXPECT_EQ(EndEdit(lock, record), fault.result) << fault.nth << ' ' << fault.times;
+    EXPECT_EQ(+Slot(kFirst).header.editLock, fault.lockAfter);
+    EXPECT_EQ(Slot(kFirst).notes[0], record.notes[0]);
+  }
+  // A program that cannot give a lock back leaves a file that the next opening brings in order.
+  {
+    FaultyCalls faults;
+    faults.Fail(FaultyCalls::kWrite, 1, EIO, FaultyCalls::kForEver);
+    assistant.Close();
+  }
+  reader.Close();
+  calendar.file.Close();
+  EXPECT_TRUE(core::RepairCheck(calendar.Path(), false).clean);
+  ASSERT_TRUE(calendar.file.Open());
+  EXPECT_EQ(+Slot(kFirst).header.editLock, 0);
+}
+
+// The same where its other writes succeed: the count says that somebody did not leave in order.
+TEST_F(AppointmentCommands, AClosedFileWithALockLeftStaysCounted) {
+  const std::uint32_t count = calendar.Header().openCount;
+  {
+    EditLock lock(assistant);
+    ASSERT_EQ(BeginEdit(lock, first, record), CommandResult::kDone);
+    FaultyCalls faults;
+    faults.Fail(FaultyCalls::kWrite, 1, EIO, 6);  // three tries to give it back now, and three at the end
+    EXPECT_EQ(lock.Release(), CommandResult::kLockLeft);
+    assistant.Close();
+  }
+  EXPECT_EQ(+calendar.Header().openCount, count);
+  EXPECT_EQ(+Slot(kFirst).header.editLock, 1);
+}
+
+TEST_F(AppointmentCommands, AFullDiskChangesNothingAndKeepsTheLockForAnotherTry) {
+  EditLock lock(calendar.file);
+  ASSERT_EQ(BeginEdit(lock, first, record), CommandResult::kDone);
+  const std::string before = calendar.Bytes();
+  core::WriteText(record.subject, "Changed");
+  {
+    FaultyCalls faults;
+    faults.Fail(FaultyCalls::kWrite, 1, ENOSPC, FaultyCalls::kForEver);
+    EXPECT_EQ(EndEdit(lock, record), CommandResult::kFailed);
+    EXPECT_EQ(AddAppointment(calendar.file, record), CommandResult::kFailed);
+  }
+  EXPECT_EQ(calendar.Bytes(), before);
+  EXPECT_EQ(EndEdit(lock, record), CommandResult::kDone);
+}
+
+TEST_F(AppointmentCommands, WhatTheDiskDoesNotConfirmIsToldAndStays) {
+  FaultyCalls faults;
+  faults.Fail(FaultyCalls::kFlush, 1, EIO, FaultyCalls::kForEver);
+  EXPECT_EQ(AddAppointment(calendar.file, Entry("Second").appointment), CommandResult::kNotFlushed);
+  EXPECT_EQ(core::ReadText(Slot(kFirst + 2627).subject), "Second");
+  {
+    EditLock lock(calendar.file);
+    ASSERT_EQ(BeginEdit(lock, first, record), CommandResult::kDone);
+    core::WriteText(record.subject, "Changed");
+    EXPECT_EQ(EndEdit(lock, record), CommandResult::kNotFlushed);
+  }
+  EXPECT_EQ(core::ReadText(Slot(kFirst).subject), "Changed");
+  EXPECT_EQ(Slot(kFirst).header.editLock, 0);
+  EXPECT_EQ(Delete(calendar.file), CommandResult::kNotFlushed);
+  EXPECT_EQ(Slot(kFirst).header.inUse, 0);
+}
+
+TEST_F(AppointmentCommands, ACopyIsAPlainAppointmentOfItsOwn) {
+  Change([](core::Appointment& slot) {
+    slot.repeat = {core::kRepeatDaily, core::kNoEndDate, 1, 0};
+    slot.header.eventFlag = 3;
+    slot.header.eventByte = 4;
+    slot.header.eventRole = 5;
+  });
+  EXPECT_EQ(MoveToDate(assistant, first, kOtherDay, record), CommandResult::kRepeats);
+  ASSERT_EQ(CopyToDate(assistant, first, kOtherDay, record), CommandResult::kDone);
+  core::Appointment expected = Slot(kFirst);
+  const core::Appointment copy = Slot(kFirst + 2627);
+  EXPECT_NE(+copy.header.recordId, +expected.header.recordId);
+  expected.header.recordId = copy.header.recordId;
+  expected.header.eventFlag = expected.header.eventByte = 0;
+  expected.header.eventRole = 1;
+  expected.repeat = {};
+  expected.date = kOtherDay;
+  EXPECT_EQ(std::memcmp(&copy, &expected, sizeof copy), 0);
+}
+
+}  // namespace
+}  // namespace tests

@@ -1,0 +1,145 @@
+// docs/file-format.md is what others write their programs by, so its tables and its worked example are held
+// true here: the example is read out of the document and made again byte for byte.
+#include <algorithm>
+#include <cstring>
+#include <fstream>
+#include <map>
+#include <sstream>
+
+#include "gtest/gtest.h"
+#include "support/source_folder.h"
+#include "support/temporary_calendar.h"
+
+namespace core {
+namespace {
+
+constexpr std::size_t kExampleSize = 2625 + 2 * 2627;
+
+std::vector<std::string> DocumentLines() {
+  std::ifstream document(tests::SourceFolder() + "/docs/file-format.md");
+  std::vector<std::string> lines;
+  for (std::string line; std::getline(document, line);) lines.push_back(line);
+  return lines;
+}
+
+// The rows of the "hex" block, "offset: bytes", put where they say; all else is zero.
+std::string ExampleBytes() {
+  std::string bytes(kExampleSize, '\0');
+  bool inside = false;
+  for (const std::string& line : DocumentLines()) {
+    if (line.starts_with("```")) inside = line == "```hex";
+    if (!inside || line.starts_with("```")) continue;
+    std::istringstream row(line.substr(0, line.find('|')));
+    std::size_t offset = 0;
+    char colon = 0;
+    row >> std::hex >> offset >> colon;
+    for (unsigned byte = 0; row >> byte; ++offset) bytes.at(offset) = static_cast<char>(byte);
+  }
+  return bytes;
+}
+
+// The same file, made with the program's own structures.
+std::string MadeExample() {
+  HeaderBlock header;
+  std::memset(&header, 0, sizeof header);
+  header.blockSize = sizeof header;
+  WriteText(header.kind, "Calendar");
+  WriteText(header.kindDetail, "Organizer");
+  header.formatWord = header.secondFormatWord = header.thirdFormatWord = 1;
+  WriteText(header.ownerIdentity.userName, "Nora Finch");
+  WriteText(header.ownerIdentity.email, "nora@example.org");
+  WriteText(header.ownerPassword, "Own1");
+  WriteText(header.readerPassword, "Rd1");
+  WriteText(header.secondIdentity.userName, "Daybrix");
+  WriteText(header.secondIdentity.email, "DaybrixMail");
+  WriteText(header.serverAddress, "events.example");
+  WriteText(header.serverPort, "4711");
+  header.freeSlotBalance = -1;
+  header.changeCounter = 13;
+  CategoryBlock categories{};
+  categories.blockSize = sizeof categories;
+  categories.count = 2;
+  WriteText(categories.entries[0].name, "Calls");
+  WriteText(categories.entries[1].name, "Meetings");
+  categories.entries[0].value = categories.entries[1].value = -1;
+
+  Appointment weekly{};
+  InitRecordHeader(weekly.header, sizeof weekly, header);
+  weekly.header.recordId = 0x0123456789ABCDEF;
+  weekly.header.creationDate = weekly.header.secondDate = {27, 2, 2004};
+  weekly.header.creationTime = weekly.header.secondTime = {4, 40, 12, kAfterNoon};
+  WriteText(weekly.header.category, "Meetings");
+  weekly.date = {1, 3, 2004};
+  weekly.startTime = {1, 30, 0, kAfterNoon};
+  weekly.endTime = {2, 15, 0, kAfterNoon};
+  weekly.repeat = {kRepeatWeekly, {31, 12, 2020}, 2, 0x22};
+  WriteText(weekly.subject, "Caf\xE9 round");
+  Appointment deleted{};
+  deleted.header = weekly.header;
+  deleted.header.inUse = 0;
+  deleted.header.recordId = 0x1122334455667788;
+  deleted.header.confidential = 1;
+  WriteText(deleted.header.category, "");
+  deleted.date = {14, 3, 2004};
+  deleted.startTime = deleted.endTime = {0, 0, 0, kBeforeNoon};
+  deleted.allDay = 1;
+  WriteText(deleted.subject, "Moving day");
+
+  const FileHeader sizes{1581, 1032, 2627};
+  std::string bytes;
+  const auto append = [&bytes](const auto& part) {
+    bytes.append(reinterpret_cast<const char*>(&part), sizeof part);
+  };
+  append(sizes);
+  append(header);
+  append(categories);
+  append(weekly);
+  append(deleted);
+  return bytes;
+}
+
+TEST(FileFormatDocument, ExampleIsWhatTheProgramWrites) {
+  const std::string documented = ExampleBytes();
+  const std::string made = MadeExample();
+  ASSERT_EQ(made.size(), documented.size());
+  const auto different = std::mismatch(made.begin(), made.end(), documented.begin()).first;
+  EXPECT_EQ(different, made.end()) << "at offset " << different - made.begin();
+}
+
+// Each table of fields names every byte of its structure once, in order.
+TEST(FileFormatDocument, TablesAreWithoutGapsAndAgreeWithTheCode) {
+  std::map<std::string, std::size_t> ends;
+  std::map<std::string, std::size_t> offsets;
+  std::string title;
+  for (const std::string& line : DocumentLines()) {
+    if (line.starts_with("#")) title = line.substr(line.find(' ') + 1);
+    std::size_t offset = 0;
+    std::size_t size = 0;
+    char name[64] = "";
+    if (std::sscanf(line.c_str(), "| %zu | %zu | `%63[^`]`", &offset, &size, name) < 2) continue;
+    EXPECT_EQ(offset, ends.contains(title) ? ends[title] : offset) << title << ": " << line;
+    ends[title] = offset + size;
+    offsets[title + "." + name] = offset;
+  }
+  const std::map<std::string, std::size_t> expectedEnds = {
+      {"Date", 12},           {"TimeOfDay", 16},          {"ServerIdentity", 205},
+      {"File header", 12},    {"Header block", 1581},     {"Category block", 1032},
+      {"Record header", 549}, {"Appointment body", 2627}, {"Repeat rule", 21}};
+  EXPECT_EQ(ends, expectedEnds);
+  const std::pair<const char*, std::size_t> kOffsets[] = {
+      {"Header block.changeCounter", offsetof(HeaderBlock, changeCounter)},
+      {"Header block.ownerPassword", offsetof(HeaderBlock, ownerPassword)},
+      {"Header block.openCount", offsetof(HeaderBlock, openCount)},
+      {"Record header.recordId", offsetof(RecordHeader, recordId)},
+      {"Record header.eventFlag", offsetof(RecordHeader, eventFlag)},
+      {"Appointment body.alarmOn", offsetof(Appointment, alarmOn)},
+      {"Appointment body.repeat", offsetof(Appointment, repeat)},
+      {"Appointment body.alarmDaysBefore", offsetof(Appointment, alarmDaysBefore)},
+      {"Appointment body.date", offsetof(Appointment, date)},
+      {"Appointment body.notes", offsetof(Appointment, notes)},
+      {"Repeat rule.repeatParam", offsetof(RepeatRule, repeatParam)}};
+  for (const auto& [field, offset] : kOffsets) EXPECT_EQ(offsets[field], offset) << field;
+}
+
+}  // namespace
+}  // namespace core
