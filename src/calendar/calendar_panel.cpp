@@ -1,16 +1,10 @@
 #include "calendar/calendar_panel.h"
 
-#include "calendar/dialogs/appointment_editor.h"
+#include "calendar/appointment_menu.h"
 #include "calendar/panel_layout.h"
 #include "calendar/views/palette.h"
 #include "core/time_texts.h"
-#include "framework/drawing.h"
-#include "framework/fonts.h"
-#include "framework/notices.h"
 #include "framework/services.h"
-#include "platform/desktop/application.h"
-#include "platform/desktop/menu.h"
-#include "resources/text_ids.h"
 #include "shell/commands.h"
 
 namespace {
@@ -18,14 +12,7 @@ namespace {
 constexpr unsigned kDayListId = 100;
 constexpr unsigned kMiniCalendarId = 102;
 
-constexpr int kMenuTextSize = 255;
-
 constexpr const char* kPartMissing = "Not all appointments could be read.";
-
-void AppendItem(HMENU menu, int textId, unsigned command, bool enabled) {
-  char text[kMenuTextSize];
-  AppendMenu(menu, enabled ? MF_STRING : MF_STRING | MF_GRAYED, command, LoadText(text, textId, sizeof text));
-}
 
 }  // namespace
 
@@ -35,7 +22,8 @@ CalendarPanel::CalendarPanel(core::CalendarSession& calendarSession, CommandGate
       dayList(kDayListId),
       categorySelector(session),
       miniCalendar(kMiniCalendarId,
-                   {.background = kPanelBackground, .selection = kSelection, .today = kTodayColour}) {
+                   {.background = kPanelBackground, .selection = kSelection, .today = kTodayColour}),
+      host(*this, dayList, session, gate) {
   session.AddListener(*this);
 }
 
@@ -51,7 +39,9 @@ int CalendarPanel::PrepareClass(WNDCLASS* windowClass) {
 
 LRESULT CalendarPanel::OnCreate(const MessageRecord&) {
   // In the order in which Tab walks them.
-  if (!categorySelector.Create(this) || !dayList.Create(this) || !miniCalendar.Create(this)) return -1;
+  const bool made = categorySelector.Create(this) && dayList.Create(this) && miniCalendar.Create(this) &&
+                    notice.Create(this);
+  if (!made) return -1;
   SetWindowText(hwnd, "Calendar");
   SetWindowText(categorySelector.Handle(), "Category");
   return 0;
@@ -65,24 +55,18 @@ LRESULT CalendarPanel::OnSize(const MessageRecord&) {
 void CalendarPanel::PlaceParts() {
   RECT client;
   GetClientRect(&client);
-  const PanelLayout layout = LayOutPanel(client.right, client.bottom, partMissing);
+  const PanelLayout layout = LayOutPanel(client.right, client.bottom, notice.IsShown());
   const auto place = [](ZarfWnd& child, const RECT& rect) {
     child.Move(rect.left, rect.top, Width(rect), Height(rect), 1);
   };
   place(categorySelector, layout.categorySelector);
   place(dayList, layout.dayList);
+  place(notice, layout.notice);
   place(miniCalendar, layout.miniCalendar);
 }
 
 void CalendarPanel::OnPaint(HDC hdc, PAINTSTRUCT paint) {
   hdc->FillRect(paint.paint, kPanelBackground);
-  if (!partMissing) return;
-  RECT client;
-  GetClientRect(&client);
-  hdc->SelectFont(GetFont(FontSans, 400));
-  hdc->SetTextColor(kRowMark);
-  hdc->DrawText(kPartMissing, LayOutPanel(client.right, client.bottom, true).notice,
-                DT_SINGLELINE | DT_VCENTER | DT_END_ELLIPSIS);
 }
 
 // ---- What the session tells ----
@@ -119,10 +103,7 @@ void CalendarPanel::ShowWhetherWhole() {
   std::string title = "Appointments of " + core::FormatDate(session.CurrentDate());
   if (!records.IsWhole()) title.append(". ").append(kPartMissing);
   SetWindowText(dayList.Handle(), title.c_str());
-  if (partMissing == !records.IsWhole()) return;
-  partMissing = !records.IsWhole();
-  PlaceParts();
-  Invalidate(nullptr, 0);
+  if (notice.Say(records.IsWhole() ? "" : kPartMissing)) PlaceParts();
 }
 
 // ---- What the children and the menus tell ----
@@ -156,7 +137,7 @@ void CalendarPanel::OnListNotice(unsigned code, LPARAM value) {
       Post(WM_COMMAND, value < 0 ? ID_ITEM_NEW : ID_ITEM_EDIT, value);
       break;
     case kListRightClick:
-      ShowPopupMenu(value >= 0);
+      TrackAppointmentMenu(hwnd, MenuPoint(), {.onRecord = value >= 0});
       break;
     case kListFileChanged:
       OnListChanged(value);
@@ -188,7 +169,7 @@ void CalendarPanel::OnCalendarNotice(unsigned code, core::Date date) {
     return;
   }
   const CommandScope command(gate);
-  if (command.Entered()) DropCommand(session, *this, SelectedKey(), code == kDropCopy, date);
+  if (command.Entered()) DropCommand(session, host, SelectedKey(), code == kDropCopy, date);
 }
 
 void CalendarPanel::OnCategoryCommand(int command, const char* name) {
@@ -201,13 +182,13 @@ void CalendarPanel::RunCommand(unsigned command) {
   if (!scope.Entered()) return;
   switch (command) {
     case ID_ITEM_NEW:
-      NewCommand(session, *this);
+      NewCommand(session, host);
       break;
     case ID_ITEM_EDIT:
-      EditCommand(session, *this, SelectedKey());
+      EditCommand(session, host, SelectedKey());
       break;
     default:
-      DeleteCommand(session, *this, SelectedKey());
+      DeleteCommand(session, host, SelectedKey());
       break;
   }
 }
@@ -218,45 +199,4 @@ POINT CalendarPanel::MenuPoint() const {
   RECT list;
   GetWindowRect(dayList.Handle(), &list);
   return Contains(list, mouse) ? mouse : dayList.MenuPoint(dayList.SelectedItem());
-}
-
-void CalendarPanel::ShowPopupMenu(bool onItem) {
-  const HMENU menu = CreatePopupMenu();
-  AppendItem(menu, text::kNewItem, ID_ITEM_NEW, true);
-  AppendItem(menu, text::kEditItem, ID_ITEM_EDIT, onItem);
-  AppendItem(menu, text::kDeleteItem, ID_ITEM_DELETE, onItem);
-  TrackPopupMenu(menu, MenuPoint(), hwnd);
-  DestroyMenu(menu);
-}
-
-// ---- What commands ask ----
-
-bool CalendarPanel::EditRecord(core::Appointment& record, bool isNew) {
-  using Mode = AppointmentEditor::Mode;
-  AppointmentEditor editor(*session.File(), record, session.CurrentDate(), isNew ? Mode::kNew : Mode::kEdit);
-  return editor.Run(this) == 1;
-}
-
-bool CalendarPanel::Ask(int question) {
-  return AskYesNo(this, question);
-}
-
-void CalendarPanel::Tell(int text) {
-  ShowInfoId(this, text);
-}
-
-void CalendarPanel::Tell(const std::string& text) {
-  ShowInfo(this, text);
-}
-
-void CalendarPanel::Beep() {
-  MessageBeep();
-}
-
-void CalendarPanel::Play(const char* sound) {
-  PlaySound(sound);
-}
-
-void CalendarPanel::SelectRecord(const core::Appointment& record) {
-  dayList.SelectRecord(record.header.recordId);
 }

@@ -3,15 +3,16 @@
 // and shows what the session tells.
 #pragma once
 
-#include "calendar/appointment_actions.h"
 #include "calendar/command_gate.h"
 #include "calendar/views/category_selector.h"
 #include "calendar/views/day_list.h"
+#include "calendar/views/notice_line.h"
+#include "calendar/window_host.h"
 #include "core/calendar/calendar_session.h"
 #include "core/calendar/day_lists.h"
 #include "pickers/mini_calendar.h"
 
-class CalendarPanel : public ZarfWnd, private core::SessionListener, private ActionHost {
+class CalendarPanel : public ZarfWnd, private core::SessionListener {
  public:
   // Both must outlive the panel.
   CalendarPanel(core::CalendarSession& calendarSession, CommandGate& commandGate);
@@ -32,21 +33,11 @@ class CalendarPanel : public ZarfWnd, private core::SessionListener, private Act
  private:
   void OnSessionChange(core::SessionChange change) override;
 
-  bool EditRecord(core::Appointment& record, bool isNew) override;
-  bool Ask(int question) override;
-  void Tell(int text) override;
-  void Tell(const std::string& text) override;
-  void Beep() override;
-  void Play(const char* sound) override;
-  void SelectRecord(const core::Appointment& record) override;
-  bool IsEnding() const override { return gate.CloseWanted(); }
-
   void RunCommand(unsigned command);
   void OnListNotice(unsigned code, LPARAM value);
   void OnListChanged(LPARAM rebuild);
   void OnCalendarNotice(unsigned code, core::Date date);
   void OnCategoryCommand(int command, const char* name);
-  void ShowPopupMenu(bool onItem);
   POINT MenuPoint() const;
   void LoadDay();
   void PlaceParts();
@@ -56,10 +47,11 @@ class CalendarPanel : public ZarfWnd, private core::SessionListener, private Act
   core::CalendarSession& session;
   CommandGate& gate;
   core::DayLists records;         // of the session's day
-  bool partMissing = false;       // from the list, as far as the panel shows
   core::RecordKey keptSelection;  // of the list while it is rebuilt
 
   DayList dayList;
   CategorySelector categorySelector;
   MiniCalendar miniCalendar;
+  NoticeLine notice;
+  WindowHost host;
 };

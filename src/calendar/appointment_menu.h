@@ -1,0 +1,12 @@
+// The popup menu of the day list: what can be done with an appointment, or beside one.
+#pragma once
+
+#include "platform/desktop/types.h"
+
+// What there is to work on; an item that lacks it is greyed.
+struct AppointmentMenuState {
+  bool onRecord = false;  // the menu was asked for on an appointment
+};
+
+// Opens the menu at a screen point. The chosen command, one of shell/commands.h, is posted to `owner`.
+void TrackAppointmentMenu(HWND owner, POINT screenPoint, const AppointmentMenuState& state);

@@ -1,0 +1,36 @@
+#include "calendar/window_host.h"
+
+#include "calendar/dialogs/appointment_editor.h"
+#include "framework/notices.h"
+#include "framework/services.h"
+#include "platform/desktop/application.h"
+
+bool WindowHost::EditRecord(core::Appointment& record, bool isNew) {
+  using Mode = AppointmentEditor::Mode;
+  AppointmentEditor editor(*session.File(), record, session.CurrentDate(), isNew ? Mode::kNew : Mode::kEdit);
+  return editor.Run(&window) == 1;
+}
+
+bool WindowHost::Ask(int question) {
+  return AskYesNo(&window, question);
+}
+
+void WindowHost::Tell(int text) {
+  ShowInfoId(&window, text);
+}
+
+void WindowHost::Tell(const std::string& text) {
+  ShowInfo(&window, text);
+}
+
+void WindowHost::Beep() {
+  MessageBeep();
+}
+
+void WindowHost::Play(const char* sound) {
+  PlaySound(sound);
+}
+
+void WindowHost::SelectRecord(const core::Appointment& record) {
+  list.SelectRecord(record.header.recordId);
+}
