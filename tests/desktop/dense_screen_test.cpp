@@ -4,7 +4,9 @@
 #include <cstdlib>
 #include <filesystem>
 
+#include "desktop/recording_window.h"
 #include "platform/desktop/bitmap.h"
+#include "platform/desktop/device_context.h"
 #include "support/bmp_bytes.h"
 #include "support/desktop_driver.h"
 #include "support/source_folder.h"
@@ -44,6 +46,28 @@ TEST_F(DenseScreen, ASkinsPictureIsReplacedByItsDoubleIfThatIsOne) {
   // The double alone is nobody's picture.
   folder.Write("alone@2x.bmp", doubled);
   EXPECT_EQ(Bitmap::LoadFile(folder.Join("alone.bmp")), nullptr);
+}
+
+TEST_F(DenseScreen, APenOfNoWidthDrawsOnePixelOfTheScreen) {
+  RecordingWindow window;
+  window.rect = {0, 0, 20, 20};
+  window.paintHook = [](HDC hdc, const PAINTSTRUCT&) {
+    hdc->FillRect({0, 0, 20, 20}, RGB(255, 255, 255));
+    for (const int width : {1, 0}) {
+      hdc->SetPenColor(0, width);
+      hdc->DrawLine(width * 4, 0, width * 4, 10);
+      hdc->DrawLine(10, width * 4, 20, width * 4);
+    }
+  };
+  ASSERT_TRUE(window.CreateTop());
+  std::string column;
+  std::string row;
+  for (int at = 0; at < 12; ++at) {
+    row += driver.PixelAt(window.Handle(), {at, 12}) == 0 ? '#' : '.';
+    column += driver.PixelAt(window.Handle(), {30, at}) == 0 ? '#' : '.';
+  }
+  EXPECT_EQ(row, "#.......##..");
+  EXPECT_EQ(column, "#.......##..");
 }
 
 TEST_F(DenseScreen, EveryPictureOfOurSkinsHasItsDouble) {

@@ -80,6 +80,31 @@ TEST_F(Painting, LinesAndFramesLieWhereTheyShould) {
     EXPECT_EQ(At(point.x, point.y), colour) << point.x << "," << point.y;
 }
 
+TEST_F(Painting, ShapesAreFilledWithinTheirBoundsAndTheRegion) {
+  window.paintHook = [](HDC hdc, const PAINTSTRUCT&) {
+    constexpr POINT kTriangle[] = {{0, 0}, {20, 0}, {0, 20}};
+    hdc->Polygon(kTriangle, kRed);
+    hdc->Ellipse({22, 0, 42, 20}, kGreen);
+    constexpr RECT kRegion = {44, 0, 50, 10};
+    hdc->SelectRegion(&kRegion);
+    hdc->Ellipse({40, -10, 80, 30}, kRed);
+    hdc->SelectRegion(nullptr);
+    hdc->FillRect({52, 0, 54, 2}, kGreen);
+  };
+  ASSERT_TRUE(window.CreateTop());
+  constexpr std::pair<POINT, COLORREF> kPixels[] = {
+      {{0, 0}, kRed},     {{8, 8}, kRed},    {{12, 12}, kPaper}, {{21, 0}, kPaper}, {{0, 20}, kPaper},
+      {{22, 0}, kPaper},  {{32, 1}, kGreen}, {{22, 10}, kGreen}, {{41, 9}, kGreen}, {{42, 10}, kPaper},
+      {{41, 19}, kPaper}, {{43, 9}, kPaper}, {{44, 9}, kRed},    {{49, 0}, kRed},   {{50, 9}, kPaper},
+      {{47, 10}, kPaper}, {{53, 1}, kGreen}};
+  for (const auto& [point, colour] : kPixels)
+    EXPECT_EQ(At(point.x, point.y), colour) << point.x << "," << point.y;
+  for (int at = 0; at < 60 * 40; ++at) {
+    const COLORREF colour = At(at % 60, at / 60);
+    ASSERT_TRUE(colour == kRed || colour == kGreen || colour == kPaper) << "smoothed at " << at;
+  }
+}
+
 TEST_F(Painting, TextStaysInItsRectangleAndShowsTheCodePage) {
   window.rect = {0, 0, 200, 40};
   window.paintHook = [](HDC hdc, const PAINTSTRUCT&) {

@@ -4,41 +4,59 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "platform/desktop/device_context.h"
 
-enum class DrawingKind { kFill, kLine, kText, kBitmap, kStretch };
+enum class DrawingKind { kFill, kLine, kText, kBitmap, kStretch, kPolygon, kEllipse };
 
 struct DrawingCall {
   DrawingKind kind;
-  RECT rect;  // of a line: its two ends; of a picture drawn in its own size: its corner, twice
+  RECT rect;  // of a line: its two ends; of a picture drawn in its own size: its corner, twice; of a polygon:
+              // nothing
   COLORREF colour = kNoColour;  // of the fill, the pen or the text
   std::string text = {};        // code page 1252
   UINT format = 0;              // DT_...
   HFONT font = nullptr;
   const Bitmap* bitmap = nullptr;  // only to be compared
+  std::vector<POINT> corners = {};
+  int penWidth = 1;              // of a line
+  std::optional<RECT> region{};  // selected when it was drawn
 };
 
 class RecordingDc : public DeviceContext {
  public:
   std::vector<DrawingCall> calls;
 
+  void SelectRegion(const RECT* newRegion) override {
+    region = newRegion != nullptr ? std::optional(*newRegion) : std::nullopt;
+  }
   void FillRect(const RECT& rect, COLORREF colour) override {
-    calls.push_back({DrawingKind::kFill, rect, colour});
+    Note({.kind = DrawingKind::kFill, .rect = rect, .colour = colour});
   }
   void DrawLine(int x1, int y1, int x2, int y2) override {
-    calls.push_back({DrawingKind::kLine, {x1, y1, x2, y2}, PenColor()});
+    Note(
+        {.kind = DrawingKind::kLine, .rect = {x1, y1, x2, y2}, .colour = PenColor(), .penWidth = PenWidth()});
   }
   void DrawText(const char* text, const RECT& rect, UINT format) override {
-    calls.push_back({DrawingKind::kText, rect, TextColor(), text, format, Font()});
+    Note({DrawingKind::kText, rect, TextColor(), text, format, Font()});
   }
   void DrawBitmap(const Bitmap& bitmap, int x, int y) override {
-    calls.push_back({DrawingKind::kBitmap, {x, y, x, y}, kNoColour, {}, 0, nullptr, &bitmap});
+    Note({.kind = DrawingKind::kBitmap, .rect = {x, y, x, y}, .bitmap = &bitmap});
   }
   void StretchBitmap(const Bitmap& bitmap, const RECT& rect) override {
-    calls.push_back({DrawingKind::kStretch, rect, kNoColour, {}, 0, nullptr, &bitmap});
+    Note({.kind = DrawingKind::kStretch, .rect = rect, .bitmap = &bitmap});
+  }
+  void Polygon(std::span<const POINT> corners, COLORREF colour) override {
+    Note({.kind = DrawingKind::kPolygon,
+          .rect = {},
+          .colour = colour,
+          .corners = {corners.begin(), corners.end()}});
+  }
+  void Ellipse(const RECT& box, COLORREF colour) override {
+    Note({.kind = DrawingKind::kEllipse, .rect = box, .colour = colour});
   }
 
   // The calls of one kind, in order.
@@ -70,7 +88,12 @@ class RecordingDc : public DeviceContext {
   }
 
  private:
+  void Note(DrawingCall call) {
+    call.region = region;
+    calls.push_back(std::move(call));
+  }
   static bool Covers(const DrawingCall& call, POINT point) {
+    if (call.region && !Contains(*call.region, point)) return false;
     if (call.kind == DrawingKind::kFill) return Contains(call.rect, point);
     if (call.kind != DrawingKind::kLine) return false;
     const auto [x1, y1, x2, y2] = call.rect;
@@ -81,4 +104,6 @@ class RecordingDc : public DeviceContext {
     };
     return y1 == y2 ? point.y == y1 && within(point.x, x1, x2) : point.x == x1 && within(point.y, y1, y2);
   }
+
+  std::optional<RECT> region;
 };

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <climits>
+#include <span>
 
 #include "platform/desktop/types.h"
 
@@ -14,6 +15,7 @@ constexpr UINT DT_LEFT = 0x0000;
 constexpr UINT DT_CENTER = 0x0001;
 constexpr UINT DT_RIGHT = 0x0002;
 constexpr UINT DT_VCENTER = 0x0004;
+constexpr UINT DT_BOTTOM = 0x0008;
 constexpr UINT DT_WORDBREAK = 0x0010;
 constexpr UINT DT_SINGLELINE = 0x0020;
 constexpr UINT DT_END_ELLIPSIS = 0x8000;
@@ -22,22 +24,32 @@ class DeviceContext {
  public:
   virtual ~DeviceContext() = default;
 
-  // The font, the text colour and the pen colour that the calls below use. A new context has none, black and
-  // black.
+  // The font, the text colour and the pen that the calls below use. A new context has none, black and black.
+  // A pen is one pixel wide; one of width 0 draws the finest line there is, one pixel of the screen itself,
+  // however dense that is.
   void SelectFont(HFONT newFont) { font = newFont; }
   void SetTextColor(COLORREF colour) { textColour = colour; }
-  void SetPenColor(COLORREF colour) { penColour = colour; }
+  void SetPenColor(COLORREF colour, int width = 1) {
+    penColour = colour;
+    penWidth = width;
+  }
   HFONT Font() const { return font; }
   COLORREF TextColor() const { return textColour; }
   COLORREF PenColor() const { return penColour; }
+  int PenWidth() const { return penWidth; }
 
   // What is to be drawn: drawing elsewhere has no effect. Without bounds at first.
   void SetClip(const RECT& bounds) { clip = bounds; }
   const RECT& Clip() const { return clip; }
+  // Keeps what is drawn from now on within a region as well; null: no longer.
+  virtual void SelectRegion(const RECT* region) = 0;
 
   virtual void FillRect(const RECT& rect, COLORREF colour) = 0;
-  // One pixel wide; the end point itself is not drawn.
+  // The end point itself is not drawn.
   virtual void DrawLine(int x1, int y1, int x2, int y2) = 0;
+  // Filled, without an outline: what lies within the corners, and the ellipse that touches a box from inside.
+  virtual void Polygon(std::span<const POINT> corners, COLORREF colour) = 0;
+  virtual void Ellipse(const RECT& box, COLORREF colour) = 0;
   // Clipped to the rectangle. The background stays.
   virtual void DrawText(const char* text, const RECT& rect, UINT format) = 0;
   // The whole picture, at (x, y) in its own size or stretched into a rectangle, without smoothing.
@@ -48,5 +60,6 @@ class DeviceContext {
   HFONT font = nullptr;
   COLORREF textColour = 0;
   COLORREF penColour = 0;
+  int penWidth = 1;
   RECT clip{INT_MIN, INT_MIN, INT_MAX, INT_MAX};
 };
