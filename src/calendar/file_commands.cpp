@@ -116,7 +116,9 @@ void SaveAsCommand(core::CalendarSession& session, ZarfWnd* owner) {
   core::RecordFile* const file = OpenFileOf(session);
   std::string target;
   if (file == nullptr || !AskForCalendar(owner, kFileDialogSave, target)) return;
-  if (IsSamePath(target, platform::FullPath(file->Path()))) return;
+  // Where the file has lost its name, saving gives it back.
+  const bool there = file->PathState() != platform::FileAtPath::kGone;
+  if (there && IsSamePath(target, platform::FullPath(file->Path()))) return;
   Tell(owner, core::SaveCopy(*file, target, ShowCompaction(owner)));
 }
 

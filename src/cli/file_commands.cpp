@@ -10,15 +10,10 @@ namespace cli {
 
 Outcome NewCommand(const Arguments& arguments) {
   const std::string& path = arguments.file;
-  switch (core::CreateCalendar(path, arguments.Has("examples"))) {
-    case core::NewCalendar::kMade:
-      return {};
-    case core::NewCalendar::kExists:
-      return FailOn(path, kFile, "There is a file already.");
-    case core::NewCalendar::kFailed:
-      break;
-  }
-  return FailOn(path, kFile, "The file cannot be created.");
+  const platform::FileResult made = core::CreateCalendar(path, arguments.Has("examples"));
+  if (made == platform::FileResult::kDone) return {};
+  const bool exists = made == platform::FileResult::kExists;
+  return FailOn(path, kFile, exists ? "There is a file already." : core::CannotCreateText(made));
 }
 
 Outcome CompactCommand(const Arguments& arguments) {

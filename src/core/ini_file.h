@@ -37,11 +37,12 @@ class IniFile {
   bool ReadInt(std::string_view section, std::string_view key, std::int32_t& value) const;
 
   // False when the file could not be written; it then stands as it was.
-  bool WriteString(std::string_view section, std::string_view key, std::string_view value) const;
-  bool WriteInt(std::string_view section, std::string_view key, std::int32_t value) const;
+  [[nodiscard]] bool WriteString(std::string_view section, std::string_view key,
+                                 std::string_view value) const;
+  [[nodiscard]] bool WriteInt(std::string_view section, std::string_view key, std::int32_t value) const;
   // Several keys of a section at once. While another program holds the file each write may wait for two
   // seconds: what belongs together is written together.
-  bool Write(std::string_view section, std::span<const IniEntry> entries) const;
+  [[nodiscard]] bool Write(std::string_view section, std::span<const IniEntry> entries) const;
 
  private:
   std::string path;

@@ -46,7 +46,8 @@ void WriteFrameState(const core::IniFile& settings, const RECT& window, int pane
                                     {"WPRight", std::to_string(window.right)},
                                     {"WPBottom", std::to_string(window.bottom)},
                                     {kPaneKey, std::to_string(pane)}};
-  settings.Write(kSection, entries);
+  // A place that is forgotten is nothing to keep the user from leaving for.
+  static_cast<void>(settings.Write(kSection, entries));
 }
 
 bool HasLargeSize(const RECT& window) {

@@ -275,6 +275,11 @@ TEST_F(FileCommands, SaveAsWritesACompactedCopyBesideTheOpenFile) {
     saveAs("");
     EXPECT_EQ(calendar.Bytes(), opened);
     EXPECT_EQ(folder.Count(), 1U);
+
+    std::filesystem::remove(calendar.Path());
+    driver.ChooseFile(calendar.Path());
+    Command(ID_FILE_SAVE_AS);
+    EXPECT_EQ(Bytes(calendar.Path()).size(), 2625U + 2627U) << "a file that lost its name gets it back";
   });
 }
 
@@ -344,7 +349,7 @@ class StartWithoutAFile : public FileCommands {
     return started;
   }
   static void SetDefault(const std::string& path) {
-    core::IniFile().WriteString("Preference", "DefaulFile", path);
+    EXPECT_TRUE(core::IniFile().WriteString("Preference", "DefaulFile", path));
   }
 };
 

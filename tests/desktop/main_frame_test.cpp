@@ -49,13 +49,13 @@ TEST(FramePlacement, IsReadOnlyWhenWholeAndOnTheDesktop) {
   WriteFrameState(settings, {30, 40, 460, 480}, 1);
   EXPECT_EQ(ReadPlacement(settings, kDesktop), (RECT{30, 40, 460, 480}));
   EXPECT_EQ(ReadPane(settings, 5), 1);
-  settings.WriteString("Preference", "WPRight", "");
+  EXPECT_TRUE(settings.WriteString("Preference", "WPRight", ""));
   EXPECT_FALSE(ReadPlacement(settings, kDesktop));
   WriteFrameState(settings, {800, 40, 1300, 480}, 1);
   EXPECT_FALSE(ReadPlacement(settings, kDesktop));
   WriteFrameState(settings, {10, 700, 1300, 480}, 1);
   EXPECT_FALSE(ReadPlacement(settings, kDesktop));
-  settings.WriteString("Preference", "WPTop", "top");
+  EXPECT_TRUE(settings.WriteString("Preference", "WPTop", "top"));
   EXPECT_EQ(ReadPlacement(settings, kDesktop)->top, 0);
 }
 
@@ -175,8 +175,8 @@ TEST_F(MainFrame, MenusOpenUnderTheirButtonsAndByKey) {
 }
 
 TEST_F(MainFrame, PanesAreSwitchedByKeyAndRemembered) {
-  core::IniFile("Daybrix.ini").WriteString("Preference", "Annimation", "0");
-  core::IniFile().WriteInt("Preference", "PaneId", 7);
+  EXPECT_TRUE(core::IniFile("Daybrix.ini").WriteString("Preference", "Annimation", "0"));
+  EXPECT_TRUE(core::IniFile().WriteInt("Preference", "PaneId", 7));
   Run([&] {
     EXPECT_EQ(CurrentPaneIndex(), 0) << "a pane that there is not means the first";
     driver.Press(program.Frame(), VK_DELETE);  // nothing to delete on the title page
@@ -205,7 +205,7 @@ TEST_F(MainFrame, IsPlacedAsItWasLeft) {
   Run([&] { EXPECT_TRUE(IsOnScreen(Window())) << "left on a screen that is gone"; });
   WriteFrameState(core::IniFile(), {-100, 70, 380, 570}, 1);
   Run([&] { EXPECT_EQ(Window().left, -100) << "partly off the screen is a place like any other"; });
-  core::IniFile().WriteString("Preference", "WPLeft", "");
+  EXPECT_TRUE(core::IniFile().WriteString("Preference", "WPLeft", ""));
   Run([&] { EXPECT_EQ(Width(Window()), kSmallFrame.cx); });
 }
 

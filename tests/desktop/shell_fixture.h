@@ -48,7 +48,7 @@ class ShellTest : public testing::Test {
   }
 
   static void Set(const char* key, const std::string& value) {
-    core::IniFile("Daybrix.ini").WriteString("Preference", key, value);
+    EXPECT_TRUE(core::IniFile("Daybrix.ini").WriteString("Preference", key, value));
   }
   static std::string Setting(const char* key) {
     std::string value;

@@ -95,7 +95,7 @@ bool Make(const StoreFiles& files, const char* subject, bool inPlace) {
   if (inPlace)
     return RecordFile(files.OtherPath(), "").Create(header, core::DefaultCategories(), kSlot, slots);
   const std::string image = core::NewFileImage(header, core::DefaultCategories(), kSlot, slots);
-  return platform::WriteNewFile(files.OtherPath(), image.data(), image.size());
+  return platform::WriteNewFile(files.OtherPath(), image.data(), image.size()) == platform::FileResult::kDone;
 }
 
 bool MakeNew(const StoreFiles& files) {

@@ -72,7 +72,7 @@ CalendarProgram::CalendarProgram() {
   // A copy that the developer has open is none of the test's.
   setenv("XDG_RUNTIME_DIR", CalendarProgramFolder().c_str(), 1);
   // Nobody waits for the splash screen.
-  core::IniFile("Daybrix.ini").WriteString("Preference", "Splash", "0");
+  EXPECT_TRUE(core::IniFile("Daybrix.ini").WriteString("Preference", "Splash", "0"));
   static const bool registered = (RegisterResources(), true);
   static_cast<void>(registered);
 }

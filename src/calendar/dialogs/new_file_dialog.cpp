@@ -3,6 +3,7 @@
 #include "core/calendar/new_calendar.h"
 #include "framework/notices.h"
 #include "framework/shell_services.h"
+#include "resources/strings.h"
 #include "resources/text_ids.h"
 
 namespace {
@@ -49,9 +50,10 @@ void NewFileDialog::OnBrowse() {
 // The calendar is made here and now, not only tried: nobody can take the name in between.
 void NewFileDialog::OnOk() {
   path = core::NewCalendarPath(folder.Path(), name.Path());
-  const core::NewCalendar result = core::CreateCalendar(path, examples.Checked());
-  if (result != core::NewCalendar::kMade) {
-    ShowInfoId(this, result == core::NewCalendar::kExists ? text::kFileExists : text::kCannotCreateFile);
+  const platform::FileResult result = core::CreateCalendar(path, examples.Checked());
+  if (result != platform::FileResult::kDone) {
+    const bool exists = result == platform::FileResult::kExists;
+    ShowInfo(this, exists ? resources::FindText(text::kFileExists) : core::CannotCreateText(result));
     name.Focus();
     return;
   }

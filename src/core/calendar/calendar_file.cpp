@@ -78,8 +78,10 @@ std::string DefaultCalendarPath() {
 OpenedCalendar OpenCalendarFile(const std::string& path, const std::string& password, bool withExamples,
                                 const CompactionWatcher& watcher) {
   // A file that another copy made meanwhile will do.
-  if (!platform::FileExists(path) && CreateCalendar(path, withExamples) == NewCalendar::kFailed) {
-    return {nullptr, TextOf(text::kCannotCreateFile) + "\r\n" + Quoted(path), OpenError::kFailed};
+  const platform::FileResult made =
+      platform::FileExists(path) ? platform::FileResult::kExists : CreateCalendar(path, withExamples);
+  if (made != platform::FileResult::kDone && made != platform::FileResult::kExists) {
+    return {nullptr, CannotCreateText(made) + "\r\n" + Quoted(path), OpenError::kFailed};
   }
   return OpenExistingCalendar(path, password, watcher);
 }

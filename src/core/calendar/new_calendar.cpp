@@ -7,7 +7,8 @@
 #include "core/calendar/categories.h"
 #include "core/ini_file.h"
 #include "core/store/file_messages.h"
-#include "platform/system/file.h"
+#include "resources/strings.h"
+#include "resources/text_ids.h"
 
 namespace core {
 namespace {
@@ -34,8 +35,8 @@ std::string NewCalendarPath(const std::string& folder, const std::string& name) 
   return platform::FullPath(folder + "/" + name + ".cld");
 }
 
-NewCalendar CreateCalendar(const std::string& path, bool withExamples) {
-  if (platform::FileExists(path)) return NewCalendar::kExists;
+platform::FileResult CreateCalendar(const std::string& path, bool withExamples) {
+  if (platform::FileExists(path)) return platform::FileResult::kExists;
   HeaderBlock header;
   InitHeaderBlock(header, kCalendarKind.kind, kCalendarKind.kindDetail, 1);
   std::array<Appointment, 3> examples{};
@@ -46,8 +47,21 @@ NewCalendar CreateCalendar(const std::string& path, bool withExamples) {
     header.changeCounter += examples.size();  // as if each had been added
   }
   const std::string image = NewFileImage(header, DefaultCategories(), kCalendarKind.slotSize, slots);
-  if (platform::WriteNewFile(path, image.data(), image.size())) return NewCalendar::kMade;
-  return platform::FileExists(path) ? NewCalendar::kExists : NewCalendar::kFailed;
+  return platform::WriteNewFile(path, image.data(), image.size());
+}
+
+std::string CannotCreateText(platform::FileResult why) {
+  std::string text = resources::FindText(text::kCannotCreateFile);
+  switch (why) {
+    case platform::FileResult::kDiskFull:
+      return text + "\r\nThe disk is full.";
+    case platform::FileResult::kDenied:
+      return text + "\r\nAccess has been denied.";
+    case platform::FileResult::kMissing:
+      return text + "\r\nThe folder does not exist.";
+    default:
+      return text;
+  }
 }
 
 std::string RememberCalendar(const std::string& path) {

@@ -5,6 +5,8 @@
 
 #include <string>
 
+#include "platform/system/file.h"
+
 namespace core {
 
 // The folder for calendars, "works" in the program folder. It is made if it is missing.
@@ -13,15 +15,13 @@ std::string WorksFolder();
 // The full path of the calendar `name`, given without the extension, in `folder`.
 std::string NewCalendarPath(const std::string& folder, const std::string& name);
 
-enum class NewCalendar {
-  kMade,
-  kExists,  // something is at the path; it is untouched
-  kFailed,  // the file could not be made; nothing is at the path
-};
+// Makes a calendar, whole or not at all, with the three example appointments if asked for. kExists, and what
+// is at the path untouched, where something is; that includes what another program puts there at the same
+// instant.
+[[nodiscard]] platform::FileResult CreateCalendar(const std::string& path, bool withExamples);
 
-// Makes a calendar, whole or not at all, with the three example appointments if asked for. What another
-// program puts at the path at the same instant stays.
-[[nodiscard]] NewCalendar CreateCalendar(const std::string& path, bool withExamples);
+// The text that a file could not be created, with why where the system says it.
+std::string CannotCreateText(platform::FileResult why);
 
 // Notes down the calendar that is to open at the next start. Here and below: empty, or what to tell the user
 // when the settings could not be written.

@@ -142,7 +142,7 @@ bool Compaction::KeepCutRecord(std::string& message) const {
   if (source.ReadAt(rest.data(), rest.size(), end) != static_cast<std::int64_t>(rest.size())) return false;
   if (rest[kInUse] != 1) return true;
   const std::string name = KeepUnderNewName(target + ".cut", [&rest](const std::string& to) {
-    return platform::WriteNewFile(to, rest.data(), rest.size());
+    return platform::WriteNewFile(to, rest.data(), rest.size()) == FileResult::kDone;
   });
   AddMessage(message, "The last record of " + Quoted(target) + " is incomplete.\r\n" +
                           (name.empty() ? "It can't be kept in a file beside it."

@@ -21,7 +21,7 @@ constexpr int kOpenTries = 5;
 
 RecordFile::RecordFile(std::string filePath, std::string_view givenPassword, OpenMode openMode)
     : path(std::move(filePath)), password(givenPassword), mode(openMode) {
-  Open();
+  static_cast<void>(Open());  // openError remembers it
 }
 
 RecordFile::~RecordFile() {

@@ -66,7 +66,7 @@ class RecordFile {
 
   // Opens the file and, unless it is only read, counts this object in the header block. True when it is open
   // already.
-  bool Open();
+  [[nodiscard]] bool Open();
 
   // Takes this object out of the count, brings everything to the disk and closes. Does nothing when closed.
   // With an edit lock that could not be given back it stays in the count, so that whoever opens the file next

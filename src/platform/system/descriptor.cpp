@@ -73,30 +73,6 @@ bool HasNoLocks(int error) {
   return error == EINVAL || error == ENOLCK || error == EOPNOTSUPP || error == ENOSYS;
 }
 
-FileResult ResultOfOpenError(int error) {
-  switch (error) {
-    case ENOENT:
-    case ENOTDIR:
-      return FileResult::kMissing;
-    case EACCES:
-    case EPERM:
-    case EROFS:
-      return FileResult::kDenied;
-    case EISDIR:
-      return FileResult::kIsFolder;
-    case ENXIO:  // a socket
-    case ENODEV:
-      return FileResult::kNoRegularFile;
-    case EEXIST:
-      return FileResult::kExists;
-    case EAGAIN:  // a file server's lease on it is being called back
-    case ETXTBSY:
-      return FileResult::kInUse;
-    default:
-      return IsDiskFull(error) ? FileResult::kDiskFull : FileResult::kFailed;
-  }
-}
-
 FileResult ResultOfKind(mode_t mode) {
   if (S_ISREG(mode)) return FileResult::kDone;
   return S_ISDIR(mode) ? FileResult::kIsFolder : FileResult::kNoRegularFile;
@@ -173,7 +149,7 @@ FileResult OpenRegular(const std::string& path, int flags, unsigned mode, Descri
   do {
     number = open(path.c_str(), flags | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, mode);
   } while (number < 0 && errno == EINTR);
-  if (number < 0) return ResultOfOpenError(errno);
+  if (number < 0) return ResultOfError(errno);
   Descriptor found(number);
   if (fstat(number, &about) != 0) return FileResult::kFailed;
   const FileResult kind = ResultOfKind(about.st_mode);
@@ -206,6 +182,30 @@ bool OpenFolderOf(const std::string& path, Descriptor& folder) {
 
 bool IsDiskFull(int error) {
   return error == ENOSPC || error == EDQUOT || error == EFBIG;
+}
+
+FileResult ResultOfError(int error) {
+  switch (error) {
+    case ENOENT:
+    case ENOTDIR:
+      return FileResult::kMissing;
+    case EACCES:
+    case EPERM:
+    case EROFS:
+      return FileResult::kDenied;
+    case EISDIR:
+      return FileResult::kIsFolder;
+    case ENXIO:  // a socket
+    case ENODEV:
+      return FileResult::kNoRegularFile;
+    case EEXIST:
+      return FileResult::kExists;
+    case EAGAIN:  // a file server's lease on it is being called back
+    case ETXTBSY:
+      return FileResult::kInUse;
+    default:
+      return IsDiskFull(error) ? FileResult::kDiskFull : FileResult::kFailed;
+  }
 }
 
 LockResult TakeLock(int descriptor, const ByteLock& lock) {

@@ -57,6 +57,9 @@ bool OpenFolderOf(const std::string& path, Descriptor& folder);
 // Whether errno tells of space that the disk, a quota or a limit does not have.
 bool IsDiskFull(int error);
 
+// What an error of a call that opens, makes or writes a file means to the user.
+FileResult ResultOfError(int error);
+
 // A lock on one byte: its place, its kind (F_RDLCK or F_WRLCK) and how long to wait for it, in milliseconds.
 struct ByteLock {
   std::int64_t offset;

@@ -221,9 +221,9 @@ bool FileInUse(const std::string& path);
 bool ReplaceFile(const std::string& path, const void* data, std::size_t size);
 
 // The same, but only where nothing is at `path`: of several processes that do this at the same instant, one
-// makes the file and the others get false, so that nobody's file is lost. On a file system that can neither
+// makes the file and the others get kExists, so that nobody's file is lost. On a file system that can neither
 // rename without replacing nor link, the test and the rename are two steps.
-bool WriteNewFile(const std::string& path, const void* data, std::size_t size);
+[[nodiscard]] FileResult WriteNewFile(const std::string& path, const void* data, std::size_t size);
 
 // Gives the file `from`, which its writer has flushed, the name `to` in one step: a file that had the name is
 // gone, its rights pass to the new one as in ReplaceFile, and the folder is flushed.

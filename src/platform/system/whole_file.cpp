@@ -76,7 +76,8 @@ Descriptor CreateBeside(const std::string& target, mode_t mode, std::string& nam
 }
 
 // Writes a file beside `target` and makes `publish` give it that name. `old` is the file there, if any is
-// open; it is closed, because an open file would have to be hidden on some file systems.
+// open; it is closed, because an open file would have to be hidden on some file systems. When that fails,
+// errno tells why.
 bool WriteBeside(const std::string& target, Descriptor old, const void* data, std::size_t size,
                  bool (*publish)(const std::string& from, const std::string& to)) {
   // Created with no more rights than the old file, so that a private text is never open to others.
@@ -88,9 +89,12 @@ bool WriteBeside(const std::string& target, Descriptor old, const void* data, st
   bool failed = false;
   const bool written =
       allowed && WriteFully(created.Number(), data, size, 0, failed) == size && FlushFully(created.Number());
+  int why = errno;
   created.Close();
   if (written && publish(name, target)) return true;
+  if (written) why = errno;
   unlink(name.c_str());
+  errno = why;
   return false;
 }
 
@@ -141,11 +145,15 @@ bool ReplaceFile(const std::string& path, const void* data, std::size_t size) {
   return WriteBeside(target, std::move(old), data, size, Rename);
 }
 
-bool WriteNewFile(const std::string& path, const void* data, std::size_t size) {
+FileResult WriteNewFile(const std::string& path, const void* data, std::size_t size) {
   // Held, because a file that is being replaced is missing for an instant on some file systems.
   File held;
-  return held.HoldPath(path) == FileResult::kDone && !held.IsOpen() && !FileExists(path) &&
-         WriteBeside(ResolvedPath(path), Descriptor(), data, size, RenameNew);
+  const FileResult hold = held.HoldPath(path);
+  if (held.IsOpen() || FileExists(path)) return FileResult::kExists;
+  if (hold != FileResult::kDone) return hold;
+  if (WriteBeside(ResolvedPath(path), Descriptor(), data, size, RenameNew)) return FileResult::kDone;
+  const FileResult why = ResultOfError(errno);
+  return FileExists(path) ? FileResult::kExists : why;
 }
 
 bool RenameFile(const std::string& from, const std::string& to) {

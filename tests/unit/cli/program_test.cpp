@@ -94,6 +94,8 @@ TEST_F(CliProgram, ALimitOfFileSizesIsAFullDisk) {
   EXPECT_EQ(result.code, 2) << result.errors;
   EXPECT_EQ(calendar.Bytes(), before);
   EXPECT_FALSE(std::ifstream(calendar.Path() + ".temp").is_open());
+  const CommandResult made = RunShell("ulimit -f 2; " + kCli + " new " + quoted + ".new");
+  EXPECT_NE(made.errors.find("The disk is full."), std::string::npos) << made.errors;
 }
 
 TEST_F(CliProgram, PasswordsComeFromFileAndEnvironment) {

@@ -171,9 +171,9 @@ TEST_F(LockFileTest, GuardsAFileThatIsOpenedAnewInside) {
   file.Close();
   std::filesystem::remove(path);
   platform::SetGuardPatience(150);
-  EXPECT_FALSE(platform::WriteNewFile(path, "new", 3));
+  EXPECT_EQ(platform::WriteNewFile(path, "new", 3), platform::FileResult::kInUse);
   nowMs += platform::kAbandonedMs;
-  EXPECT_TRUE(platform::WriteNewFile(path, "new", 3));
+  EXPECT_EQ(platform::WriteNewFile(path, "new", 3), platform::FileResult::kDone);
   platform::SetGuardPatience(2000);
 }
 

@@ -26,7 +26,7 @@ bool Replace(const std::string& path, const std::string& content) {
 }
 
 bool WriteNew(const std::string& path, const std::string& content) {
-  return platform::WriteNewFile(path, content.data(), content.size());
+  return platform::WriteNewFile(path, content.data(), content.size()) == platform::FileResult::kDone;
 }
 
 unsigned ModeOf(const std::string& path) {
@@ -188,7 +188,7 @@ TEST_P(WriteNewFileTest, ReplacesNothingAndLeavesNothingBehind) {
   EXPECT_EQ(folder.Read("b"), "theirs");
 
   faults.Fail(FaultyCalls::kWrite, faults.Count(FaultyCalls::kWrite) + 1, ENOSPC);
-  EXPECT_FALSE(WriteNew(folder.Join("c"), "full"));
+  EXPECT_EQ(platform::WriteNewFile(folder.Join("c"), "full", 4), platform::FileResult::kDiskFull);
   EXPECT_EQ(folder.Count(), 2U);
 }
 

@@ -18,6 +18,7 @@
 namespace core {
 namespace {
 
+using platform::FileResult;
 using tests::FaultyCalls;
 using tests::ProgramFolder;
 using tests::TemporaryCalendar;
@@ -75,7 +76,7 @@ TEST_F(CalendarFile, FirstStartCreatesTheDefaultFile) {
   EXPECT_FALSE(again.withExamples);
 
   // Forgotten settings, but a file at the default path: the user decides.
-  IniFile().WriteString("Preference", "DefaulFile", "");
+  EXPECT_TRUE(IniFile().WriteString("Preference", "DefaulFile", ""));
   EXPECT_FALSE(ChooseStartupFile("", MustNotAsk).chosen);
   EXPECT_FALSE(IniFile().ReadString("Preference", "DefaulFile", value));
 }
@@ -83,7 +84,7 @@ TEST_F(CalendarFile, FirstStartCreatesTheDefaultFile) {
 TEST_F(CalendarFile, CommandLineComesFirst) {
   TemporaryCalendar named;
   TemporaryCalendar known;
-  IniFile().WriteString("Preference", "DefaulFile", known.Path());
+  EXPECT_TRUE(IniFile().WriteString("Preference", "DefaulFile", known.Path()));
   EXPECT_EQ(ChooseStartupFile(named.Path(), MustNotAsk).path, named.Path());
   EXPECT_EQ(ChooseStartupFile(named.Path() + ".none", MustNotAsk).path, known.Path());
   std::string value;
@@ -155,14 +156,14 @@ TEST_F(CalendarFile, ANewCalendarTakesNobodysPlace) {
     // Another program's file appears after this one found nothing.
     FaultyCalls faults;
     faults.Before(FaultyCalls::kRenameNew, 1, [&] { ProgramFolder().Write("mine.cld", "theirs"); });
-    EXPECT_EQ(CreateCalendar(path, false), NewCalendar::kExists);
+    EXPECT_EQ(CreateCalendar(path, false), FileResult::kExists);
   }
-  EXPECT_EQ(CreateCalendar(path, false), NewCalendar::kExists);
+  EXPECT_EQ(CreateCalendar(path, false), FileResult::kExists);
   EXPECT_EQ(ProgramFolder().Read("mine.cld"), "theirs");
-  EXPECT_EQ(CreateCalendar(ProgramFolder().Path(), false), NewCalendar::kExists);
-  EXPECT_EQ(CreateCalendar(NewCalendarPath(ProgramFolder().Path(), "no/such"), false), NewCalendar::kFailed);
+  EXPECT_EQ(CreateCalendar(ProgramFolder().Path(), false), FileResult::kExists);
+  EXPECT_EQ(CreateCalendar(NewCalendarPath(ProgramFolder().Path(), "no/such"), false), FileResult::kMissing);
   EXPECT_EQ(CreateCalendar(NewCalendarPath(ProgramFolder().Path(), std::string(256, 'n')), false),
-            NewCalendar::kFailed);
+            FileResult::kFailed);
   EXPECT_EQ(ProgramFolder().Count(), 1U);
 }
 
@@ -170,7 +171,7 @@ TEST_F(Settings, WhetherNewCalendarsHaveExamplesIsRemembered) {
   EXPECT_TRUE(ExamplesWanted());
   for (const auto& [written, wanted] :
        {std::pair{"0", false}, std::pair{"yes", false}, std::pair{"", true}}) {
-    IniFile().WriteString("Preference", "RecordExample", written);
+    EXPECT_TRUE(IniFile().WriteString("Preference", "RecordExample", written));
     EXPECT_EQ(ExamplesWanted(), wanted) << written;
   }
   EXPECT_EQ(RememberExamples(false), "");
@@ -228,7 +229,7 @@ TEST_F(Settings, ValuesAndNumbers) {
                   {"99999999999999999999", INT_MAX},
                   {"-99999999999999999999", INT_MIN}};
   for (const auto& [written, expected] : kNumbers) {
-    file.WriteString("Preference", "Number", written);
+    EXPECT_TRUE(file.WriteString("Preference", "Number", written));
     EXPECT_TRUE(file.ReadInt("Preference", "Number", number));
     EXPECT_EQ(number, expected) << written;
   }
@@ -238,7 +239,7 @@ TEST_F(Settings, NetworkRefreshIsHeldInItsRange) {
   EXPECT_EQ(NetworkRefreshSeconds(), 2);
   for (const auto& [written, seconds] : {std::pair{"30", 30}, std::pair{"90", 60}, std::pair{"0", 1},
                                          std::pair{"text", 1}, std::pair{"", 2}}) {
-    IniFile("Daybrix.ini").WriteString("Preference", "NetworkRefresh", written);
+    EXPECT_TRUE(IniFile("Daybrix.ini").WriteString("Preference", "NetworkRefresh", written));
     EXPECT_EQ(NetworkRefreshSeconds(), seconds) << written;
   }
 }
@@ -247,9 +248,9 @@ TEST_F(Settings, ClockModeIsReadOnce) {
   GTEST_FLAG_SET(death_test_style, "threadsafe");
   EXPECT_EXIT(
       {
-        IniFile("Daybrix.ini").WriteString("intl", "iTime", "0");
+        EXPECT_TRUE(IniFile("Daybrix.ini").WriteString("intl", "iTime", "0"));
         const bool twelve = GetClockMode() == ClockMode::k12Hours;
-        IniFile("Daybrix.ini").WriteString("intl", "iTime", "1");
+        EXPECT_TRUE(IniFile("Daybrix.ini").WriteString("intl", "iTime", "1"));
         std::_Exit(twelve && GetClockMode() == ClockMode::k12Hours ? 0 : 1);
       },
       testing::ExitedWithCode(0), "");
