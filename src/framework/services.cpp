@@ -45,6 +45,10 @@ void PlaySound(const char* fileName, UINT) {
   if (SoundEnabled()) PlayWaveFile(platform::SharedFilePath(fileName));
 }
 
+bool PlayTone(const std::string& path) {
+  return PlayWaveFile(path);
+}
+
 void BeginWaitCursor() {
   PushWaitCursor();
 }

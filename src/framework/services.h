@@ -2,6 +2,8 @@
 // windows.
 #pragma once
 
+#include <string>
+
 #include "platform/desktop/types.h"
 
 // Whether sounds are played and animations shown. On at first; the settings and other running copies change
@@ -17,6 +19,10 @@ constexpr UINT SND_NODEFAULT = 2;
 // Starts a wave file and returns. Silent while sound is off (the file is then not even opened) or when it is
 // missing.
 void PlaySound(const char* fileName, UINT flags = SND_ASYNC | SND_NODEFAULT);
+
+// Starts a wave file of the user's, by its whole path, whether sound is on or off. False when it cannot be
+// played, which the user should be told of.
+[[nodiscard]] bool PlayTone(const std::string& path);
 
 void BeginWaitCursor();
 void EndWaitCursor();

@@ -1,6 +1,7 @@
 #include "framework/shell_services.h"
 
 #include "core/calendar/new_calendar.h"
+#include "core/store/file_messages.h"
 #include "framework/notices.h"
 #include "framework/zarf_wnd.h"
 #include "platform/desktop/shell.h"
@@ -26,6 +27,15 @@ std::string FolderOf(int choice) {
   if (choice == kInCurrentFolder) return ".";
   if (choice == kInProgramFolder) return platform::ProgramFolder();
   return core::WorksFolder();
+}
+
+// Over the window, or, when that is gone by then, over whichever is in front.
+WhenNotOpened TellNotOpened(const ZarfWnd* owner, const std::string& target) {
+  const HWND window = owner != nullptr ? owner->Handle() : nullptr;
+  return [window, target] {
+    const HWND over = IsWindow(window) ? window : GetForegroundWindow();
+    ShowInfo(ObjectFromHandle(over), core::Quoted(target) + " cannot be opened.");
+  };
 }
 
 }  // namespace
@@ -64,6 +74,16 @@ void OpenHelp(const char* fileName, bool) {
   }
   ShowInfo(ObjectFromHandle(GetForegroundWindow()),
            "Help file '" + platform::ProgramFolder() + '/' + name + "'\r\ndoes not exist.");
+}
+
+void OpenOrTell(ZarfWnd* owner, const std::string& target) {
+  const WhenNotOpened tell = TellNotOpened(owner, target);
+  if (!OpenOnDesktop(target, tell)) tell();
+}
+
+void MailOrTell(ZarfWnd* owner, const std::string& address) {
+  const WhenNotOpened tell = TellNotOpened(owner, "mailto:" + address);
+  if (!OpenMail(address, tell)) tell();
 }
 
 void ShellOpen(const std::string& target) {

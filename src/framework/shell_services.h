@@ -8,6 +8,8 @@
 
 #include "platform/desktop/file_dialog.h"
 
+class ZarfWnd;
+
 constexpr int kFileDialogOpen = 1;  // the file must exist
 constexpr int kFileDialogSave = 0;  // asks before it overwrites
 
@@ -30,7 +32,13 @@ bool BrowseFolder(HWND owner, std::string& path);
 // and without useBrowser it is the desktop that shows it.
 void OpenHelp(const char* fileName, bool useBrowser);
 
-// A file, folder or address, with whatever the desktop opens it with.
+// A file, folder or address that a record holds, with whatever the desktop opens it with; a new message to an
+// address. Where nothing opens it, the user is told so over `owner`, at once or as soon as the program that
+// was to open it says so.
+void OpenOrTell(ZarfWnd* owner, const std::string& target);
+void MailOrTell(ZarfWnd* owner, const std::string& address);
+
+// The same, in silence.
 void ShellOpen(const std::string& target);
 void ShellPrint(const std::string& file);
 // A new message to an address; to nobody for null.

@@ -63,6 +63,27 @@ TEST_F(Mouse, AWindowThatDiesLosesTheCapture) {
   EXPECT_EQ(right.Count(WM_LBUTTONDOWN), 1);
 }
 
+TEST_F(Mouse, TheCaptureKeepsTheCursorWhereItIsToldTo) {
+  const auto cornerOf = [&](int x, int y) { return ClientToScreen(left.Handle(), {x, y}); };
+  const RECT bounds{cornerOf(10, 20).x, cornerOf(10, 20).y, cornerOf(50, 60).x, cornerOf(50, 60).y};
+  const auto moveTo = [&](POINT point) {
+    driver.ProcessEvents();  // of the cursor's own moves
+    driver.MoveMouse(left.Handle(), point);
+    return PointFromLParam(left.log.back().lParam);
+  };
+  ClipCursor(&bounds);
+  EXPECT_EQ(moveTo({90, 5}), (POINT{90, 5})) << "without the capture nobody keeps it";
+  SetCapture(left.Handle());
+  ClipCursor(&bounds);
+  EXPECT_EQ(moveTo({95, 5}), (POINT{49, 20}));
+  EXPECT_TRUE(SetCursorPos(cornerOf(30, 30)));
+  EXPECT_EQ(GetCursorPos(), cornerOf(30, 30));
+  SetCapture(right.Handle());  // takes it away
+  SetCapture(left.Handle());
+  EXPECT_EQ(moveTo({90, 8}), (POINT{90, 8}));
+  ReleaseCapture();
+}
+
 TEST_F(Mouse, ASecondQuickPressIsADoubleClickOnlyForClassesThatWantIt) {
   driver.DoubleClick(right.Handle(), {10, 10});
   EXPECT_EQ(right.Count(WM_LBUTTONDBLCLK), 1);

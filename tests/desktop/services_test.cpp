@@ -76,7 +76,7 @@ TEST(Screens, ADialogIsPlacedOnItsOwnersScreen) {
 }
 
 TEST_F(Services, SoundsAreSilentWhileSoundIsOffAndOpenNothing) {
-  Folder().Write("add.wav", "RIFF");
+  Folder().Write("add.wav", std::string("RIFF\4\0\0\0WAVE", 12));
   SetSoundEnabled(0);
   PlaySound("add.wav");
   EXPECT_FALSE(platform::FileExists(Folder().Join("add.wav.played")));
@@ -85,6 +85,20 @@ TEST_F(Services, SoundsAreSilentWhileSoundIsOffAndOpenNothing) {
   EXPECT_FALSE(platform::FileExists(Folder().Join("missing.wav.played")));
   PlaySound("add.wav");
   EXPECT_TRUE(platform::FileExists(Folder().Join("add.wav.played")));
+}
+
+TEST_F(Services, ATonePlaysWhileSoundIsOffAndWhatIsNoneIsSaid) {
+  SetSoundEnabled(0);
+  const std::string tone = Folder().Write("tone.wav", std::string("RIFF\4\0\0\0WAVE", 12));
+  EXPECT_TRUE(PlayTone(tone));
+  EXPECT_TRUE(platform::FileExists(tone + ".played"));
+  const std::string text = Folder().Write("text.wav", "RIFF is not enough");
+  const std::string pipe = Folder().Join("pipe.wav");
+  ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+  for (const std::string& none : {text, pipe, Folder().Path(), Folder().Join("none.wav"), std::string()}) {
+    EXPECT_FALSE(PlayTone(none)) << none;
+  }
+  SetSoundEnabled(1);
 }
 
 TEST_F(Services, BuiltInPicturesAreDrawnByNameAndNumber) {
@@ -202,6 +216,20 @@ TEST_F(Services, WhatIsOpenedIsNeverTakenForAnOptionAndAMailAddressForNothingEls
     MailTo(address);
     EXPECT_EQ(Called("xdg-open"), called);
   }
+}
+
+TEST_F(Services, WhatNothingOpensIsToldOf) {
+  HostWindow host;
+  driver.AnswerMessageBox("\"no such file.txt\" cannot be opened.", IDOK);
+  OpenOrTell(&host, "no such file.txt");
+  // The program that was to open it fails only when it runs.
+  chmod(programs.Write("xdg-open", "#!/bin/sh\nexit 4\n").c_str(), 0755);
+  driver.AnswerMessageBox("\"mailto:ann@example.org\" cannot be opened.", IDOK);
+  MailOrTell(&host, "ann@example.org");
+  driver.Wait(300);
+  AddProgram("xdg-open");
+  OpenOrTell(&host, "https://example.org");
+  EXPECT_EQ(Called("xdg-open"), "https://example.org\n");
 }
 
 TEST_F(Services, PrintingGoesToThePrinterOrElseToAProgramThatCan) {

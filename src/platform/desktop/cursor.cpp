@@ -4,6 +4,7 @@
 #include <QCursor>
 #include <QFile>
 #include <QPixmap>
+#include <QPointer>
 #include <QWidget>
 #include <QWindow>
 #include <algorithm>
@@ -12,8 +13,10 @@
 #include <string>
 #include <vector>
 
+#include "platform/desktop/frame.h"
 #include "platform/desktop/qt/bitmap_pixels.h"
 #include "platform/desktop/qt/mouse.h"
+#include "platform/desktop/window.h"
 
 struct CursorHandle {
   QCursor cursor;
@@ -22,6 +25,8 @@ struct CursorHandle {
 namespace {
 
 HCURSOR shownCursor = nullptr;
+// The window over which the cursor is hidden.
+QPointer<QWidget> blanked;
 // For each wait cursor asked for, whether it is shown.
 std::vector<bool> waitCursorShown;
 
@@ -60,9 +65,29 @@ HCURSOR SetCursor(HCURSOR cursor) {
   const HCURSOR before = shownCursor;
   shownCursor = cursor;
   QWidget* widget = CursorWidget();
-  if (widget != nullptr && cursor != nullptr && widget->cursor() != cursor->cursor)
+  if (widget != nullptr && widget != blanked && cursor != nullptr && widget->cursor() != cursor->cursor)
     widget->setCursor(cursor->cursor);
   return before;
+}
+
+void ShowCursor(bool show) {
+  if (show && blanked != nullptr) {
+    QWidget* widget = blanked;
+    blanked.clear();
+    widget->setCursor(shownCursor != nullptr ? shownCursor->cursor : QCursor(Qt::ArrowCursor));
+  } else if (!show && GetCapture() != nullptr && blanked == nullptr) {
+    blanked = CursorWidget();
+    if (blanked != nullptr) blanked->setCursor(Qt::BlankCursor);
+  }
+}
+
+bool SetCursorPos(POINT screenPoint) {
+  // Qt would only tell its own windows of such a move, and take it back with the next real one.
+  if (!WindowsKnowTheirPlace()) return false;
+  const QPoint wanted(screenPoint.x, screenPoint.y);
+  QCursor::setPos(wanted);
+  constexpr int kRounding = 2;  // on screens of a broken scale
+  return (QCursor::pos() - wanted).manhattanLength() <= kRounding;
 }
 
 void PushWaitCursor() {

@@ -17,6 +17,15 @@ HCURSOR LoadCursor(const char* name);
 // decides otherwise. Answers the one shown before.
 HCURSOR SetCursor(HCURSOR cursor);
 
+// While a window has the capture (window.h) it may keep the cursor in a rectangle of screen pixels (null:
+// lets it go again), and hide it. Both end with the capture, whichever way that ends; without one nothing
+// happens. Where the desktop lets no program move the cursor, it stays free, but mouse messages come as if it
+// were not.
+void ClipCursor(const RECT* screenRect);
+void ShowCursor(bool show);
+// Moves the cursor to a point of the screen. False where the desktop does not let it: it stays where it is.
+bool SetCursorPos(POINT screenPoint);
+
 // The hourglass over the whole program, and back. Calls nest.
 void PushWaitCursor();
 void PopWaitCursor();

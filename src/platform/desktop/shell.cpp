@@ -1,5 +1,7 @@
 #include "platform/desktop/shell.h"
 
+#include <unistd.h>
+
 #include <QDesktopServices>
 #include <QFile>
 #include <QFileInfo>
@@ -7,6 +9,7 @@
 #include <QRegularExpression>
 #include <QStandardPaths>
 #include <QUrl>
+#include <utility>
 
 namespace {
 
@@ -24,21 +27,49 @@ QUrl UrlOf(const std::string& target) {
   return {};
 }
 
-void OpenUrl(const QUrl& url) {
-  if (!url.isValid() || url.isEmpty()) return;
-  if (RunInBackground("xdg-open", {url.toEncoded().toStdString()})) return;
-  QDesktopServices::openUrl(url);
+void MakeMute(QProcess& process) {
+  process.setStandardInputFile(QProcess::nullDevice());
+  process.setStandardOutputFile(QProcess::nullDevice());
+  process.setStandardErrorFile(QProcess::nullDevice());
+}
+
+// Runs a program, and goes on listening for how it ends. It outlives this one.
+void RunAndListen(const QString& program, const QString& argument, WhenNotOpened notOpened) {
+  auto* process = new QProcess;  // gone when it has ended; where this program ends first, nobody stops it
+  process->setProgram(program);
+  process->setArguments({argument});
+  process->setChildProcessModifier([] { setsid(); });
+  MakeMute(*process);
+  const auto end = [process, notOpened = std::move(notOpened)](bool opened) {
+    process->deleteLater();
+    if (!opened && notOpened) notOpened();
+  };
+  QObject::connect(process, &QProcess::finished, process, [end](int code, QProcess::ExitStatus status) {
+    end(code == 0 && status == QProcess::NormalExit);
+  });
+  QObject::connect(process, &QProcess::errorOccurred, process, [end](QProcess::ProcessError error) {
+    if (error == QProcess::FailedToStart) end(false);
+  });
+  process->start();
+}
+
+bool OpenUrl(const QUrl& url, WhenNotOpened notOpened) {
+  if (!url.isValid() || url.isEmpty()) return false;
+  const QString opener = QStandardPaths::findExecutable(QStringLiteral("xdg-open"));
+  if (opener.isEmpty()) return QDesktopServices::openUrl(url);
+  RunAndListen(opener, QString::fromLatin1(url.toEncoded()), std::move(notOpened));
+  return true;
 }
 
 }  // namespace
 
-void OpenOnDesktop(const std::string& target) {
-  OpenUrl(UrlOf(target));
+bool OpenOnDesktop(const std::string& target, WhenNotOpened notOpened) {
+  return OpenUrl(UrlOf(target), std::move(notOpened));
 }
 
-void OpenMail(const std::string& address) {
+bool OpenMail(const std::string& address, WhenNotOpened notOpened) {
   const QByteArray encoded = QUrl::toPercentEncoding(QString::fromStdString(address), "@,");
-  OpenUrl(QUrl::fromEncoded("mailto:" + encoded, QUrl::StrictMode));
+  return OpenUrl(QUrl::fromEncoded("mailto:" + encoded, QUrl::StrictMode), std::move(notOpened));
 }
 
 void PrintFile(const std::string& path) {
@@ -57,9 +88,7 @@ bool RunInBackground(const std::string& program, const std::vector<std::string>&
   QProcess process;
   process.setProgram(found);
   process.setArguments(list);
-  process.setStandardInputFile(QProcess::nullDevice());
-  process.setStandardOutputFile(QProcess::nullDevice());
-  process.setStandardErrorFile(QProcess::nullDevice());
+  MakeMute(process);
   return process.startDetached();
 }
 

@@ -1,6 +1,7 @@
 #include "platform/desktop/sound.h"
 
 #include <QCoreApplication>
+#include <QFile>
 #include <QFileInfo>
 #include <QLibrary>
 
@@ -20,10 +21,21 @@ PlayWave LoadModule() {
   return nullptr;
 }
 
+// Whether the file begins as a wave file does. What is no plain file, a pipe for example, is not opened: that
+// could wait for ever.
+bool IsWaveFile(const QString& path) {
+  if (!QFileInfo(path).isFile()) return false;
+  QFile file(path);
+  if (!file.open(QIODevice::ReadOnly)) return false;
+  const QByteArray start = file.read(12);
+  return start.startsWith("RIFF") && start.endsWith("WAVE");
+}
+
 }  // namespace
 
-void PlayWaveFile(const std::string& path) {
-  if (!QFileInfo::exists(QString::fromStdString(path))) return;
+bool PlayWaveFile(const std::string& path) {
+  if (!IsWaveFile(QFile::decodeName(path.c_str()))) return false;
   static const PlayWave play = LoadModule();
   if (play != nullptr) play(path.c_str());
+  return true;
 }

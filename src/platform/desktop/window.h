@@ -137,6 +137,9 @@ bool ShowsFocus(HWND window);
 // The window the user works in, when it is one of ours.
 HWND GetForegroundWindow();
 void SetForegroundWindow(HWND window);
+// The same, out of the task bar too, for what the user has to see now. Where the desktop lets no program put
+// itself in front, it asks for attention instead.
+void BringToFront(HWND window);
 
 // All mouse messages go to the window that holds the capture.
 void SetCapture(HWND window);

@@ -33,3 +33,11 @@ void SetForegroundWindow(HWND window) {
   widget->window()->raise();
   widget->window()->activateWindow();
 }
+
+void BringToFront(HWND window) {
+  QWidget* widget = OuterWidgetOf(window);
+  if (widget == nullptr || !widget->isVisible()) return;
+  if (widget->isMinimized()) widget->setWindowState(widget->windowState() & ~Qt::WindowMinimized);
+  SetForegroundWindow(window);
+  QApplication::alert(widget->window());
+}

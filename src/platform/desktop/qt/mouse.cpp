@@ -4,13 +4,18 @@
 #include <QMouseEvent>
 #include <QPointer>
 #include <QWidget>
+#include <algorithm>
+#include <optional>
 
+#include "platform/desktop/cursor.h"
 #include "platform/desktop/qt/window_table.h"
 #include "platform/desktop/window.h"
 
 namespace {
 
 HWND captureWindow = nullptr;
+// Where the window with the capture keeps the cursor, in screen pixels.
+std::optional<RECT> cursorBounds;
 
 QPointer<QWidget>& LastUnderMouse() {
   static QPointer<QWidget> widget;
@@ -47,6 +52,22 @@ UINT MessageOf(const QMouseEvent& event, const WindowEntry& target) {
   }
 }
 
+// A mouse event's place, brought back to where the cursor is kept, and the cursor with it.
+QPoint KeptInBounds(const QMouseEvent& event) {
+  const QPoint point = event.globalPosition().toPoint();
+  if (!cursorBounds) return point;
+  const QPoint kept(std::clamp(point.x(), cursorBounds->left, cursorBounds->right - 1),
+                    std::clamp(point.y(), cursorBounds->top, cursorBounds->bottom - 1));
+  if (kept != point) SetCursorPos({kept.x(), kept.y()});
+  return kept;
+}
+
+// What the window did with the cursor ends with its capture.
+void FreeCursor() {
+  cursorBounds.reset();
+  ShowCursor(true);
+}
+
 }  // namespace
 
 unsigned MouseKeys(Qt::MouseButtons buttons, Qt::KeyboardModifiers modifiers) {
@@ -59,7 +80,7 @@ void RouteMouseEvent(QWidget* receiver, QMouseEvent* event) {
   event->accept();
   const bool move = event->type() == QEvent::MouseMove;
   if (!move && event->button() != Qt::LeftButton && event->button() != Qt::RightButton) return;
-  const QPoint global = event->globalPosition().toPoint();
+  const QPoint global = KeptInBounds(*event);
   const WindowEntry* target = Target(receiver, global);
   if (target == nullptr) return;
   // Where no window manager hands out the keyboard, a click must.
@@ -91,6 +112,7 @@ void ReleaseCapture() {
   const HWND old = captureWindow;
   if (old == nullptr) return;
   captureWindow = nullptr;
+  FreeCursor();
   if (QWidget* grabber = QWidget::mouseGrabber()) grabber->releaseMouse();
   SendMessage(old, WM_CAPTURECHANGED, 0, 0);
 }
@@ -106,7 +128,14 @@ void NoteUnderMouse(QWidget* widget) {
 void ForgetCapture(HWND window) {
   if (captureWindow != window) return;
   captureWindow = nullptr;
+  FreeCursor();
   if (QWidget* grabber = QWidget::mouseGrabber()) grabber->releaseMouse();
+}
+
+void ClipCursor(const RECT* screenRect) {
+  cursorBounds.reset();
+  const bool room = screenRect != nullptr && Width(*screenRect) > 0 && Height(*screenRect) > 0;
+  if (room && captureWindow != nullptr) cursorBounds = *screenRect;
 }
 
 QWidget* CursorWidget() {
