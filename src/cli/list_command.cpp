@@ -9,6 +9,7 @@
 #include "cli/commands.h"
 #include "cli/values.h"
 #include "core/calendar/repeat_rule.h"
+#include "core/calendar/text_search.h"
 #include "core/store/record_query.h"
 #include "core/store/record_scan.h"
 
@@ -55,31 +56,19 @@ Outcome ParseDays(const Arguments& arguments, Selection& selection) {
   return Fail(kUsage, "--from lies after --to");
 }
 
-// Subject or notes, and the category: of two neighbours that are not both kAnd one is enough, so the category
-// stands there twice.
 Outcome ParseFilter(const Arguments& arguments, core::RecordQuery& filter) {
-  using core::ConditionOp;
-  using core::Connector;
-  const bool byCategory = arguments.Has("category");
   if (arguments.Has("find")) {
     std::string text;
-    Outcome parsed =
-        ParseText("find", arguments.Value("find"), core::RecordQuery::kValueSize - 1, false, text);
+    Outcome parsed = ParseText("find", arguments.Value("find"), core::TextSearch::kMostText, false, text);
     if (!parsed.IsDone()) return parsed;
-    filter.AddTextCondition(offsetof(Appointment, subject), sizeof(Appointment::subject),
-                            ConditionOp::kContains, text, Connector::kOr);
-    filter.AddTextCondition(offsetof(Appointment, notes), sizeof(Appointment::notes), ConditionOp::kContains,
-                            text, Connector::kOr);
+    core::AddTextConditions(filter, text);
   }
-  if (byCategory) {
+  if (arguments.Has("category")) {
     std::string name;
     Outcome parsed =
         ParseText("category", arguments.Value("category"), sizeof(core::RecordHeader::category), true, name);
     if (!parsed.IsDone()) return parsed;
-    for (int i = 0; i < 2; ++i) {
-      filter.AddTextCondition(offsetof(core::RecordHeader, category), sizeof(core::RecordHeader::category),
-                              ConditionOp::kEqual, name, Connector::kAnd);
-    }
+    core::AddCategoryConditions(filter, name);
   }
   if (filter.ConditionCount() == 0) filter.AddMatchAll();
   return {};

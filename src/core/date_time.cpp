@@ -205,6 +205,18 @@ bool PreviousDay(Date& date) {
   return Accept(date, day, month, year);
 }
 
+bool StepDays(Date& date, std::int32_t days) {
+  Date moved = date;
+  // After the first step the date has a day number, whatever it was before.
+  if (days != 0 && !(days > 0 ? NextDay(moved) : PreviousDay(moved))) return false;
+  const std::int64_t rest = std::int64_t{days} - (days > 0) + (days < 0);
+  const std::int64_t index = DayIndex(moved) + rest;
+  if (rest != 0 && (index < 0 || index > DayIndex(LastDate()))) return false;
+  if (rest != 0 && !DateFromIndex(static_cast<int>(index), moved)) return false;
+  date = moved;
+  return true;
+}
+
 bool NextWeek(Date& date) {
   return StepWeek(date, NextDay);
 }

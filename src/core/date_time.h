@@ -98,6 +98,9 @@ bool TimeFromSlot(int slot, TimeOfDay& time);
 bool NextDay(Date& date);
 bool PreviousDay(Date& date);
 
+// So many days forward, or back when negative: as single steps would, but at once, whatever the number.
+bool StepDays(Date& date, std::int32_t days);
+
 // Seven single steps. One that would cross an edge of the calendar stops at the edge and still succeeds; it
 // is refused only when it ends on a date without a day number.
 bool NextWeek(Date& date);

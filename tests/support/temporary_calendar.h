@@ -125,7 +125,7 @@ inline core::RecordQuery AllRecords(const core::RecordFile& file) {
 }
 
 // The subjects of a list, in its order.
-inline std::vector<std::string> Subjects(const core::RecordFile& file, const core::RecordQuery& query) {
+inline std::vector<std::string> Subjects(const core::RecordFile& file, const core::RecordList& query) {
   std::vector<std::string> subjects;
   for (const core::RecordKey& key : query.Keys()) {
     core::Appointment appointment;

@@ -1,5 +1,6 @@
 #include "core/calendar/appointment.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace core {
@@ -41,6 +42,11 @@ int Compare(std::uint64_t a, std::uint64_t b) {
   return a < b ? -1 : (a > b ? 1 : 0);
 }
 
+// Nothing rings behind its day: a number below 0 counts as none.
+std::int32_t DaysBefore(const Appointment& appointment) {
+  return std::max(std::int32_t{appointment.alarmDaysBefore}, 0);
+}
+
 Appointment Example(const HeaderBlock& header, const TimeOfDay& start, const TimeOfDay& end, bool allDay,
                     std::string_view category, std::string_view subject) {
   Appointment example{};
@@ -75,18 +81,14 @@ bool IsInternetEvent(const Appointment& appointment) {
 
 bool AlarmDateFromDate(Appointment& appointment, const Date& date) {
   Date moved = date;
-  for (std::int32_t i = 0; i < appointment.alarmDaysBefore; ++i) {
-    if (!PreviousDay(moved)) return false;
-  }
+  if (!StepDays(moved, -DaysBefore(appointment))) return false;
   appointment.alarmDate = moved;
   return true;
 }
 
 bool DateFromAlarm(const Appointment& appointment, Date& date) {
   Date moved = appointment.alarmDate;
-  for (std::int32_t i = 0; i < appointment.alarmDaysBefore; ++i) {
-    if (!NextDay(moved)) return false;
-  }
+  if (!StepDays(moved, DaysBefore(appointment))) return false;
   date = moved;
   return true;
 }

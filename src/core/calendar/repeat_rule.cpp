@@ -199,6 +199,15 @@ std::uint64_t OccurrenceDays(const Appointment& appointment, const Date& first, 
   return days;
 }
 
+std::optional<Date> NextOccurrence(const Appointment& appointment, const Date& day) {
+  const int from = DayIndex(day);
+  if (from < 0) return std::nullopt;
+  const RuleDays rule(appointment);
+  Date next{};
+  if (!DateFromIndex(static_cast<int>(rule.Next(from + 1, rule.End())), next)) return std::nullopt;
+  return next;
+}
+
 bool OccursOnDate(const void* slot, const void* value) {
   Date day;
   std::memcpy(&day, value, sizeof day);

@@ -40,6 +40,10 @@ inline constexpr int kMostOccurrenceDays = 64;
 // calendar has none.
 std::uint64_t OccurrenceDays(const Appointment& appointment, const Date& first, int count);
 
+// The first day behind `day` on which the repeating appointment falls, by OccursOn; nothing when there is
+// none, or `day` is no day of the calendar.
+std::optional<Date> NextOccurrence(const Appointment& appointment, const Date& day);
+
 // A condition of RecordQuery on field offset 0: `value` holds a Date. True for an appointment on that day,
 // repeating or not.
 bool OccursOnDate(const void* slot, const void* value);
