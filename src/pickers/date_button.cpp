@@ -8,10 +8,7 @@ void DateButton::Show(const core::Date& date) const {
 }
 
 std::optional<core::Date> DateButton::Pick(const core::Date& start) const {
-  RECT button;
-  GetWindowRect(Handle(), &button);
   DatePickerDialog picker(start);
-  picker.SetPosition({button.left, button.bottom});
-  picker.SetAnimate(true);
+  picker.OpenBelow(Handle());
   return picker.Run(&dialog) ? std::optional(picker.Date()) : std::nullopt;
 }
