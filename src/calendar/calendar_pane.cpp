@@ -18,6 +18,9 @@ namespace {
 constexpr const char* kProgram = "Tempoline";
 constexpr int kWorkPane = 1;
 
+constexpr UINT kAlarmTimer = 106;
+constexpr int kAlarmMs = 120000;
+
 // A command of the pane to itself.
 constexpr unsigned kLookAfterFile = 2100;
 
@@ -42,7 +45,8 @@ CalendarPane::CalendarPane()
         if (kind == CommandKind::kOfUser) FocusPane();
       }),
       intro("Intro", kProgram, kIntroColours, kIntroLook),
-      work("Work", kWorkColours, session, gate) {
+      work("Work", kWorkColours, session, gate),
+      alarms(session, gate, *this) {
   session.SetCompactionWatcher(ShowCompaction(this));
   session.AddListener(*this);
 }
@@ -55,7 +59,9 @@ CalendarPane::~CalendarPane() {
 
 LRESULT CalendarPane::OnCreate(const MessageRecord& record) {
   if (ZarfWndApp::OnCreate(record) == -1) return -1;
-  return intro.Create(this) && work.Create(this) ? 0 : -1;
+  if (!intro.Create(this) || !work.Create(this)) return -1;
+  SetTimer(hwnd, kAlarmTimer, kAlarmMs);
+  return 0;
 }
 
 LRESULT CalendarPane::OnAfterCreate(const MessageRecord&) {
@@ -162,7 +168,14 @@ LRESULT CalendarPane::OnClose(const MessageRecord& record) {
   return gate.MayClose() ? ZarfWndApp::OnClose(record) : 0;
 }
 
+LRESULT CalendarPane::OnTimer(const MessageRecord& record) {
+  if (record.wParam != kAlarmTimer) return ZarfWndApp::OnTimer(record);
+  alarms.Run();
+  return 0;
+}
+
 LRESULT CalendarPane::OnDestroy(const MessageRecord& record) {
+  KillTimer(hwnd, kAlarmTimer);
   session.Take(nullptr);
   return ZarfWndApp::OnDestroy(record);
 }

@@ -2,6 +2,7 @@
 // session, opens the calendar of the start, and hands commands to whoever carries them out, one at a time.
 #pragma once
 
+#include "calendar/alarm_check.h"
 #include "calendar/work_pane.h"
 #include "core/calendar/calendar_session.h"
 #include "shell/intro_pane.h"
@@ -21,6 +22,7 @@ class CalendarPane : public ZarfWndApp, private core::SessionListener {
   LRESULT OnAfterCreate(const MessageRecord& record) override;
   LRESULT OnActivate(const MessageRecord& record) override;
   LRESULT OnCommand(const MessageRecord& record) override;
+  LRESULT OnTimer(const MessageRecord& record) override;
   LRESULT OnClose(const MessageRecord& record) override;
   LRESULT OnDestroy(const MessageRecord& record) override;
   void ShowHelp(int topic) override;
@@ -39,4 +41,5 @@ class CalendarPane : public ZarfWndApp, private core::SessionListener {
   CommandGate gate;
   ZarfIntroPane intro;
   WorkPane work;
+  AlarmCheck alarms;
 };

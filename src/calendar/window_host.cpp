@@ -7,7 +7,8 @@
 
 bool WindowHost::EditRecord(core::Appointment& record, bool isNew) {
   using Mode = AppointmentEditor::Mode;
-  AppointmentEditor editor(*session.File(), record, session.CurrentDate(), isNew ? Mode::kNew : Mode::kEdit);
+  AppointmentEditor editor(*session.File(), record, session.CurrentDate(), isNew ? Mode::kNew : Mode::kEdit,
+                           session.Filter());
   return editor.Run(&window) == 1;
 }
 

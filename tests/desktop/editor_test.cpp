@@ -56,9 +56,7 @@ TEST_F(EditorTest, OkUntouchedChangesNothingButTheAlarmThatIsOff) {
               EXPECT_EQ(TextOf(dialog, AppointmentEditor::kCategoryBox), std::string(30, 'C'));
               EXPECT_TRUE(IsDlgButtonChecked(dialog, AppointmentEditor::kAllDayBox) &&
                           IsDlgButtonChecked(dialog, AppointmentEditor::kConfidentialBox));
-              for (const int absent : {AppointmentEditor::kTimeButton, AppointmentEditor::kAlarmButton,
-                                       AppointmentEditor::kAttachButton, AppointmentEditor::kWithButton})
-                EXPECT_FALSE(Enabled(dialog, absent)) << absent;
+              EXPECT_FALSE(Enabled(dialog, AppointmentEditor::kTimeButton));
               PressOk(dialog);
             }),
             1);
@@ -125,6 +123,41 @@ TEST_F(EditorTest, TheRepeatButtonSetsTheRule) {
   });
   EXPECT_EQ(record.repeat.repeatType, core::kRepeatMonthly);
   EXPECT_EQ(+record.repeat.repeatParam, 14U);
+}
+
+TEST_F(EditorTest, TheTimeButtonSetsBothTimesWhileItIsNotAllDay) {
+  EXPECT_EQ(Edit([&](HWND dialog) {
+              driver.ClickControl(dialog, AppointmentEditor::kAllDayBox);
+              EXPECT_FALSE(Enabled(dialog, AppointmentEditor::kTimeButton));
+              driver.ClickControl(dialog, AppointmentEditor::kAllDayBox);
+              driver.WhenDialogOpens([&](HWND picker) {
+                driver.Press(picker, VK_NEXT);
+                PressOk(picker);
+              });
+              driver.ClickControl(dialog, AppointmentEditor::kTimeButton);
+              EXPECT_EQ(TextOf(dialog, AppointmentEditor::kTimeButton), "13:30 / 14:30");
+              PressOk(dialog);
+            }),
+            1);
+  EXPECT_EQ(core::TimeSlot(record.endTime), core::TimeSlot(2, 30, core::kAfterNoon));
+}
+
+TEST_F(EditorTest, ARuleThatDoesNotMeetTheDateIsTold) {
+  record.repeat = Entry().Every(1, core::kRepeatMonthly, 15).Until(20, 5, 2004).appointment.repeat;
+  Edit([&](HWND dialog) { PressOk(dialog); });  // as it was: the user knows
+  const std::pair<core::Date, const char*> moves[] = {{{14, 2, 2004}, "first occurs on 15/3/2004."},
+                                                      {{20, 3, 2004}, "first occurs on 15/5/2004."},
+                                                      {{16, 4, 2004}, "never occurs"}};
+  for (const auto& [date, told] : moves) {
+    record.date = date;
+    Edit([&, told = told](HWND dialog) {
+      driver.WhenDialogOpens([&](HWND picker) { PickMonth(driver, picker, 1); });
+      driver.ClickControl(dialog, AppointmentEditor::kDateButton);
+      driver.AnswerMessageBox(told, IDOK);
+      PressOk(dialog);
+    });
+    EXPECT_EQ(+record.repeat.repeatParam, 15U);
+  }
 }
 
 TEST_F(EditorTest, TheDateButtonOpensThePicker) {

@@ -1,10 +1,14 @@
 #include "calendar/dialogs/appointment_editor.h"
 
+#include <cstring>
 #include <string>
 
+#include "calendar/dialogs/alarm_settings_dialog.h"
+#include "calendar/dialogs/attach_dialog.h"
 #include "calendar/dialogs/repeat_dialog.h"
 #include "core/calendar/categories.h"
 #include "core/calendar/repeat_choice.h"
+#include "core/calendar/repeat_rule.h"
 #include "core/time_texts.h"
 #include "framework/notices.h"
 #include "resources/text_ids.h"
@@ -19,22 +23,28 @@ constexpr int kMinuteStep = 5;
 }  // namespace
 
 AppointmentEditor::AppointmentEditor(const core::RecordFile& calendar, core::Appointment& record,
-                                     const core::Date& date, Mode mode)
-    : file(calendar), appointment(record), owner(calendar.AccessLevel() == core::Access::kOwner) {
-  if (mode == Mode::kNew) MakeNew(date);
+                                     const core::Date& date, Mode editMode, std::string_view newCategory)
+    : file(calendar),
+      appointment(record),
+      mode(editMode),
+      ruleBefore(record.repeat),
+      dateBefore(record.date),
+      owner(calendar.AccessLevel() == core::Access::kOwner) {
+  if (mode == Mode::kNew) MakeNew(date, newCategory);
 }
 
 int AppointmentEditor::Run(ZarfWnd* parent) {
   return Open(parent, kTemplate);
 }
 
-void AppointmentEditor::MakeNew(const core::Date& date) {
+void AppointmentEditor::MakeNew(const core::Date& date, std::string_view newCategory) {
   // Where the file cannot be read at this moment the caller's record, which it made before, has to do.
   core::Appointment made;
   if (core::NewAppointment(file, made)) appointment = made;
   appointment.date = date;
   appointment.startTime = core::NowRounded(kMinuteStep);
   appointment.endTime = appointment.startTime;
+  core::WriteText(appointment.header.category, newCategory);
   core::ResetAlarm(appointment);
 }
 
@@ -47,9 +57,7 @@ LRESULT AppointmentEditor::OnInitDialog(const MessageRecord&) {
   confidential.Check(owner && appointment.header.confidential != 0);
   confidential.Enable(owner);
   allDay.Check(appointment.allDay != 0);
-  for (const int id : {kTimeButton, kAlarmButton, kAttachButton, kWithButton}) {
-    EnableWindow(GetDlgItem(hwnd, id), false);
-  }
+  times.Enable(!allDay.Checked());
   OkNeedsText(kSubjectEdit);
   subject.Focus();
   return 0;
@@ -66,7 +74,7 @@ void AppointmentEditor::ShowCategory() {
 }
 
 void AppointmentEditor::ShowTimes() {
-  times.SetText(core::FormatTime(appointment.startTime) + " / " + core::FormatTime(appointment.endTime));
+  times.Show({appointment.startTime, appointment.endTime});
 }
 
 LRESULT AppointmentEditor::OnCommand(const MessageRecord& record) {
@@ -80,8 +88,17 @@ LRESULT AppointmentEditor::OnCommand(const MessageRecord& record) {
     case kRepeatButton:
       RepeatDialog(appointment).Run(this);
       return 1;
+    case kTimeButton:
+      OnTimeButton();
+      return 1;
+    case kAlarmButton:
+      AlarmSettingsDialog(appointment, mode == Mode::kNew).Run(this);
+      return 1;
+    case kAttachButton:
+      AttachDialog(appointment).Run(this);
+      return 1;
     case kAllDayBox:
-      appointment.allDay = allDay.Checked() ? 1 : 0;
+      OnAllDay();
       return 1;
     default:
       return ZarfDialog::OnCommand(record);
@@ -100,11 +117,40 @@ void AppointmentEditor::OnDateButton() {
   subject.Focus();
 }
 
+void AppointmentEditor::OnTimeButton() {
+  if (const auto picked = times.Pick(TimeRange{appointment.startTime, appointment.endTime})) {
+    appointment.startTime = picked->start;
+    appointment.endTime = picked->end;
+    ShowTimes();
+  }
+  subject.Focus();
+}
+
+// The times are kept: they come back when the box is unchecked.
+void AppointmentEditor::OnAllDay() {
+  appointment.allDay = allDay.Checked() ? 1 : 0;
+  times.Enable(!allDay.Checked());
+}
+
+// A rule that the user has just made need not fall on the date he chose, which then shows no appointment.
+void AppointmentEditor::TellFirstOccurrence() {
+  const bool changed = std::memcmp(&ruleBefore, &appointment.repeat, sizeof ruleBefore) != 0 ||
+                       !core::IsSameDate(dateBefore, appointment.date);
+  if (!changed || !core::HasRepeat(appointment) || core::OccursOn(appointment, appointment.date)) return;
+  const std::string date = core::FormatDate(appointment.date);
+  const auto first = core::NextOccurrence(appointment, appointment.date);
+  ShowInfo(this,
+           first ? "This appointment does not fall on " + date + ": by its repeats it first occurs on " +
+                       core::FormatDate(*first) + "."
+                 : "By its repeats this appointment never occurs: not on " + date + " and on no later day.");
+}
+
 void AppointmentEditor::OnOk() {
   subject.TakeField(appointment.subject);
   notes.TakeField(appointment.notes);
   category.TakeField(appointment.header.category);
   appointment.header.confidential = confidential.Checked() ? 1 : 0;
   core::SettleAlarm(appointment);
+  TellFirstOccurrence();
   EndDialog(1);
 }

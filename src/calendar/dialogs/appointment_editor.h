@@ -6,6 +6,7 @@
 #include "core/calendar/appointment.h"
 #include "framework/dialog_items.h"
 #include "pickers/date_button.h"
+#include "pickers/time_button.h"
 
 class AppointmentEditor : public ZarfDialog {
  public:
@@ -26,10 +27,10 @@ class AppointmentEditor : public ZarfDialog {
   };
 
   // `record` is borrowed and receives the fields on OK. With kNew it is first made a new appointment on
-  // `date` at this time of day; with kEdit `date` is not used. `file` is only read: for its categories and
-  // the user's rights.
+  // `date` and in `newCategory` at this time of day; with kEdit neither is used. `file` is only read: for its
+  // categories and the user's rights.
   AppointmentEditor(const core::RecordFile& file, core::Appointment& record, const core::Date& date,
-                    Mode mode);
+                    Mode mode, std::string_view newCategory = {});
 
   // Runs the dialog over `owner`: 1 for OK, 0 for Cancel. After Cancel the record may be changed and is of no
   // use.
@@ -39,18 +40,25 @@ class AppointmentEditor : public ZarfDialog {
   LRESULT OnCommand(const MessageRecord& record) override;
 
  private:
-  void MakeNew(const core::Date& date);
+  void MakeNew(const core::Date& date, std::string_view category);
   void ShowCategory();
   void ShowTimes();
   void OnDateButton();
+  void OnTimeButton();
+  void OnAllDay();
+  void TellFirstOccurrence();
   void OnOk();
 
   const core::RecordFile& file;
   core::Appointment& appointment;
+  const Mode mode;
+  // As the editor opened.
+  const core::RepeatRule ruleBefore;
+  const core::Date dateBefore;
   const bool owner;  // whether the user may see and set "Confidential"
 
   DateButton dateButton{*this, kDateButton};
-  TextItem times{*this, kTimeButton};
+  TimeButton times{*this, kTimeButton};
   TextItem subject{*this, kSubjectEdit};
   ComboItem category{*this, kCategoryBox};
   CheckItem confidential{*this, kConfidentialBox};

@@ -1,0 +1,39 @@
+// Rings the alarms of the open calendar, one at each check. Of all copies on a file the one that gets the
+// edit lock of an appointment rings it, and moves its alarm on or turns it off before it gives the lock back.
+// So a copy that may not write rings none: its file has others for that, and it would ring the same one for
+// ever.
+#pragma once
+
+#include <string>
+
+#include "calendar/command_gate.h"
+#include "core/calendar/alarm_schedule.h"
+#include "core/calendar/calendar_session.h"
+#include "core/store/edit_lock.h"
+
+class ZarfWnd;
+
+class AlarmCheck {
+ public:
+  // All must outlive it. The alarm stands over `frame`, the main window.
+  AlarmCheck(core::CalendarSession& calendarSession, CommandGate& commandGate, ZarfWnd& mainFrame)
+      : session(calendarSession), gate(commandGate), frame(mainFrame) {}
+
+  // Shows the first alarm that is due, if any, and returns when the user has seen it. Does nothing while a
+  // command runs, an alarm being one, while this program holds an edit lock, and while the mouse is captured.
+  void Run();
+
+ private:
+  // kDone when the alarm was shown; kVanished when there is nothing to show any more.
+  core::CommandResult RingIfDue(const core::RecordKey& key, const core::AlarmMoment& now);
+  void Ring(core::EditLock& lock, const core::Appointment& record);
+  // What the user is to know of it, if anything.
+  std::string Store(core::EditLock& lock, bool disable);
+
+  core::CalendarSession& session;
+  CommandGate& gate;
+  ZarfWnd& frame;
+  // A file that does not answer is asked less and less often: each try may hold up the window.
+  int checksToSkip = 0;
+  int nextSkip = 1;
+};
