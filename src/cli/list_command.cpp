@@ -149,12 +149,9 @@ void Lister::WriteDays(Table& table, int first, int count) {
   for (; nextSingle < single.size() && single[nextSingle].day < first + count; ++nextSingle) {
     rows.push_back(single[nextSingle]);
   }
-  Appointment asked{};
   for (Candidate& candidate : repeating) {
-    asked.date = candidate.date;
-    asked.repeat = candidate.repeat;
-    for (std::uint64_t falls = core::OccurrenceDays(asked, firstDate, count); falls != 0;
-         falls &= falls - 1) {
+    std::uint64_t falls = core::OccurrenceDays(candidate.date, candidate.repeat, firstDate, count);
+    for (; falls != 0; falls &= falls - 1) {
       candidate.day = first + std::countr_zero(falls);
       rows.push_back(candidate);
     }

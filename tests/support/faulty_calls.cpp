@@ -44,6 +44,7 @@ FaultyCalls::FaultyCalls() : original(platform::SystemFileCalls()) {
                                  FaultyEntries::Other<kCreateNew, &Calls::createNew>,
                                  FaultyEntries::Other<kRemove, &Calls::remove>,
                                  original.locksReach,
+                                 original.state,
                                  original.nowMs};
 }
 

@@ -2,9 +2,10 @@
 
 #include <algorithm>
 #include <optional>
+#include <utility>
 
+#include "core/calendar/day_table.h"
 #include "core/calendar/repeat_rule.h"
-#include "core/store/record_scan.h"
 
 namespace core {
 namespace {
@@ -21,6 +22,12 @@ std::int64_t MomentKey(const AlarmMoment& moment) {
   return kDay * StoredDayIndex(moment.date) + AlarmSlot(moment.time);
 }
 
+// `base` is the day that the alarm is about.
+AlarmMoment Ring(const Date& base, const Date& alarmDate, const TimeOfDay& time, std::int32_t daysBefore) {
+  Date ring = base;
+  return {StepDays(ring, -std::max(daysBefore, 0)) ? ring : alarmDate, time};
+}
+
 }  // namespace
 
 AlarmMoment AlarmNow() {
@@ -28,11 +35,8 @@ AlarmMoment AlarmNow() {
 }
 
 AlarmMoment RingMoment(const Appointment& appointment) {
-  Appointment alarm = appointment;
-  const Date base = HasRepeat(appointment) ? appointment.alarmDate : appointment.date;
-  // Where it has no date, the stored one stands.
-  static_cast<void>(AlarmDateFromDate(alarm, base));
-  return {alarm.alarmDate, alarm.alarmTime};
+  return Ring(HasRepeat(appointment) ? appointment.alarmDate : appointment.date, appointment.alarmDate,
+              appointment.alarmTime, appointment.alarmDaysBefore);
 }
 
 bool IsDue(const Appointment& appointment, const AlarmMoment& now) {
@@ -62,32 +66,23 @@ void AfterAlarm(Appointment& appointment, bool disable) {
 
 bool ListAlarms(const RecordFile& file, const AlarmMoment& now, AlarmList& list) {
   list = {};
-  if (file.SlotSize() != sizeof(Appointment)) return false;
-  struct Alarm {
-    int alarmDay;
-    std::int64_t ring;
-    RecordKey record;
-  };
-  std::vector<Alarm> due;
-  std::optional<Alarm> next;
-  const ScanResult scanned = ScanRecords(file, [&](const char* slot, std::int32_t offset) {
-    const auto& appointment = *reinterpret_cast<const Appointment*>(slot);
-    if (appointment.alarmOn != 1) return;
-    const Alarm alarm{StoredDayIndex(appointment.alarmDate),
-                      MomentKey(RingMoment(appointment)),
-                      {offset, appointment.header.recordId}};
-    if (alarm.ring <= MomentKey(now)) {
-      due.push_back(alarm);
-    } else if (!next || alarm.ring < next->ring) {
-      next = alarm;
+  const DayTable* table = DayTable::Of(file);
+  if (table == nullptr) return false;
+  std::vector<std::pair<int, RecordKey>> due;  // with the day of alarmDate
+  std::int64_t nextRing = 0;
+  table->VisitAlarms([&](const DayTable::Alarm& alarm) {
+    const std::int64_t ring = MomentKey(Ring(alarm.repeats ? alarm.alarmDate : alarm.date, alarm.alarmDate,
+                                             alarm.alarmTime, alarm.alarmDaysBefore));
+    if (ring <= MomentKey(now)) {
+      due.emplace_back(StoredDayIndex(alarm.alarmDate), alarm.record);
+    } else if (list.next.IsNone() || ring < nextRing) {
+      list.next = alarm.record;
+      nextRing = ring;
     }
   });
-  if (scanned == ScanResult::kFailed) return false;
-  std::stable_sort(due.begin(), due.end(),
-                   [](const Alarm& a, const Alarm& b) { return a.alarmDay < b.alarmDay; });
-  for (const Alarm& alarm : due) list.due.push_back(alarm.record);
-  if (next) list.next = next->record;
-  list.whole = scanned == ScanResult::kAll;
+  std::stable_sort(due.begin(), due.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
+  for (const auto& [day, record] : due) list.due.push_back(record);
+  list.whole = table->IsWhole();
   return true;
 }
 

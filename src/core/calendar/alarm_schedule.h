@@ -40,7 +40,7 @@ struct AlarmList {
   bool whole = true;           // false when a part of the file could not be read
 };
 
-// Lists them by one pass over the file. False, with an empty list, when there is no memory, the file is
+// Lists them from the file's day table. False, with an empty list, when there is no memory, the file is
 // closed or no calendar, or its password allows nothing.
 [[nodiscard]] bool ListAlarms(const RecordFile& file, const AlarmMoment& now, AlarmList& list);
 

@@ -1,13 +1,26 @@
 #include "core/calendar/day_lists.h"
 
 #include <algorithm>
-#include <bit>
+#include <cstddef>
+#include <optional>
 
-#include "core/calendar/repeat_rule.h"
-#include "core/store/record_scan.h"
-#include "core/store/value_compare.h"
+#include "core/calendar/day_table.h"
 
 namespace core {
+namespace {
+
+// Of more records than a list holds those count that come first in the file.
+void KeepFirst(std::vector<RecordKey>& records) {
+  if (records.size() <= RecordList::kMostRecords) return;
+  std::vector<std::int32_t> offsets(records.size());
+  std::transform(records.begin(), records.end(), offsets.begin(),
+                 [](const RecordKey& key) { return key.offset; });
+  const auto beyond = offsets.begin() + static_cast<std::ptrdiff_t>(RecordList::kMostRecords);
+  std::nth_element(offsets.begin(), beyond, offsets.end());
+  std::erase_if(records, [&](const RecordKey& key) { return key.offset >= *beyond; });
+}
+
+}  // namespace
 
 const std::vector<RecordKey>& DayLists::Keys() const {
   static const std::vector<RecordKey> none;
@@ -28,35 +41,16 @@ bool DayLists::Run(const RecordFile& file, const Date& first, int count, std::st
 bool DayLists::Rebuild(const RecordFile& file) {
   whole = false;
   days.assign(static_cast<std::size_t>(wantedDays), {});
-  if (file.SlotSize() != sizeof(Appointment) || !file.ReadChangeCounter(counterAtRun)) return false;
-  struct Entry {
-    std::uint64_t key;
-    RecordKey record;
-  };
-  std::vector<std::vector<Entry>> entries(days.size());
-  const ScanResult scanned = ScanRecords(file, [&](const char* slot, std::int32_t offset) {
-    const auto& appointment = *reinterpret_cast<const Appointment*>(slot);
-    std::uint64_t falls = OccurrenceDays(appointment, firstDay, wantedDays);
-    if (falls == 0) return;
-    const auto& name = appointment.header.category;
-    if (!wantedCategory.empty() &&
-        CompareValues(ValueKind::kText, name, wantedCategory.c_str(), sizeof name) != 0) {
-      return;
-    }
-    for (; falls != 0; falls &= falls - 1) {
-      auto& day = entries[static_cast<std::size_t>(std::countr_zero(falls))];
-      if (day.size() < kMostRecords) {
-        day.push_back({kDayOrder.key(slot), {offset, appointment.header.recordId}});
-      }
-    }
-  });
-  if (scanned == ScanResult::kFailed) return false;
-  for (std::size_t i = 0; i < entries.size(); ++i) {
-    std::stable_sort(entries[i].begin(), entries[i].end(),
-                     [](const Entry& a, const Entry& b) { return a.key < b.key; });
-    for (const Entry& entry : entries[i]) days[i].push_back(entry.record);
+  const DayTable* table = DayTable::Of(file);
+  if (table == nullptr) {
+    static_cast<void>(file.ReadChangeCounter(counterAtRun));  // of this failure
+    return false;
   }
-  whole = scanned == ScanResult::kAll;
+  counterAtRun = table->Counter();
+  days = table->Days(firstDay, wantedDays,
+                     wantedCategory.empty() ? std::nullopt : std::optional<std::string_view>(wantedCategory));
+  for (std::vector<RecordKey>& day : days) KeepFirst(day);
+  whole = table->IsWhole();
   return true;
 }
 

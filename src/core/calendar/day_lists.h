@@ -1,4 +1,4 @@
-// The appointments of several days in a row, listed by one pass over the file: what a month or a week shows.
+// The appointments of several days in a row, listed from the file's day table: what a month or a week shows.
 // Each day's list is the one that a RecordQuery with OccursOnDate, a category and kDayOrder makes.
 #pragma once
 

@@ -43,13 +43,14 @@ int LastYearOf(const Date& date) {
 // overflows.
 class RuleDays {
  public:
-  explicit RuleDays(const Appointment& appointment)
-      : type(appointment.repeat.repeatType),
-        every(appointment.repeat.repeatEvery),
-        param(appointment.repeat.repeatParam),
-        date(appointment.date),
+  explicit RuleDays(const Appointment& appointment) : RuleDays(appointment.date, appointment.repeat) {}
+  RuleDays(const Date& firstDate, const RepeatRule& rule)
+      : type(rule.repeatType),
+        every(rule.repeatEvery),
+        param(rule.repeatParam),
+        date(firstDate),
         start(DayIndex(date)),
-        end(LastDayOf(appointment.repeat)),
+        end(LastDayOf(rule)),
         spanStart(type == kRepeatWeekly ? WeekStart(date, static_cast<int>(start)) : start) {}
 
   // The last day that counts by itself. The last week of a weekly rule goes on behind it, for ranges.
@@ -183,16 +184,16 @@ bool OccursOn(const Appointment& appointment, const Date& day) {
   return OccursIn(appointment, day, day);
 }
 
-std::uint64_t OccurrenceDays(const Appointment& appointment, const Date& first, int count) {
+std::uint64_t OccurrenceDays(const Date& date, const RepeatRule& repeat, const Date& first, int count) {
   const std::int64_t from = DayIndex(first);
   if (from < 0) return 0;
   const std::int64_t to = from + std::min(count, kMostOccurrenceDays) - 1;
   const auto bit = [from](std::int64_t day) { return std::uint64_t{1} << (day - from); };
-  if (!HasRepeat(appointment)) {
-    const int day = DayIndex(appointment.date);
+  if (repeat.repeatType == kRepeatNone) {
+    const int day = DayIndex(date);
     return Within(day, from, to) ? bit(day) : 0;
   }
-  const RuleDays rule(appointment);
+  const RuleDays rule(date, repeat);
   const std::int64_t last = std::min(to, rule.End());
   std::uint64_t days = 0;
   for (std::int64_t day = rule.Next(from, last); day >= 0; day = rule.Next(day + 1, last)) days |= bit(day);

@@ -35,10 +35,10 @@ bool OccursOn(const Appointment& appointment, const Date& day);
 // As many days as OccurrenceDays answers for at once.
 inline constexpr int kMostOccurrenceDays = 64;
 
-// On which of `count` days from `first` on the appointment falls, repeating or not: bit k stands for the k-th
-// of them, the same answer as OccursOnDate's. At most kMostOccurrenceDays are looked at; a day beyond the
-// calendar has none.
-std::uint64_t OccurrenceDays(const Appointment& appointment, const Date& first, int count);
+// On which of `count` days from `first` on an appointment of this date and rule falls, repeating or not: bit
+// k stands for the k-th of them, the same answer as OccursOnDate's. At most kMostOccurrenceDays are looked
+// at; a day beyond the calendar has none.
+std::uint64_t OccurrenceDays(const Date& date, const RepeatRule& repeat, const Date& first, int count);
 
 // The first day behind `day` on which the repeating appointment falls, by OccursOn; nothing when there is
 // none, or `day` is no day of the calendar.

@@ -200,6 +200,11 @@ bool RecordFile::ReadChangeCounter(std::uint64_t& counter) const {
   return ReadBytes(&counter, sizeof counter, kChangeCounterOffset);
 }
 
+bool RecordFile::LookAt(platform::FileState& state, HeaderBlock& header) const {
+  if (!file.LocksReach()) file.Refresh();
+  return file.ReadState(state) && ReadHeaderBlock(header);
+}
+
 std::uint64_t RecordFile::GetChangeCounter() const {
   std::uint64_t counter = 0;
   return ReadChangeCounter(counter) ? counter : 0;

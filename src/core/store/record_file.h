@@ -1,5 +1,5 @@
 // A record file that several copies of the program, on several machines, may have open at once: a calendar,
-// an address book, the outgoing box. Every operation goes to the file; nothing is cached. What users see of
+// an address book, the outgoing box. Every operation goes to the file; nothing is cached here. What users see of
 // each other is in the file's own bytes: a slot's in-use and edit-lock bytes and the counters of the header
 // block.
 //
@@ -13,6 +13,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -159,6 +160,19 @@ class RecordFile {
   [[nodiscard]] bool ReadChangeCounter(std::uint64_t& counter) const;
   [[nodiscard]] bool BumpChangeCounter();
 
+  // Reads what the system says of the file, then the header block.
+  [[nodiscard]] bool LookAt(platform::FileState& state, HeaderBlock& header) const;
+
+  // What a reader has worked out from the file and keeps beside it: it ends with this object. Each kind of
+  // file has at most one class of it, which proves before every use that the file has not changed.
+  struct Kept {
+    Kept() = default;
+    virtual ~Kept() = default;
+    Kept(const Kept&) = delete;
+    Kept& operator=(const Kept&) = delete;
+  };
+  std::unique_ptr<Kept>& KeptBeside() const { return kept; }
+
   // ---- Scans ----
 
   // Reads up to kSlotsPerRead slots from `offset`, the offset of a slot. Returns the whole slots read, 0 at
@@ -213,6 +227,7 @@ class RecordFile {
   OpenError openError = OpenError::kNone;
   std::uint32_t slotSize = 0;
   std::uint64_t counterAtOpen = 10;
+  mutable std::unique_ptr<Kept> kept;
   mutable FileFault fault = FileFault::kNone;
   std::vector<LeftLock> leftLocks;  // edit locks that could not be given back
 };

@@ -7,19 +7,26 @@
 
 namespace core {
 
-ScanResult ScanRecords(const RecordFile& file,
-                       const std::function<void(const char* slot, std::int32_t offset)>& visit) {
+ScanResult ScanRecords(const RecordFile& file, const RecordVisit& visit) {
   if (!file.IsOpen()) return ScanResult::kFailed;
-  const std::size_t slotSize = file.SlotSize();
-  const std::size_t bytes = kSlotsPerRead * slotSize;
-  const std::unique_ptr<char[]> slots(new (std::nothrow) char[bytes + kLargestSlotSize]);
-  if (slots == nullptr) return ScanResult::kFailed;
   // Who cannot be told to be the owner does not see what is the owner's.
   HeaderBlock header;
   const bool levelKnown = file.ReadHeaderBlock(header);
   const Access level = levelKnown ? LevelOf(file.Password(), header) : Access::kReader;
   if (level == Access::kNone) return ScanResult::kFailed;
-  ScanResult result = levelKnown ? ScanResult::kAll : ScanResult::kParts;
+  const ScanResult scanned = ScanLiveSlots(file, [&](const char* slot, std::int32_t offset) {
+    if (slot[offsetof(RecordHeader, confidential)] != 1 || level == Access::kOwner) visit(slot, offset);
+  });
+  return scanned == ScanResult::kAll && !levelKnown ? ScanResult::kParts : scanned;
+}
+
+ScanResult ScanLiveSlots(const RecordFile& file, const RecordVisit& visit) {
+  if (!file.IsOpen()) return ScanResult::kFailed;
+  const std::size_t slotSize = file.SlotSize();
+  const std::size_t bytes = kSlotsPerRead * slotSize;
+  const std::unique_ptr<char[]> slots(new (std::nothrow) char[bytes + kLargestSlotSize]);
+  if (slots == nullptr) return ScanResult::kFailed;
+  ScanResult result = ScanResult::kAll;
   for (std::int64_t offset = file.FirstSlotOffset();; offset += static_cast<std::int64_t>(bytes)) {
     // Asked before the read: what another copy adds after it is not missing.
     const std::int64_t end = file.SlotsEnd();
@@ -29,7 +36,6 @@ ScanResult ScanRecords(const RecordFile& file,
     for (int i = 0; i < count; ++i) {
       const char* slot = slots.get() + static_cast<std::size_t>(i) * slotSize;
       if (slot[offsetof(RecordHeader, inUse)] != 1) continue;
-      if (slot[offsetof(RecordHeader, confidential)] == 1 && level != Access::kOwner) continue;
       visit(slot, static_cast<std::int32_t>(offset + (slot - slots.get())));
     }
     if (count == static_cast<int>(kSlotsPerRead)) continue;

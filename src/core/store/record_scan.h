@@ -14,10 +14,15 @@ enum class ScanResult {
   kFailed,  // there is no memory, the file is closed, or its password allows nothing
 };
 
-// Calls `visit` with each live record that the file's password shows, in file order: its bytes, of which
-// kLargestSlotSize may be read (zeros follow a smaller slot), and its offset. Reads kSlotsPerRead slots at a
-// time.
-[[nodiscard]] ScanResult ScanRecords(const RecordFile& file,
-                                     const std::function<void(const char* slot, std::int32_t offset)>& visit);
+// What is called with a record: its bytes, of which kLargestSlotSize may be read (zeros follow a smaller
+// slot), and its offset.
+using RecordVisit = std::function<void(const char* slot, std::int32_t offset)>;
+
+// Calls `visit` with each live record that the file's password shows, in file order. Reads kSlotsPerRead
+// slots at a time.
+[[nodiscard]] ScanResult ScanRecords(const RecordFile& file, const RecordVisit& visit);
+
+// The same with every live record, whatever the password: for who asks for the rights himself.
+[[nodiscard]] ScanResult ScanLiveSlots(const RecordFile& file, const RecordVisit& visit);
 
 }  // namespace core

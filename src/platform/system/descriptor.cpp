@@ -55,6 +55,20 @@ std::int64_t SystemSize(int descriptor) {
   return fstat(descriptor, &about) == 0 ? about.st_size : -1;
 }
 
+bool SystemState(int descriptor, bool fresh, FileState& state) {
+  struct statx about = {};
+  const int how = AT_EMPTY_PATH | (fresh ? AT_STATX_FORCE_SYNC : AT_STATX_SYNC_AS_STAT);
+  if (statx(descriptor, "", how, STATX_INO | STATX_SIZE | STATX_MTIME | STATX_CTIME, &about) != 0)
+    return false;
+  const auto nanoseconds = [](const statx_timestamp& time) {
+    return time.tv_sec * std::int64_t{1'000'000'000} + time.tv_nsec;
+  };
+  state = {std::uint64_t{about.stx_dev_major} << 32 | about.stx_dev_minor, about.stx_ino,
+           static_cast<std::int64_t>(about.stx_size), nanoseconds(about.stx_mtime),
+           nanoseconds(about.stx_ctime)};
+  return true;
+}
+
 std::int64_t SystemNowMs() {
   timespec now = {};
   clock_gettime(CLOCK_BOOTTIME, &now);
@@ -117,7 +131,7 @@ FileResult TryOpenLocked(const std::string& path, int flags, unsigned mode, cons
 FileCalls& SystemFileCalls() {
   static FileCalls calls = {SystemRead,      SystemWrite,   SystemFlush, SystemLock, SystemRename,
                             SystemRenameNew, link,          SystemSize,  SystemCut,  SystemCreateNew,
-                            unlink,          AskLocksReach, SystemNowMs};
+                            unlink,          AskLocksReach, SystemState, SystemNowMs};
   return calls;
 }
 

@@ -226,6 +226,10 @@ std::int64_t File::ChangedSeconds() const {
   return IsOpen() && fstat(descriptor, &about) == 0 ? about.st_mtim.tv_sec : -1;
 }
 
+bool File::ReadState(FileState& state) const {
+  return IsOpen() && SystemFileCalls().state(descriptor, !reach, state);
+}
+
 FileAtPath File::PathState() const {
   return IsOpen() ? WhatPathNames(path, !reach, {device, inode}) : FileAtPath::kUnknown;
 }

@@ -50,6 +50,19 @@ enum class GuardResult {
   kFailed,    // the file is closed or only read, or the system failed
 };
 
+// What the system says of an open file. While nothing of it changes, the file has not been written to, but
+// for writes in the same tick of the clock as the last one before them; the clock is that of whoever keeps
+// the file.
+struct FileState {
+  std::uint64_t device = 0;
+  std::uint64_t inode = 0;
+  std::int64_t size = -1;
+  std::int64_t writtenNs = 0;  // since 1970
+  std::int64_t changedNs = 0;  // the same, of a time that nobody can set
+
+  bool operator==(const FileState&) const = default;
+};
+
 // The calls into the operating system, one entry each, so that a test can stand in for them and make the n-th
 // read, write, flush, lock or rename fail or fall short. Each entry behaves as the POSIX call of its name and
 // sets errno. The product never changes the table.
@@ -61,12 +74,13 @@ struct FileCalls {
   int (*rename)(const char* from, const char* to);
   int (*renameNew)(const char* from, const char* to);  // renameat2 with RENAME_NOREPLACE
   int (*link)(const char* from, const char* to);
-  std::int64_t (*size)(int descriptor);               // fstat's st_size, or -1
-  int (*cut)(int descriptor, std::int64_t size);      // ftruncate
-  int (*createNew)(const char* path, unsigned mode);  // open for writing, with O_CREAT and O_EXCL
-  int (*remove)(const char* path);                    // unlink
-  bool (*locksReach)(int descriptor);                 // AskLocksReach
-  std::int64_t (*nowMs)();                            // of a clock that goes on while the machine sleeps
+  std::int64_t (*size)(int descriptor);                         // fstat's st_size, or -1
+  int (*cut)(int descriptor, std::int64_t size);                // ftruncate
+  int (*createNew)(const char* path, unsigned mode);            // open for writing, with O_CREAT and O_EXCL
+  int (*remove)(const char* path);                              // unlink
+  bool (*locksReach)(int descriptor);                           // AskLocksReach
+  bool (*state)(int descriptor, bool fresh, FileState& state);  // statx; `fresh` trusts no cache
+  std::int64_t (*nowMs)();  // of a clock that goes on while the machine sleeps
 };
 
 // The table in force. Tests assign to it and restore it.
@@ -147,6 +161,9 @@ class File {
 
   // What the last write or flush came to: kDone, kDiskFull or kFailed. A write that comes out short failed.
   FileResult LastWrite() const { return lastWrite; }
+
+  // False on failure or when closed.
+  [[nodiscard]] bool ReadState(FileState& state) const;
 
   // When the file was last written to, in seconds since 1970, by the clock of whoever keeps it; -1 on
   // failure.

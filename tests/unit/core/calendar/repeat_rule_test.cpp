@@ -193,7 +193,8 @@ TEST_P(RepeatRuleInEra, EveryDayAgainstTheWalk) {
     for (int index = -1; index < days; index += stride) {
       const Date day = DayNumber(index);
       const bool expected = Walk(appointment, day, day).Occurs();
-      const std::uint64_t block = OccurrenceDays(appointment, DayNumber(index - index % 64), 64);
+      const std::uint64_t block =
+          OccurrenceDays(appointment.date, appointment.repeat, DayNumber(index - index % 64), 64);
       ASSERT_EQ(OccursOn(appointment, day), expected)
           << rule.name << ' ' << day.day << '/' << day.month << '/' << day.year;
       ASSERT_EQ(index >= 0 && (block >> index % 64 & 1) != 0, index >= 0 && expected)
@@ -353,9 +354,9 @@ TEST(RepeatChoice, EachEraReadsTheRulesOfTheOther) {
     SetLastYear(kEarlyLastYear);
     if (!choice.end && upTo(2) == 0) appointment.repeat.repeatEnd = {31, 12, 2099};
     const Date from = DayNumber(std::clamp(start + upTo(200) - 70, 0, 7670 - 63));
-    const std::uint64_t early = OccurrenceDays(appointment, from, 64);
+    const std::uint64_t early = OccurrenceDays(appointment.date, appointment.repeat, from, 64);
     SetLastYear(kLateLastYear);
-    ASSERT_EQ(early, OccurrenceDays(appointment, from, 64)) << "case " << i;
+    ASSERT_EQ(early, OccurrenceDays(appointment.date, appointment.repeat, from, 64)) << "case " << i;
     hits += early != 0 ? 1 : 0;
   }
   EXPECT_GT(hits, 5000);
