@@ -1,6 +1,7 @@
 #include "calendar/dialogs/new_file_dialog.h"
 
 #include "core/calendar/new_calendar.h"
+#include "core/store/file_messages.h"
 #include "framework/notices.h"
 #include "framework/shell_services.h"
 #include "resources/strings.h"

@@ -1,27 +1,8 @@
 #include "core/calendar/categories.h"
 
 #include <algorithm>
-#include <array>
 
 namespace core {
-namespace {
-
-constexpr std::array<std::string_view, 15> kDefaultNames{
-    "Calls",    "Clients",  "Expenses", "Follow up", "Ideas",  "Meetings", "Issues", "People",
-    "Personal", "Projects", "Public",   "Holiday",   "Travel", "Vacation", "Test"};
-
-}  // namespace
-
-CategoryBlock DefaultCategories() {
-  CategoryBlock block{};
-  block.blockSize = sizeof block;
-  block.count = kDefaultNames.size();
-  for (std::size_t i = 0; i < kDefaultNames.size(); ++i) {
-    WriteText(block.entries[i].name, kDefaultNames[i]);
-    block.entries[i].value = -1;
-  }
-  return block;
-}
 
 CategoryBlock CategoriesFromNames(const std::vector<std::string>& names) {
   CategoryBlock block{};

@@ -18,9 +18,6 @@ struct CategoryList {
   std::vector<std::string> names;  // code page 1252, in the order of the block; those that are not empty
 };
 
-// The block of a new file: fifteen names, each with value -1.
-CategoryBlock DefaultCategories();
-
 // The block that stores these names: the first 29 of them, but the count of all. Everything else is zero.
 CategoryBlock CategoriesFromNames(const std::vector<std::string>& names);
 

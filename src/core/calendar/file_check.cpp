@@ -240,8 +240,8 @@ void Checker::CheckSlot(const char* slot, std::int64_t offset) {
     Report(offset, kInSlot, "its edit lock is set, but nobody has the file open");
   checkByte("confidential", record.confidential);
   CheckTexts(kRecordTexts, slot, offset, kInSlot);
-  const std::uint64_t id = record.recordId;  // packed fields take no references
-  ids.emplace_back(id, offset);
+  const std::uint64_t id = record.recordId;              // packed fields take no references
+  if (kind != &kSendKind) ids.emplace_back(id, offset);  // participants have none
   if (kind != &kCalendarKind) return;
   Appointment appointment;
   std::memcpy(&appointment, slot, sizeof appointment);

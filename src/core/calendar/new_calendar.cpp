@@ -7,8 +7,6 @@
 #include "core/calendar/categories.h"
 #include "core/ini_file.h"
 #include "core/store/file_messages.h"
-#include "resources/strings.h"
-#include "resources/text_ids.h"
 
 namespace core {
 namespace {
@@ -48,20 +46,6 @@ platform::FileResult CreateCalendar(const std::string& path, bool withExamples) 
   }
   const std::string image = NewFileImage(header, DefaultCategories(), kCalendarKind.slotSize, slots);
   return platform::WriteNewFile(path, image.data(), image.size());
-}
-
-std::string CannotCreateText(platform::FileResult why) {
-  std::string text = resources::FindText(text::kCannotCreateFile);
-  switch (why) {
-    case platform::FileResult::kDiskFull:
-      return text + "\r\nThe disk is full.";
-    case platform::FileResult::kDenied:
-      return text + "\r\nAccess has been denied.";
-    case platform::FileResult::kMissing:
-      return text + "\r\nThe folder does not exist.";
-    default:
-      return text;
-  }
 }
 
 std::string RememberCalendar(const std::string& path) {

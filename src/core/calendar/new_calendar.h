@@ -20,9 +20,6 @@ std::string NewCalendarPath(const std::string& folder, const std::string& name);
 // instant.
 [[nodiscard]] platform::FileResult CreateCalendar(const std::string& path, bool withExamples);
 
-// The text that a file could not be created, with why where the system says it.
-std::string CannotCreateText(platform::FileResult why);
-
 // Notes down the calendar that is to open at the next start. Here and below: empty, or what to tell the user
 // when the settings could not be written.
 [[nodiscard]] std::string RememberCalendar(const std::string& path);

@@ -61,7 +61,13 @@ CommandResult EditLock::Write(const void* slot) {
 }
 
 CommandResult EditLock::Delete() {
-  return FromFile(file, file.DeleteRecord(key));
+  const CommandResult deleted = FromFile(file, file.DeleteRecord(key));
+  // What has no id cannot be told from what somebody else may put into the slot next, and lock.
+  if (IsMade(deleted) && key.id == 0) {
+    key = {};
+    SetRefreshEnabled(true);
+  }
+  return deleted;
 }
 
 CommandResult EditLock::Release() {

@@ -35,7 +35,8 @@ class EditLock {
   // Reads the locked record, a slot of the file's size: kDone, kVanished or kFailed.
   [[nodiscard]] CommandResult Read(void* slot) const;
 
-  // Change the locked record; the lock stays, so that what failed can be tried again.
+  // Change the locked record; the lock stays, so that what failed can be tried again. It goes with a record
+  // that is deleted and has no id (0, as participants have), and its byte stays in the free slot.
   [[nodiscard]] CommandResult Write(const void* slot);
   [[nodiscard]] CommandResult Delete();
 

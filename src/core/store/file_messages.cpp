@@ -53,6 +53,20 @@ std::string CannotOpenText(const std::string& path, const std::string& reason) {
   return "Can't open " + Quoted(path) + ".\r\n" + reason;
 }
 
+std::string CannotCreateText(platform::FileResult why) {
+  std::string text = resources::FindText(text::kCannotCreateFile);
+  switch (why) {
+    case platform::FileResult::kDiskFull:
+      return text + "\r\n" + kDiskFullText;
+    case platform::FileResult::kDenied:
+      return text + "\r\nAccess has been denied.";
+    case platform::FileResult::kMissing:
+      return text + "\r\nThe folder does not exist.";
+    default:
+      return text;
+  }
+}
+
 std::string DescribeOpenError(const std::string& path, OpenError error) {
   return error == OpenError::kNone ? "" : CannotOpenText(path, ReasonText(error));
 }

@@ -18,6 +18,9 @@ std::string CannotOpenText(const std::string& path, const std::string& reason);
 // The same for what opening a record file came to; empty for kNone.
 std::string DescribeOpenError(const std::string& path, OpenError error);
 
+// The text that a file could not be created, and why where the system says it; it does not name the file.
+std::string CannotCreateText(platform::FileResult why);
+
 // Why an operation on an open file failed; empty for kNone.
 std::string DescribeFault(const std::string& path, FileFault fault);
 

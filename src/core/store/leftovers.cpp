@@ -2,8 +2,10 @@
 
 #include <cstddef>
 #include <cstring>
+#include <functional>
 #include <memory>
 #include <new>
+#include <string_view>
 #include <unordered_map>
 
 #include "core/store/file_messages.h"
@@ -37,10 +39,13 @@ bool ForEachLive(const File& file, std::uint32_t slotSize,
   }
 }
 
-std::uint64_t IdOf(const char* slot) {
+// What a record is found by: its id, and where its kind has none a number made of its bytes.
+std::uint64_t IdOf(const char* slot, std::uint32_t slotSize) {
   std::uint64_t id = 0;
   std::memcpy(&id, slot + offsetof(RecordHeader, recordId), sizeof id);
-  return id;
+  if (id != 0) return id;
+  constexpr std::size_t kBody = offsetof(RecordHeader, recordId);  // behind the edit lock
+  return std::hash<std::string_view>()({slot + kBody, slotSize - kBody});
 }
 
 // The same record with the same contents. An edit lock is no content.
@@ -55,7 +60,7 @@ class Originals {
  public:
   explicit Originals(const LeftoverSearch& given) : search(given) {
     known = ForEachLive(search.source, search.slotSize, [this](const char* slot, std::int64_t offset) {
-      offsets.emplace(IdOf(slot), offset);
+      offsets.emplace(IdOf(slot, search.slotSize), offset);
       return true;
     });
   }
@@ -76,7 +81,7 @@ class Originals {
     const bool old = search.now - leftover.ChangedSeconds() > kLeftoverAge;
     char original[kLargestSlotSize];
     return ForEachLive(leftover, search.slotSize, [&](const char* slot, std::int64_t) {
-      const auto found = offsets.find(IdOf(slot));
+      const auto found = offsets.find(IdOf(slot, search.slotSize));
       if (found == offsets.end()) return false;
       return old || (search.source.ReadAt(original, search.slotSize, found->second) == search.slotSize &&
                      SameContents(slot, original, search.slotSize));

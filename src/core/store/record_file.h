@@ -129,7 +129,7 @@ class RecordFile {
 
   // Adds a record that the caller prepared whole (see InitRecordHeader). It takes a free slot when the header
   // block tells of one, else it is appended. Here and below, kRefused at a level that allows no changes, none
-  // included, and kFailed with the file as it was.
+  // included, and kFailed with the file as it was. To an address book a Reader may add.
   [[nodiscard]] Result AddRecord(const void* slot);
 
   [[nodiscard]] Result WriteRecord(const void* slot, std::int32_t offset);

@@ -1,5 +1,6 @@
 #include "core/store/record_format.h"
 
+#include <array>
 #include <cstring>
 #include <random>
 #include <string>
@@ -12,9 +13,13 @@ namespace {
 
 constexpr std::uint64_t kFirstChangeCounter = 10;
 
+constexpr std::array<std::string_view, 15> kDefaultCategories{
+    "Calls",    "Clients",  "Expenses", "Follow up", "Ideas",  "Meetings", "Issues", "People",
+    "Personal", "Projects", "Public",   "Holiday",   "Travel", "Vacation", "Test"};
+
 void InitIdentityNames(OwnerNames& names) {
-  WriteText(names.userName, "Daybrix");
-  WriteText(names.email, "DaybrixMail");
+  WriteText(names.userName, kDefaultOwnerName);
+  WriteText(names.email, kDefaultOwnerEmail);
 }
 
 void CopyOwner(ServerIdentity& identity, const HeaderBlock& file) {
@@ -58,6 +63,17 @@ void InitHeaderBlock(HeaderBlock& block, std::string_view kind, std::string_view
   block.changeCounter = kFirstChangeCounter;
 }
 
+CategoryBlock DefaultCategories() {
+  CategoryBlock block{};
+  block.blockSize = sizeof block;
+  block.count = kDefaultCategories.size();
+  for (std::size_t i = 0; i < kDefaultCategories.size(); ++i) {
+    WriteText(block.entries[i].name, kDefaultCategories[i]);
+    block.entries[i].value = -1;
+  }
+  return block;
+}
+
 std::string NewFileImage(const HeaderBlock& header, const CategoryBlock& categories, std::uint32_t slotSize,
                          std::string_view slots) {
   const RecordKind* kind = FindKind(header);
@@ -86,7 +102,7 @@ void InitRecordHeader(RecordHeader& record, std::uint32_t slotSize, const Header
   CopyOwner(record.secondIdentity, file);
   record.secondDate = record.creationDate;
   record.secondTime = record.creationTime;
-  WriteText(record.reserved, "");
+  WriteText(record.eventSubject, "");
   record.eventFlag = 0;
   record.eventByte = 0;
   record.eventRole = 1;

@@ -92,7 +92,7 @@ struct RecordHeader {
   ServerIdentity secondIdentity;
   Date secondDate;
   TimeOfDay secondTime;
-  char reserved[30];
+  char eventSubject[30];  // of an internet event
   std::uint8_t eventFlag;
   std::uint8_t eventByte;
   std::uint8_t eventRole;
@@ -134,7 +134,7 @@ static_assert(offsetof(RecordHeader, zero) == 15 && offsetof(RecordHeader, categ
 static_assert(offsetof(RecordHeader, categoryValue) == 46 && offsetof(RecordHeader, creationDate) == 50);
 static_assert(offsetof(RecordHeader, creationTime) == 62 && offsetof(RecordHeader, ownerIdentity) == 78);
 static_assert(offsetof(RecordHeader, secondIdentity) == 283 && offsetof(RecordHeader, secondDate) == 488);
-static_assert(offsetof(RecordHeader, secondTime) == 500 && offsetof(RecordHeader, reserved) == 516);
+static_assert(offsetof(RecordHeader, secondTime) == 500 && offsetof(RecordHeader, eventSubject) == 516);
 static_assert(offsetof(RecordHeader, eventFlag) == 546 && offsetof(RecordHeader, eventByte) == 547);
 static_assert(offsetof(RecordHeader, eventRole) == 548);
 
@@ -171,6 +171,10 @@ inline constexpr RecordKind kAddressKind{"Nameleaf", "Nameleaf", 859};
 inline constexpr RecordKind kSendKind{"SendRecord", "SendRecord", 908};
 inline constexpr std::size_t kLargestSlotSize = 2627;
 
+// The identity that a new file gets.
+inline constexpr std::string_view kDefaultOwnerName = "Daybrix";
+inline constexpr std::string_view kDefaultOwnerEmail = "DaybrixMail";
+
 // The kind named in a header block; null for an unknown one.
 const RecordKind* FindKind(const HeaderBlock& header);
 
@@ -178,6 +182,9 @@ const RecordKind* FindKind(const HeaderBlock& header);
 // Daybrix.ini.
 void InitHeaderBlock(HeaderBlock& block, std::string_view kind, std::string_view kindDetail,
                      std::uint32_t formatWord);
+
+// The category block of a new file: fifteen names, each with value -1.
+CategoryBlock DefaultCategories();
 
 // The bytes of a whole new file whose first records are `slots`. Empty when the slot size is not the kind's
 // or the slots are not whole.

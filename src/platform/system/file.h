@@ -242,6 +242,10 @@ bool ReplaceFile(const std::string& path, const void* data, std::size_t size);
 // rename without replacing nor link, the test and the rename are two steps.
 [[nodiscard]] FileResult WriteNewFile(const std::string& path, const void* data, std::size_t size);
 
+// Makes the file at `path` readable and writable by its user alone, and an empty one where there is none. A
+// link is followed. False when that cannot be had.
+[[nodiscard]] bool MakePrivateFile(const std::string& path);
+
 // Gives the file `from`, which its writer has flushed, the name `to` in one step: a file that had the name is
 // gone, its rights pass to the new one as in ReplaceFile, and the folder is flushed.
 // Both must lie in one file system: put `from` beside ResolvedPath(to). On failure both files keep their

@@ -156,6 +156,12 @@ FileResult WriteNewFile(const std::string& path, const void* data, std::size_t s
   return FileExists(path) ? FileResult::kExists : why;
 }
 
+bool MakePrivateFile(const std::string& path) {
+  Descriptor opened;
+  return OpenRegular(path, O_RDWR | O_CREAT, 0600, opened) == FileResult::kDone &&
+         fchmod(opened.Number(), 0600) == 0;
+}
+
 bool RenameFile(const std::string& from, const std::string& to) {
   const std::string target = ResolvedPath(to);
   Descriptor old;

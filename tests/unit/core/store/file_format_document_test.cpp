@@ -2,12 +2,12 @@
 // true here: the example is read out of the document and made again byte for byte.
 #include <algorithm>
 #include <cstring>
-#include <fstream>
 #include <map>
-#include <sstream>
 
+#include "core/contacts/contact.h"
+#include "core/events/participant.h"
 #include "gtest/gtest.h"
-#include "support/source_folder.h"
+#include "support/document.h"
 #include "support/temporary_calendar.h"
 
 namespace core {
@@ -15,30 +15,7 @@ namespace {
 
 constexpr std::size_t kExampleSize = 2625 + 2 * 2627;
 
-std::vector<std::string> DocumentLines() {
-  std::ifstream document(tests::SourceFolder() + "/docs/file-format.md");
-  std::vector<std::string> lines;
-  for (std::string line; std::getline(document, line);) lines.push_back(line);
-  return lines;
-}
-
-// The rows of the "hex" block, "offset: bytes", put where they say; all else is zero.
-std::string ExampleBytes() {
-  std::string bytes(kExampleSize, '\0');
-  bool inside = false;
-  for (const std::string& line : DocumentLines()) {
-    if (line.starts_with("```")) inside = line == "```hex";
-    if (!inside || line.starts_with("```")) continue;
-    std::istringstream row(line.substr(0, line.find('|')));
-    std::size_t offset = 0;
-    char colon = 0;
-    row >> std::hex >> offset >> colon;
-    for (unsigned byte = 0; row >> byte; ++offset) bytes.at(offset) = static_cast<char>(byte);
-  }
-  return bytes;
-}
-
-// The same file, made with the program's own structures.
+// The documented file, made with the program's own structures.
 std::string MadeExample() {
   HeaderBlock header;
   std::memset(&header, 0, sizeof header);
@@ -99,11 +76,25 @@ std::string MadeExample() {
 }
 
 TEST(FileFormatDocument, ExampleIsWhatTheProgramWrites) {
-  const std::string documented = ExampleBytes();
+  const std::string documented = tests::DocumentedBytes("file-format.md", "hex", kExampleSize);
   const std::string made = MadeExample();
   ASSERT_EQ(made.size(), documented.size());
   const auto different = std::mismatch(made.begin(), made.end(), documented.begin()).first;
   EXPECT_EQ(different, made.end()) << "at offset " << different - made.begin();
+}
+
+TEST(FileFormatDocument, SlotsOfOtherKindsAreWhatTheProgramWrites) {
+  Contact contact{};
+  contact.header.recordSize = sizeof contact;
+  contact.header.inUse = 1;
+  contact.header.recordId = 0x8877665544332211;
+  SetContact(contact, "Ann Lee", "ann@example.org");
+  Participant participant = NewParticipant(0x0123456789ABCDEF, "Ann Lee", "ann@example.org");
+  participant.state = kAccepted;
+  const std::string documented = tests::DocumentedBytes("file-format.md", "hex contact", sizeof contact);
+  EXPECT_EQ(std::memcmp(&contact, documented.data(), sizeof contact), 0);
+  const std::string other = tests::DocumentedBytes("file-format.md", "hex participant", sizeof participant);
+  EXPECT_EQ(std::memcmp(&participant, other.data(), sizeof participant), 0);
 }
 
 // Each table of fields names every byte of its structure once, in order.
@@ -111,7 +102,7 @@ TEST(FileFormatDocument, TablesAreWithoutGapsAndAgreeWithTheCode) {
   std::map<std::string, std::size_t> ends;
   std::map<std::string, std::size_t> offsets;
   std::string title;
-  for (const std::string& line : DocumentLines()) {
+  for (const std::string& line : tests::DocumentLines("file-format.md")) {
     if (line.starts_with("#")) title = line.substr(line.find(' ') + 1);
     std::size_t offset = 0;
     std::size_t size = 0;
@@ -122,9 +113,9 @@ TEST(FileFormatDocument, TablesAreWithoutGapsAndAgreeWithTheCode) {
     offsets[title + "." + name] = offset;
   }
   const std::map<std::string, std::size_t> expectedEnds = {
-      {"Date", 12},           {"TimeOfDay", 16},          {"ServerIdentity", 205},
-      {"File header", 12},    {"Header block", 1581},     {"Category block", 1032},
-      {"Record header", 549}, {"Appointment body", 2627}, {"Repeat rule", 21}};
+      {"Date", 12},           {"TimeOfDay", 16},        {"ServerIdentity", 205},  {"File header", 12},
+      {"Header block", 1581}, {"Category block", 1032}, {"Record header", 549},   {"Appointment body", 2627},
+      {"Repeat rule", 21},    {"Contact body", 859},    {"Participant body", 908}};
   EXPECT_EQ(ends, expectedEnds);
   const std::pair<const char*, std::size_t> kOffsets[] = {
       {"Header block.changeCounter", offsetof(HeaderBlock, changeCounter)},
@@ -137,6 +128,9 @@ TEST(FileFormatDocument, TablesAreWithoutGapsAndAgreeWithTheCode) {
       {"Appointment body.alarmDaysBefore", offsetof(Appointment, alarmDaysBefore)},
       {"Appointment body.date", offsetof(Appointment, date)},
       {"Appointment body.notes", offsetof(Appointment, notes)},
+      {"Contact body.email", offsetof(Contact, email)},
+      {"Participant body.eventId", offsetof(Participant, eventId)},
+      {"Record header.eventSubject", offsetof(RecordHeader, eventSubject)},
       {"Repeat rule.repeatParam", offsetof(RepeatRule, repeatParam)}};
   for (const auto& [field, offset] : kOffsets) EXPECT_EQ(offsets[field], offset) << field;
 }

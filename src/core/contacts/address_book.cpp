@@ -1,0 +1,52 @@
+#include "core/contacts/address_book.h"
+
+#include "core/ini_file.h"
+#include "core/store/companion_file.h"
+
+namespace core {
+
+void SetContact(Contact& contact, std::string_view name, std::string_view email) {
+  WriteText(contact.name, name.substr(0, kContactName));
+  WriteText(contact.email, email.substr(0, kContactEmail));
+}
+
+std::string AddressBookPath() {
+  return ModuleFolder() + "/Nameleaf.tb1";
+}
+
+bool AddressBook::Open(const std::string& path, std::string& message) {
+  Close();
+  CompanionFile opened = OpenOrMakeCompanion(path, kAddressKind);
+  message = opened.message;
+  file = std::move(opened.file);
+  if (file == nullptr) return false;
+  Refresh();  // who shows the list asks whether it is whole
+  return true;
+}
+
+void AddressBook::Close() {
+  list.Clear();
+  file.reset();
+}
+
+bool AddressBook::Refresh() {
+  return file != nullptr && ListContacts(*file, list);
+}
+
+bool ListContacts(const RecordFile& book, RecordQuery& list) {
+  list.Clear();
+  list.AddMatchAll();
+  return list.Run(book) && list.Sort(book, kContactOrder) && list.IsWhole();
+}
+
+CommandResult AddContact(RecordFile& book, std::string_view name, std::string_view email, Contact& contact) {
+  contact = {};
+  contact.header.recordSize = sizeof contact;
+  contact.header.inUse = 1;
+  contact.header.recordId = NewRecordId();
+  SetContact(contact, name, email);
+  const CommandResult added = FromFile(book, book.AddRecord(&contact));
+  return IsMade(added) ? Flush(book, added) : added;
+}
+
+}  // namespace core

@@ -1,0 +1,275 @@
+// Participants of internet events: what each operation makes of each state, in the store and in the
+// appointment.
+#include <array>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <optional>
+
+#include "core/events/event_commands.h"
+#include "core/store/companion_file.h"
+#include "gtest/gtest.h"
+#include "support/temporary_calendar.h"
+
+namespace core {
+namespace {
+
+using tests::Entry;
+
+constexpr std::uint64_t kOther = 0x5EED;
+
+std::string Address(int state) {
+  return std::string(1, 's').append(std::to_string(state)).append("@x");
+}
+
+class Events : public testing::Test {
+ protected:
+  Events() {
+    event.appointment.header.recordId = 0xABCDEF0123456789;
+    event.appointment.header.eventFlag = kInternetEvent;
+  }
+  // One participant in each state from 0 to 9, and one of another event.
+  void Fill() {
+    const CompanionFile store = OpenOrMakeCompanion(path, kSendKind);
+    for (int state = 0; state <= 9; ++state) Put(*store.file, Id(), state);
+    Put(*store.file, kOther, 3);
+  }
+  static void Put(RecordFile& store, std::uint64_t id, int state) {
+    Participant participant = NewParticipant(id, "name " + Address(state), Address(state));
+    participant.state = static_cast<std::uint8_t>(state);
+    ASSERT_EQ(store.AddRecord(&participant), Result::kDone);
+  }
+  std::uint64_t Id() const { return event.appointment.header.recordId; }
+  // A character for each participant that Fill made: his state now, or a dash when he is gone.
+  std::string States(std::uint64_t id) const {
+    std::string states(10, '-');
+    std::vector<StoredParticipant> stored;
+    const CompanionFile store = ReadCompanion(path, kSendKind);
+    EXPECT_EQ(ReadParticipants(*store.file, id, 100, stored), CommandResult::kDone);
+    for (const StoredParticipant& one : stored) {
+      EXPECT_EQ(one.participant.header.editLock, 0);
+      states.at(static_cast<std::size_t>(one.participant.email[1] - '0')) =
+          static_cast<char>('0' + one.participant.state);
+    }
+    return states;
+  }
+
+  tests::TemporaryCalendar calendar;
+  std::string path = ParticipantStorePath(calendar.Path());
+  Entry event;
+};
+
+TEST_F(Events, EveryOperationOnEveryState) {
+  const auto takeOffList = [this](int sendState) {
+    ParticipantList list;
+    EXPECT_EQ(list.Load(path, Id()), CommandResult::kDone);
+    for (int state = 0; state <= 9; ++state) EXPECT_TRUE(list.Remove(Address(state), sendState));
+    int stored = 0;
+    EXPECT_EQ(list.Save(stored), CommandResult::kDone);
+    EXPECT_EQ(stored, sendState == kSendNew ? 8 : 9);
+  };
+  Appointment& record = event.appointment;
+  const struct {
+    const char* name;
+    int role;
+    std::function<void()> run;
+    const char* states;
+    std::array<int, 3> fields;  // eventFlag, eventRole, inUse
+  } kOperations[] = {
+      {"changed",
+       2,
+       [&] { EXPECT_EQ(NotifyChanged(path, record).result, CommandResult::kDone); },
+       "1111111111",
+       {kInternetEvent, kSendChanged, 1}},
+      {"cancelled unsent",
+       kSendNew,
+       [&] { EXPECT_EQ(CancelEvent(path, record).result, CommandResult::kDone); },
+       "8-88888888",
+       {kCancelledEvent, kSendCancelled, 1}},
+      {"cancelled",
+       kSendChanged,
+       [&] { EXPECT_EQ(CancelEvent(path, record).result, CommandResult::kDone); },
+       "8888888888",
+       {kCancelledEvent, kSendCancelled, 1}},
+      {"removed",
+       1,
+       [&] { EXPECT_EQ(RemoveEventEntries(path, Id()).result, CommandResult::kDone); },
+       "----------",
+       {kInternetEvent, 1, 1}},
+      {"off the list, unsent",
+       kSendNew,
+       [&] { takeOffList(kSendNew); },
+       "8-888-8888",
+       {kInternetEvent, 1, 1}},
+      {"off the list", 2, [&] { takeOffList(2); }, "88888-8888", {kInternetEvent, 2, 1}},
+  };
+  for (const auto& operation : kOperations) {
+    std::filesystem::remove(path);
+    Fill();
+    record.header.eventFlag = kInternetEvent;
+    record.header.eventRole = static_cast<std::uint8_t>(operation.role);
+    record.header.inUse = 1;
+    operation.run();
+    EXPECT_EQ(States(Id()), operation.states) << operation.name;
+    EXPECT_EQ(States(kOther), "---3------") << operation.name;
+    EXPECT_EQ((std::array<int, 3>{record.header.eventFlag, record.header.eventRole, record.header.inUse}),
+              operation.fields)
+        << operation.name;
+  }
+  const char* const kTexts[] = {"?",        "wait for send", "no reply yet",   "accepted", "new data",
+                                "rejected", "accepted",      "accept message", "canceld",  "?"};
+  for (int state = 0; state <= 9; ++state) EXPECT_STREQ(ParticipantStateText(state), kTexts[state]);
+  EXPECT_EQ(ParticipantItem(NewParticipant(1, "Ann Lee", "ann@x")), "ann@x\nAnn Lee\n1");
+}
+
+TEST_F(Events, WhomSomebodyEditsIsPassedOverAndKeepsTheEventThere) {
+  Fill();
+  RecordFile store(path, "");
+  std::vector<StoredParticipant> all;
+  ASSERT_EQ(ReadParticipants(store, Id(), 100, all), CommandResult::kDone);
+  ASSERT_TRUE(store.LockRecord(all[1].offset));
+  ParticipantList list;
+  ASSERT_EQ(list.Load(path, Id()), CommandResult::kDone);
+  EXPECT_EQ(list.Participants().size(), 9U);
+  EXPECT_EQ(RemoveEventEntries(path, Id()).result, CommandResult::kDone);
+  EXPECT_EQ(CancelEvent(path, event.appointment).result, CommandResult::kDone);
+  EXPECT_EQ(event.appointment.header.inUse, 1) << "one is still there to be told";
+  ASSERT_TRUE(store.UnlockRecord(all[1].offset));
+  EXPECT_EQ(States(Id()), "-1--------");
+
+  // A slot that has gone to another event's participant is left alone.
+  Participant stranger = NewParticipant(kOther, "name", Address(1));
+  ASSERT_EQ(store.WriteRecord(&stranger, all[1].offset), Result::kDone);
+  EXPECT_EQ(ChangeParticipant(store, all[1], [](Participant&) { return false; }), CommandResult::kVanished);
+}
+
+TEST_F(Events, SendingDecidesByStateAndList) {
+  const struct {
+    const char* name;
+    int before;
+    std::optional<int> participant;  // his state; kept in the list but free when negative
+    int answer;
+    int after;
+    const char* stored;
+  } kCases[] = {
+      {"nobody", kNoEvent, {}, kEventSettled, kNoEvent, "----------"},
+      {"the first", kNoEvent, 1, kEventWaits, kInternetEvent, "-1--------"},
+      {"one more", kInternetEvent, 1, kEventSettled, kInternetEvent, "-1--------"},
+      {"the last has left", kInternetEvent, {}, kEventSettled, kNoEvent, "----------"},
+      {"another side's state", 2, 8, kEventWaits, kInternetEvent, "--------8-"},
+      {"all settled", 2, 3, kEventSettled, 2, "---3------"},
+  };
+  for (const auto& one : kCases) {
+    std::filesystem::remove(path);
+    const std::int32_t offset = calendar.Add(event);
+    EditLock lock(calendar.file);
+    ASSERT_EQ(lock.Take({offset, Id()}), CommandResult::kDone);
+    Appointment record = event.appointment;
+    record.header.eventFlag = static_cast<std::uint8_t>(one.before);
+    ParticipantList list;
+    ASSERT_EQ(list.Load(path, Id()), CommandResult::kDone);
+    if (one.participant) {
+      Participant participant = NewParticipant(Id(), "n", Address(*one.participant));
+      participant.state = static_cast<std::uint8_t>(*one.participant);
+      ASSERT_TRUE(list.Add(participant));
+    }
+    int answer = 0;
+    EXPECT_EQ(SendEvent(list, lock, record, answer).result, CommandResult::kDone) << one.name;
+    EXPECT_EQ(answer, one.answer) << one.name;
+    Appointment stored;
+    ASSERT_TRUE(calendar.file.ReadRecord(&stored, offset));
+    EXPECT_EQ(stored.header.eventFlag, one.after) << one.name;
+    EXPECT_EQ(stored.header.editLock, 0) << one.name;
+    EXPECT_EQ(States(Id()), one.stored) << one.name;
+  }
+}
+
+TEST_F(Events, DeletingTellsOrTakesAll) {
+  const struct {
+    std::uint8_t role;
+    std::optional<int> participant;
+    bool tell;
+    bool stays;
+    const char* states;
+  } kCases[] = {{kSendNew, 1, true, false, "----------"},
+                {kSendNew, 3, true, true, "---8------"},
+                {kSendChanged, 1, true, true, "-8--------"},
+                {kSendNew, 3, false, false, "----------"},
+                {kSendNew, {}, true, false, "----------"}};
+  for (const auto& one : kCases) {
+    tests::TemporaryCalendar mine;
+    path = ParticipantStorePath(mine.Path());
+    Put(*OpenOrMakeCompanion(path, kSendKind).file, kOther, 3);
+    if (one.participant) Put(*OpenCompanion(path, kSendKind).file, Id(), *one.participant);
+    event.appointment.header.eventRole = one.role;
+    const std::int32_t offset = mine.Add(event);
+    EditLock lock(mine.file);
+    ASSERT_EQ(lock.Take({offset, Id()}), CommandResult::kDone);
+    EXPECT_EQ(DeleteEvent(lock, one.tell).result, CommandResult::kDone);
+    Appointment stored;
+    EXPECT_EQ(mine.file.ReadRecord(&stored, offset), one.stays);
+    EXPECT_EQ(States(Id()), one.states);
+    EXPECT_EQ(States(kOther), "---3------");
+  }
+}
+
+TEST_F(Events, ThirtyAreInvitedOnceEachAndNeverTheOwner) {
+  ParticipantList list;
+  ASSERT_EQ(list.Load(path, Id()), CommandResult::kDone);
+  EXPECT_EQ(list.Invite("Me", "DaybrixMail", "DaybrixMail"), InviteResult::kOwnAddress);
+  EXPECT_EQ(list.Invite("Jo", "joann.lee@x", ""), InviteResult::kInvited);
+  EXPECT_EQ(list.Invite("Ann", "ann.lee@x", ""), InviteResult::kInvited);
+  EXPECT_EQ(list.Invite("Jo", "joann.lee@x.org", ""), InviteResult::kDuplicate);
+  EXPECT_EQ(list.Invite("of ann.lee@x", "other@x", ""), InviteResult::kDuplicate);
+  for (int i = 2; i < 30; ++i) {
+    EXPECT_EQ(list.Invite("n", std::string(1, 'p').append(std::to_string(i)).append("-@x"), ""),
+              InviteResult::kInvited);
+  }
+  EXPECT_TRUE(list.Mark("ann.lee@x", 0));
+  EXPECT_FALSE(list.Mark("ann.lee@x", 0));
+  EXPECT_EQ(list.Invite("n", "last@x", ""), InviteResult::kFull) << "free places count";
+  int stored = 0;
+  ASSERT_EQ(list.Save(stored), CommandResult::kDone);
+  EXPECT_EQ(stored, 29);
+  ASSERT_EQ(list.Save(stored), CommandResult::kDone);  // once more: nothing is stored twice
+  ASSERT_EQ(list.Load(path, Id()), CommandResult::kDone);
+  EXPECT_EQ(list.Participants().size(), 29U);
+
+  // A free place is taken first, and who had it leaves the store all the same.
+  const std::string first(ReadText(list.Participants()[0].email));
+  ASSERT_TRUE(list.Mark(first, 0));
+  ASSERT_EQ(list.Invite("n", "last@x", ""), InviteResult::kInvited);
+  EXPECT_EQ(ReadText(list.Participants()[0].email), "last@x");
+  ASSERT_EQ(list.Save(stored), CommandResult::kDone);
+  ASSERT_EQ(list.Load(path, Id()), CommandResult::kDone);
+  EXPECT_EQ(list.Participants().size(), 29U);
+  EXPECT_FALSE(list.Mark(first, 0));
+  EXPECT_TRUE(list.Mark("last@x", 0));
+
+  EXPECT_TRUE(IsEventOwner(calendar.file, [this] {
+    Appointment record;
+    EXPECT_TRUE(NewAppointment(calendar.file, record));
+    return record;
+  }()));
+  EXPECT_FALSE(IsEventOwner(calendar.file, event.appointment));
+}
+
+TEST_F(Events, AStoreThatIsNoneIsSaidAndTheAppointmentStands) {
+  std::ofstream(path) << "hello";
+  ParticipantList list;
+  EXPECT_EQ(list.Load(path, Id()), CommandResult::kFailed);
+  EXPECT_NE(list.Message().find(path), std::string::npos);
+  const Appointment before = event.appointment;
+  EXPECT_NE(NotifyChanged(path, event.appointment).message.find(path), std::string::npos);
+  EXPECT_EQ(std::memcmp(&before, &event.appointment, sizeof before), 0);
+  const std::int32_t offset = calendar.Add(event);
+  EditLock lock(calendar.file);
+  ASSERT_EQ(lock.Take({offset, Id()}), CommandResult::kDone);
+  EXPECT_EQ(DeleteEvent(lock, true).result, CommandResult::kFailed);
+  Appointment stored;
+  EXPECT_TRUE(calendar.file.ReadRecord(&stored, offset));
+  EXPECT_EQ(stored.header.editLock, 0);
+}
+
+}  // namespace
+}  // namespace core
