@@ -5,6 +5,7 @@
 #include "calendar/dialogs/alarm_dialog.h"
 #include "core/store/file_messages.h"
 #include "framework/notices.h"
+#include "platform/desktop/menu.h"
 
 using core::CommandResult;
 
@@ -22,7 +23,7 @@ bool IsPassedOver(CommandResult result) {
 }  // namespace
 
 void AlarmCheck::Run() {
-  if (session.File() == nullptr || !core::RefreshEnabled() || GetCapture() != nullptr) return;
+  if (session.File() == nullptr || !core::RefreshEnabled() || GetCapture() != nullptr || IsMenuOpen()) return;
   if (checksToSkip > 0) {
     --checksToSkip;
     return;

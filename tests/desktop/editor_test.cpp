@@ -98,6 +98,17 @@ TEST_F(EditorTest, AnAppointmentNeedsASubject) {
   EXPECT_EQ(Edit([&](HWND dialog) { driver.Press(dialog, VK_ESCAPE); }), 0);
 }
 
+TEST_F(EditorTest, ANewAppointmentStartsWithTheCategoryThatIsShown) {
+  driver.WhenDialogOpens([&](HWND dialog) {
+    EXPECT_EQ(TextOf(dialog, AppointmentEditor::kCategoryBox), "Calls");
+    driver.Type(dialog, "x");
+    PressOk(dialog);
+  });
+  AppointmentEditor(calendar.file, record, {20, 5, 2004}, AppointmentEditor::Mode::kNew, "Calls")
+      .Run(nullptr);
+  EXPECT_EQ(core::ReadText(record.header.category), "Calls");
+}
+
 TEST_F(EditorTest, OnlyTheOwnerHasAWordOnConfidential) {
   const TemporaryCalendar guarded({"Owner", "Assistant", "Reader"});
   const core::RecordFile assistant(guarded.Path(), "Assistant");

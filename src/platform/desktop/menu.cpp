@@ -1,5 +1,6 @@
 #include "platform/desktop/menu.h"
 
+#include <QApplication>
 #include <QMenu>
 #include <QProxyStyle>
 
@@ -104,4 +105,8 @@ unsigned TrackPopupMenu(HMENU menu, POINT screenPoint, HWND owner) {
   const unsigned command = chosen->data().toUInt();
   PostMessage(owner, WM_COMMAND, command, 0);
   return command;
+}
+
+bool IsMenuOpen() {
+  return QApplication::activePopupWidget() != nullptr;
 }

@@ -20,6 +20,9 @@ void AppendMenu(HMENU menu, UINT flags, unsigned command, const char* text);
 // Puts the mark of the current choice on one item, and opens the menu there.
 void SetMenuCurrent(HMENU menu, unsigned command);
 
+// Whether a menu, or the list of a drop-down box, is open and has mouse and keys until it is left.
+bool IsMenuOpen();
+
 // Opens the menu with its corner at a screen point and waits until an item is chosen or the menu is left. A
 // chosen item is posted to the owner as WM_COMMAND with its command and answered; 0 for none.
 unsigned TrackPopupMenu(HMENU menu, POINT screenPoint, HWND owner);
