@@ -4,6 +4,7 @@
 #include "calendar/panel_layout.h"
 #include "calendar/views/palette.h"
 #include "core/time_texts.h"
+#include "framework/date_word.h"
 #include "framework/services.h"
 #include "shell/commands.h"
 
@@ -23,6 +24,7 @@ CalendarPanel::CalendarPanel(core::CalendarSession& calendarSession, CommandGate
       categorySelector(session),
       miniCalendar(kMiniCalendarId,
                    {.background = kPanelBackground, .selection = kSelection, .today = kTodayColour}),
+      views(session),
       host(*this, dayList, session, gate) {
   session.AddListener(*this);
 }
@@ -40,7 +42,7 @@ int CalendarPanel::PrepareClass(WNDCLASS* windowClass) {
 LRESULT CalendarPanel::OnCreate(const MessageRecord&) {
   // In the order in which Tab walks them.
   const bool made = categorySelector.Create(this) && dayList.Create(this) && miniCalendar.Create(this) &&
-                    notice.Create(this);
+                    notice.Create(this) && views.Create(this, {&categorySelector, &dayList, &miniCalendar});
   if (!made) return -1;
   SetWindowText(hwnd, "Calendar");
   SetWindowText(categorySelector.Handle(), "Category");
@@ -52,10 +54,15 @@ LRESULT CalendarPanel::OnSize(const MessageRecord&) {
   return 0;
 }
 
+PanelLayout CalendarPanel::Layout() const {
+  const RECT client = ClientArea();
+  NoticePlace place = NoticePlace::kNone;
+  if (notice.IsShown()) place = views.ShowingDay() ? NoticePlace::kUnderList : NoticePlace::kUnderGrid;
+  return LayOutPanel(client.right, client.bottom, place);
+}
+
 void CalendarPanel::PlaceParts() {
-  RECT client;
-  GetClientRect(&client);
-  const PanelLayout layout = LayOutPanel(client.right, client.bottom, notice.IsShown());
+  const PanelLayout layout = Layout();
   const auto place = [](ZarfWnd& child, const RECT& rect) {
     child.Move(rect.left, rect.top, Width(rect), Height(rect), 1);
   };
@@ -63,10 +70,12 @@ void CalendarPanel::PlaceParts() {
   place(dayList, layout.dayList);
   place(notice, layout.notice);
   place(miniCalendar, layout.miniCalendar);
+  views.Place(layout);
 }
 
 void CalendarPanel::OnPaint(HDC hdc, PAINTSTRUCT paint) {
   hdc->FillRect(paint.paint, kPanelBackground);
+  views.PaintFrame(hdc, Layout());
 }
 
 // ---- What the session tells ----
@@ -74,6 +83,8 @@ void CalendarPanel::OnPaint(HDC hdc, PAINTSTRUCT paint) {
 void CalendarPanel::OnSessionChange(core::SessionChange change) {
   if (change == core::SessionChange::kRecords) {
     dayList.RefreshFromFile(ListRefresh::kByProgram);
+    if (DayGrid* grid = views.Grid()) grid->Relist();
+    ShowWhetherWhole();
     return;
   }
   if (change == core::SessionChange::kTrouble) return;
@@ -81,12 +92,35 @@ void CalendarPanel::OnSessionChange(core::SessionChange change) {
   if (session.File() == nullptr) {
     records.Clear();
     dayList.SetFile(nullptr, nullptr);
-    ShowWhetherWhole();
+    ShowView(CalendarView::kDay);
     return;
   }
   const core::Date& date = session.CurrentDate();
   miniCalendar.SetDate(date.year, date.month, date.day);
   LoadDay();
+  DayGrid* grid = views.Grid();
+  if (change != core::SessionChange::kRights) {
+    // A day or a category that was chosen is shown as a day.
+    ShowView(CalendarView::kDay);
+  } else if (grid != nullptr) {
+    grid->Relist();
+    ShowWhetherWhole();
+  }
+}
+
+void CalendarPanel::ShowView(CalendarView view) {
+  const bool other = views.Show(view);
+  if (other && views.ShowingDay()) dayList.FocusList();
+  ShowWhetherWhole();
+  if (other) PlaceParts();
+}
+
+void CalendarPanel::FocusList() {
+  if (DayGrid* grid = views.Grid()) {
+    SetFocus(grid->Handle());
+  } else {
+    dayList.FocusList();
+  }
 }
 
 void CalendarPanel::LoadDay() {
@@ -103,7 +137,9 @@ void CalendarPanel::ShowWhetherWhole() {
   std::string title = "Appointments of " + core::FormatDate(session.CurrentDate());
   if (!records.IsWhole()) title.append(". ").append(kPartMissing);
   SetWindowText(dayList.Handle(), title.c_str());
-  if (notice.Say(records.IsWhole() ? "" : kPartMissing)) PlaceParts();
+  const DayGrid* grid = views.Grid();
+  const bool whole = grid != nullptr ? grid->IsWhole() : records.IsWhole();
+  if (notice.Say(whole ? "" : kPartMissing)) PlaceParts();
 }
 
 // ---- What the children and the menus tell ----
@@ -121,7 +157,14 @@ LRESULT CalendarPanel::OnCommand(const MessageRecord& record) {
       OnListNotice(code, record.lParam);
       break;
     case kMiniCalendarId:
-      OnCalendarNotice(code, *reinterpret_cast<const core::Date*>(record.lParam));
+      OnCalendarNotice(code, DateFromWord(record.lParam));
+      break;
+    case ViewSwitch::kTabsId:
+      ShowView(static_cast<CalendarView>(record.lParam));
+      break;
+    case MonthView::kId:
+    case WeekView::kId:
+      OnGridNotice(code, DateFromWord(record.lParam));
       break;
     default:
       if (CategorySelector::IsCategoryCommand(id))
@@ -172,12 +215,22 @@ void CalendarPanel::OnCalendarNotice(unsigned code, core::Date date) {
   if (command.Entered()) DropCommand(session, host, SelectedKey(), code == kDropCopy, date);
 }
 
+void CalendarPanel::OnGridNotice(unsigned code, core::Date date) {
+  if (code == kGridListed) {
+    ShowWhetherWhole();
+  } else if (session.File() != nullptr) {
+    session.SetDate(date);
+  }
+}
+
 void CalendarPanel::OnCategoryCommand(int command, const char* name) {
   const CommandScope scope(gate);
   if (scope.Entered()) categorySelector.OnCategoryMenuCommand(command, name);
 }
 
 void CalendarPanel::RunCommand(unsigned command) {
+  // What is selected in a list that does not show is not what the user means.
+  if (command != ID_ITEM_NEW && !views.ShowingDay()) return;
   const CommandScope scope(gate);
   if (!scope.Entered()) return;
   switch (command) {

@@ -1,9 +1,10 @@
 // The calendar: the appointments of the session's day, a mini calendar to choose the day and a selector to
-// choose a category. It turns what its children and the menus tell into changes of the session and commands,
-// and shows what the session tells.
+// choose a category, or in place of them a week or a month. It turns what its children and the menus tell
+// into changes of the session and commands, and shows what the session tells.
 #pragma once
 
 #include "calendar/command_gate.h"
+#include "calendar/view_switch.h"
 #include "calendar/views/category_selector.h"
 #include "calendar/views/day_list.h"
 #include "calendar/views/notice_line.h"
@@ -18,11 +19,13 @@ class CalendarPanel : public ZarfWnd, private core::SessionListener {
   CalendarPanel(core::CalendarSession& calendarSession, CommandGate& commandGate);
   ~CalendarPanel() override;
 
-  void FocusList() { dayList.FocusList(); }
+  // Gives the keyboard to the list, or to the week or the month while that shows.
+  void FocusList();
 
   DayList& List() { return dayList; }
   MiniCalendar& Calendar() { return miniCalendar; }
   CategorySelector& Categories() { return categorySelector; }
+  ViewSwitch& Views() { return views; }
 
   int PrepareClass(WNDCLASS* windowClass) override;
   LRESULT OnCreate(const MessageRecord& record) override;
@@ -37,9 +40,12 @@ class CalendarPanel : public ZarfWnd, private core::SessionListener {
   void OnListNotice(unsigned code, LPARAM value);
   void OnListChanged(LPARAM rebuild);
   void OnCalendarNotice(unsigned code, core::Date date);
+  void OnGridNotice(unsigned code, core::Date date);
+  void ShowView(CalendarView view);
   void OnCategoryCommand(int command, const char* name);
   POINT MenuPoint() const;
   void LoadDay();
+  PanelLayout Layout() const;
   void PlaceParts();
   void ShowWhetherWhole();
   core::RecordKey SelectedKey() const { return dayList.KeyAt(dayList.SelectedItem()); }
@@ -53,5 +59,6 @@ class CalendarPanel : public ZarfWnd, private core::SessionListener {
   CategorySelector categorySelector;
   MiniCalendar miniCalendar;
   NoticeLine notice;
+  ViewSwitch views;
   WindowHost host;
 };

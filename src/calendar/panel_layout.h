@@ -1,6 +1,8 @@
 // Where the parts of the calendar panel stand, as a function of its size.
 #pragma once
 
+#include <algorithm>
+
 #include "platform/desktop/types.h"
 
 struct PanelLayout {
@@ -8,21 +10,30 @@ struct PanelLayout {
   RECT dayList;
   RECT notice;
   RECT miniCalendar;
+  RECT grid;  // the month or the week, in place of all but the notice
+  RECT viewTabs;
 };
 
 constexpr int kNoticeHeight = 16;
 
 // `width` and `height` are the panel's client size in pixels. A panel too small for its list gives an empty
-// list. A notice takes the list's last pixels, where it has any to give.
-constexpr PanelLayout LayOutPanel(int width, int height, bool withNotice = false) {
-  const int listRight = width - 114 > 6 ? width - 114 : 6;
-  const int listBottom = height - 25 > 35 ? height - 25 : 35;
-  const int noticeTop =
-      withNotice && listBottom - kNoticeHeight > 35 ? listBottom - kNoticeHeight : listBottom;
-  return {
-      {0, 0, width, 26},
-      {6, 35, listRight, noticeTop},
-      {6, noticeTop, listRight, listBottom},
-      {width - 110, 35, width - 2, 165},
-  };
+// list. A notice takes the last pixels of what is above it, the list or the grid, where that has any to give.
+enum class NoticePlace { kNone, kUnderList, kUnderGrid };
+
+constexpr PanelLayout LayOutPanel(int width, int height, NoticePlace noticePlace = NoticePlace::kNone) {
+  const int listRight = std::max(width - 114, 6);
+  const int listBottom = std::max(height - 25, 35);
+  const int gridRight = std::max(width - 10, 10);
+  const int gridBottom = std::max(height - 24, 10);
+  PanelLayout layout = {.categorySelector = {0, 0, width, 26},
+                        .dayList = {6, 35, listRight, listBottom},
+                        .notice = {},
+                        .miniCalendar = {width - 110, 35, width - 2, 165},
+                        .grid = {10, 10, gridRight, gridBottom},
+                        .viewTabs = {10, height - 20, width, height}};
+  if (noticePlace == NoticePlace::kNone) return layout;
+  RECT& above = noticePlace == NoticePlace::kUnderList ? layout.dayList : layout.grid;
+  layout.notice = above;
+  layout.notice.top = above.bottom = std::max(above.bottom - kNoticeHeight, above.top);
+  return layout;
 }

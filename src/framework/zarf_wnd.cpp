@@ -285,6 +285,9 @@ LRESULT ZarfWnd::OnSysKeyUp(const MessageRecord& record) {
 LRESULT ZarfWnd::OnKeyUp(const MessageRecord& record) {
   return DefaultProc(record);
 }
+bool ZarfWnd::KeepsKey(unsigned) const {
+  return false;
+}
 LRESULT ZarfWnd::OnKeyDown(const MessageRecord& record) {
   return DefaultProc(record);
 }

@@ -87,6 +87,9 @@ class ZarfWnd {
   virtual LRESULT OnSysKeyUp(const MessageRecord& record);
   virtual LRESULT OnKeyUp(const MessageRecord& record);
   virtual LRESULT OnKeyDown(const MessageRecord& record);
+  // Whether a key is the window's own while it has the keyboard, also one that stands for a command of the
+  // main window. None, by default.
+  virtual bool KeepsKey(unsigned key) const;
 
   virtual LRESULT OnActivate(const MessageRecord& record);  // 0
 

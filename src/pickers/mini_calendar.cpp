@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string>
 
+#include "framework/date_word.h"
 #include "framework/drawing.h"
 #include "framework/fonts.h"
 #include "framework/services.h"
@@ -21,16 +22,7 @@ constexpr int kGridRest = 45;  // what the grid leaves of the height
 constexpr int kButtonSize = 10;
 constexpr int kButtonRise = 14;
 
-core::Date& PickedPlace() {
-  static core::Date picked = core::Today();
-  return picked;
-}
-
 }  // namespace
-
-const core::Date& PickedDate() {
-  return PickedPlace();
-}
 
 MiniCalendar::MiniCalendar(int id, const CalendarColours& calendarColours)
     : commandId(id),
@@ -123,7 +115,7 @@ LRESULT MiniCalendar::OnCommand(const MessageRecord& record) {
     date.month = id + 1;
     Pick(date, 0);
   } else if (id == kMonthGridId && record.lParam != 0) {
-    Pick(*reinterpret_cast<const core::Date*>(record.lParam), HighWord(record.wParam));
+    Pick(DateFromWord(record.lParam), HighWord(record.wParam));
   } else {
     OnButton(static_cast<unsigned>(id));
   }
@@ -145,11 +137,11 @@ void MiniCalendar::OnButton(unsigned id) {
 }
 
 void MiniCalendar::Pick(const core::Date& date, unsigned code) {
-  PickedPlace() = date;
+  core::Date picked = date;
   if (code == 0) {
     grid.SetDate(date.year, date.month, date.day);
-    ShowChoices();           // also when the grid has moved to another month by itself
-    PickedPlace() = Date();  // a day that the month lacks has become its last
+    ShowChoices();    // also when the grid has moved to another month by itself
+    picked = Date();  // a day that the month lacks has become its last
   }
-  TellParent(commandId, reinterpret_cast<LPARAM>(&PickedPlace()), code);
+  TellParent(commandId, WordFromDate(picked), code);
 }

@@ -1,16 +1,12 @@
 // A month to pick a day from, with a year and a month to choose, buttons for the month before and after and
 // for today. Whenever its date changes by the user's hand it posts its parent WM_COMMAND with its id in the
 // low word and 0 in the high word. A drop on a day is posted with 1021 (move) or 1022 (copy) in the high word
-// and leaves its date alone. lParam points to the picked date (const core::Date*).
+// and leaves its date alone. lParam is the date as a word (framework/date_word.h).
 #pragma once
 
 #include "controls/fly_menu.h"
 #include "controls/spin_button.h"
 #include "pickers/month_grid.h"
-
-// The date last picked or dropped on in any mini calendar: one place for the whole process, where
-// notifications point.
-const core::Date& PickedDate();
 
 class MiniCalendar : public OwnerDrawn {
  public:

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string>
 
+#include "framework/date_word.h"
 #include "framework/drawing.h"
 #include "framework/fonts.h"
 #include "framework/services.h"
@@ -151,6 +152,5 @@ LRESULT MonthGrid::TakeDrop(unsigned command, POINT screenPoint) {
 }
 
 void MonthGrid::Report(unsigned code, const core::Date& reported) {
-  const core::Date copy = reported;  // the parent may set another date while it reads this one
-  SendMessage(Parent(), WM_COMMAND, MakeWParam(kMonthGridId, code), reinterpret_cast<LPARAM>(&copy));
+  SendMessage(Parent(), WM_COMMAND, MakeWParam(kMonthGridId, code), WordFromDate(reported));
 }

@@ -1,7 +1,6 @@
 // The days of one month, of which the user picks one. It also takes appointments dropped on a day. It tells
 // its parent by WM_COMMAND, sent, with id 100 in the low word: of a day picked with 0 in the high word, of a
-// drop with 1021 (move) or 1022 (copy); lParam points to the date (const core::Date*), valid during the
-// message only.
+// drop with 1021 (move) or 1022 (copy); lParam is the date as a word (framework/date_word.h).
 #pragma once
 
 #include "core/date_time.h"

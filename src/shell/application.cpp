@@ -19,9 +19,13 @@ std::string& CommandLineStore() {
   return file;
 }
 
-// In a text field the keys belong to the text.
-bool FocusIsInTextField() {
-  return strcasecmp(GetClassName(GetFocus()).c_str(), "edit") == 0;
+// In a text field the keys belong to the text; another window may keep one for itself.
+bool FocusKeeps(const MessageRecord& message) {
+  const HWND focus = GetFocus();
+  if (strcasecmp(GetClassName(focus).c_str(), "edit") == 0) return true;
+  const ZarfWnd* object = ObjectFromHandle(focus);
+  return message.message == WM_KEYDOWN && object != nullptr &&
+         object->KeepsKey(static_cast<unsigned>(message.wParam));
 }
 
 }  // namespace
@@ -47,7 +51,7 @@ int RunApplication(ZarfWndApp& application, const std::string& file) {
 
   const std::span<const Accelerator> keys = LoadAccelerators("ACC");
   const int exitCode = RunMessageLoop(application.Handle(), [&](const MessageRecord& message) {
-    return !FocusIsInTextField() && TranslateAccelerator(application.Handle(), keys, message);
+    return !FocusKeeps(message) && TranslateAccelerator(application.Handle(), keys, message);
   });
   DeleteFonts();
   return exitCode;

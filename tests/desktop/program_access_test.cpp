@@ -83,13 +83,14 @@ TEST_F(ProgramAccess, TheDaysRowsAreReadInWords) {
 TEST_F(ProgramAccess, TabWalksThePanelAndTheFramesKeysGoOnWorking) {
   program.Run(calendar.Path(), [&] {
     Texts walked;
-    for (int step = 0; step < 8; ++step) {
+    for (int step = 0; step < 9; ++step) {
       Press({VK_TAB});
       walked.push_back(GetWindowText(GetFocus()));
     }
-    EXPECT_EQ(walked, (Texts{"Year", "Month", "", "Previous month", "Today", "Next month", "Category", ""}));
+    EXPECT_EQ(walked,
+              (Texts{"Year", "Month", "", "Previous month", "Today", "Next month", "View", "Category", ""}));
     EXPECT_EQ(GetFocus(), program.List());
-    for (int step = 0; step < 4; ++step) driver.Press(program.Frame(), VK_TAB, MK_SHIFT);
+    for (int step = 0; step < 5; ++step) driver.Press(program.Frame(), VK_TAB, MK_SHIFT);
     EXPECT_EQ(GetWindowText(GetFocus()), "Previous month");
     Press({VK_SPACE});
     EXPECT_EQ(Value(program.Session().CurrentDate().month), 2);

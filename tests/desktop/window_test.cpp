@@ -39,6 +39,16 @@ TEST_F(Window, CreateFailsWhenCreationIsRefused) {
   EXPECT_EQ(ObjectFromHandle(child.Handle()), nullptr);
 }
 
+TEST_F(Window, AChildThatIsMadeHiddenStaysSoWhenItsParentShows) {
+  RecordingWindow parent;
+  ASSERT_TRUE(parent.Create(nullptr, WS_POPUP));
+  ASSERT_TRUE(child.Create(&parent, WS_CHILD));
+  parent.Show();
+  EXPECT_FALSE(IsWindowVisible(child.Handle()));
+  child.Show();
+  EXPECT_TRUE(IsWindowVisible(child.Handle()));
+}
+
 TEST_F(Window, TheFirstRegistrationOfAClassStays) {
   RecordingWindow first("SharedName");
   first.background = RGB(1, 2, 3);

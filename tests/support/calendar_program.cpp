@@ -7,6 +7,7 @@
 #include "calendar/dialogs/password_dialogs.h"
 #include "calendar/views/day_row.h"
 #include "core/ini_file.h"
+#include "framework/date_word.h"
 #include "platform/desktop/application.h"
 #include "resources/resources.h"
 #include "shell/application.h"
@@ -97,7 +98,7 @@ HWND CalendarProgram::Days() {
 }
 
 void CalendarProgram::GoTo(const core::Date& date) {
-  SendMessage(Panel().Handle(), WM_COMMAND, 102, reinterpret_cast<LPARAM>(&date));
+  SendMessage(Panel().Handle(), WM_COMMAND, 102, WordFromDate(date));
 }
 
 void CalendarProgram::EnterPassword(const std::string& password) {

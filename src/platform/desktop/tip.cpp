@@ -1,6 +1,7 @@
 #include "platform/desktop/tip.h"
 
 #include <QApplication>
+#include <QTextDocument>
 #include <QToolTip>
 #include <QWidget>
 
@@ -12,6 +13,10 @@ void ShowTip(HWND window, POINT point, const char* text) {
   // A menu has the mouse to itself; a tip would cover it.
   if (entry == nullptr || QApplication::activePopupWidget() != nullptr) return;
   UseDialogFont();
-  QToolTip::showText(entry->widget->mapToGlobal(QPoint(point.x, point.y)), TextFromCodePage(text),
-                     entry->widget);
+  QString shown = TextFromCodePage(text);
+  // Angle brackets in what users have written are no markup.
+  if (Qt::mightBeRichText(shown)) {
+    shown = QStringLiteral("<p style='white-space:pre'>") + shown.toHtmlEscaped() + QStringLiteral("</p>");
+  }
+  QToolTip::showText(entry->widget->mapToGlobal(QPoint(point.x, point.y)), shown, entry->widget);
 }

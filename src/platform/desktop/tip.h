@@ -4,5 +4,6 @@
 #include "platform/desktop/types.h"
 
 // Shows a text in code page 1252 at a point in client pixels, until the mouse leaves the window or some
-// seconds have passed. Nothing is shown for an empty text, a window that is gone, or while a menu is open.
+// seconds have passed. An empty text takes the tip away. Nothing is shown for a window that is gone, or while
+// a menu is open.
 void ShowTip(HWND window, POINT point, const char* text);

@@ -72,6 +72,7 @@ HWND CreateWindow(const char* className, const char* title, DWORD style, int x, 
   if (width > 0 && height > 0) outer->resize(width, height);
   if (style & WS_CHILD) {
     widget->setGeometry(x, y, width, height);
+    if (!(style & WS_VISIBLE)) widget->hide();  // else it would show when its parent does
   } else if (x != kDefaultPlace) {
     outer->move(x, y);
   }
