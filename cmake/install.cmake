@@ -9,6 +9,8 @@ install(DIRECTORY ${resources}/styles/ DESTINATION share/daybrix/Styles)
 install(FILES ${PROJECT_SOURCE_DIR}/packaging/tempoline.desktop DESTINATION share/applications)
 install(FILES ${PROJECT_SOURCE_DIR}/packaging/tempoline-mime.xml DESTINATION share/mime/packages RENAME tempoline.xml)
 install(FILES ${PROJECT_SOURCE_DIR}/packaging/tempoline-cli.1 DESTINATION share/man/man1)
+install(FILES ${PROJECT_SOURCE_DIR}/packaging/tempoline-cli.bash
+  DESTINATION share/bash-completion/completions RENAME tempoline-cli)
 foreach(size 16 32 48 64 128)
   install(FILES ${resources}/images/icon-${size}.png DESTINATION share/icons/hicolor/${size}x${size}/apps
     RENAME tempoline.png)

@@ -22,8 +22,11 @@ struct CommandInfo {
 constexpr CommandInfo kCommands[] = {
     {Command::kInfo, "info", "FILE", "say what a file is and what it holds"},
     {Command::kList, "list", "FILE", "list appointments, of days or all"},
+    {Command::kAlarms, "alarms", "FILE", "tell which alarms are due and which rings next"},
     {Command::kAdd, "add", "FILE", "add an appointment and print its id"},
     {Command::kEdit, "edit", "FILE ID", "change an appointment"},
+    {Command::kMove, "move", "FILE ID", "move an appointment to another day"},
+    {Command::kCopy, "copy", "FILE ID", "copy an appointment to a day and print the copy's id"},
     {Command::kDelete, "delete", "FILE ID", "delete an appointment"},
     {Command::kCompact, "compact", "FILE", "rewrite a file without its free slots, and repair it"},
     {Command::kCheck, "check", "FILE", "look through a file for what is wrong; changes nothing"},
@@ -35,10 +38,12 @@ constexpr unsigned In(Command command) {
   return 1U << static_cast<unsigned>(command);
 }
 constexpr unsigned kListing = In(Command::kList);
-constexpr unsigned kShowing = kListing | In(Command::kInfo) | In(Command::kCheck);
+constexpr unsigned kAlarms = In(Command::kAlarms);
+constexpr unsigned kShowing = kListing | kAlarms | In(Command::kInfo) | In(Command::kCheck);
 constexpr unsigned kWriting = In(Command::kAdd) | In(Command::kEdit);
-constexpr unsigned kNaming = In(Command::kEdit) | In(Command::kDelete);
-constexpr unsigned kGuarded = kListing | kWriting | kNaming | In(Command::kInfo);
+constexpr unsigned kMoving = In(Command::kMove) | In(Command::kCopy);
+constexpr unsigned kNaming = In(Command::kEdit) | In(Command::kDelete) | kMoving;
+constexpr unsigned kGuarded = kListing | kAlarms | kWriting | kNaming | In(Command::kInfo);
 
 struct OptionInfo {
   std::string_view name;
@@ -51,9 +56,13 @@ constexpr OptionInfo kOptions[] = {
     {"day", "D", kListing, "the appointments of one day, YYYY-MM-DD"},
     {"from", "D", kListing, "with --to: those of each day from D"},
     {"to", "D", kListing, "with --from: to D, included"},
+    {"month", "M", kListing, "a month, YYYY-MM; as text a grid of its days"},
+    {"week", "D", kListing, "the week of a day, Monday to Sunday; as text a grid"},
     {"all", "", kListing, "all records, each once, with its own date"},
     {"find", "TEXT", kListing, "only those with TEXT in the subject or the notes"},
     {"category", "NAME", kListing, "only those of a category"},
+    {"at", "MOMENT", kAlarms, "not now but at YYYY-MM-DDTHH:MM"},
+    {"to", "D", kMoving, "the day to go to, YYYY-MM-DD"},
     {"date", "D", kWriting, "the day, YYYY-MM-DD"},
     {"start", "T", kWriting, "the start, HH:MM, in steps of five minutes"},
     {"end", "T", kWriting, "the end; when a new one has none, its start"},

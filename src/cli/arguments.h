@@ -13,7 +13,20 @@ namespace cli {
 
 inline constexpr std::string_view kProgram = "tempoline-cli";
 
-enum class Command { kNone, kInfo, kList, kAdd, kEdit, kDelete, kCompact, kCheck, kNew };
+enum class Command {
+  kNone,
+  kInfo,
+  kList,
+  kAlarms,
+  kAdd,
+  kEdit,
+  kMove,
+  kCopy,
+  kDelete,
+  kCompact,
+  kCheck,
+  kNew
+};
 
 // What the user asked for. Options are known ones of the command, each with its value ("" for a switch).
 struct Arguments {
@@ -21,7 +34,7 @@ struct Arguments {
   bool help = false;
   bool version = false;
   std::string file;                                         // a path, as given
-  std::string id;                                           // of edit and delete, as given
+  std::string id;                                           // of edit, move, copy and delete, as given
   std::map<std::string, std::string, std::less<>> options;  // by name, without the dashes
 
   bool Has(std::string_view option) const { return options.contains(option); }

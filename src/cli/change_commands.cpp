@@ -1,5 +1,5 @@
-// The commands that change the records of a calendar: add, edit and delete. They take the edit lock, read,
-// write and give back in the order of the window program, so that both may work on one file.
+// The commands that change the records of a calendar: add, edit, move, copy and delete. They take the edit
+// lock, read, write and give back in the order of the window program, so that both may work on one file.
 #include <memory>
 
 #include "cli/appointment_options.h"
@@ -26,6 +26,7 @@ ExitCode CodeOf(const core::RecordFile& file, CommandResult result) {
     case CommandResult::kVanished:
     case CommandResult::kConfidential:
     case CommandResult::kCancelledEvent:
+    case CommandResult::kRepeats:
       return kRefused;
     case CommandResult::kFailed:
       return file.LastFault() == core::FileFault::kBusy ? kLocked : kFile;
@@ -71,6 +72,21 @@ Outcome CheckConfidential(const Arguments& arguments, const AppointmentOptions& 
   return FailOn(arguments.file, kRefused, "Only the Owner level says what is confidential.");
 }
 
+// Prints the id of a record that was added.
+void TellId(CommandResult added, const Appointment& record, Output& output, Outcome& outcome) {
+  if (!core::IsMade(added)) return;
+  const std::string id = FormatId(record.header.recordId);
+  output.Write(id + "\n");
+  outcome.made = "The appointment was added; its id is " + id + ".";
+}
+
+// The record that move or copy names, and the day it goes to.
+Outcome FindJourney(const Arguments& arguments, Target& target, core::Date& date) {
+  if (!arguments.Has("to")) return Fail(kUsage, "--to is missing, which says the day to go to");
+  Outcome outcome = ParseDate("to", arguments.Value("to"), date);
+  return outcome.IsDone() ? FindTarget(arguments, target) : outcome;
+}
+
 }  // namespace
 
 Outcome AddCommand(const Arguments& arguments, Output& output) {
@@ -96,11 +112,7 @@ Outcome AddCommand(const Arguments& arguments, Output& output) {
   const CommandResult added = core::AddAppointment(*file, record);
   outcome = Describe(*file, added);
   if (outcome.IsDone()) outcome.message = notice;
-  if (core::IsMade(added)) {
-    const std::string id = FormatId(record.header.recordId);
-    output.Write(id + "\n");
-    outcome.made = "The appointment was added; its id is " + id + ".";
-  }
+  TellId(added, record, output, outcome);
   return outcome;
 }
 
@@ -124,6 +136,29 @@ Outcome EditCommand(const Arguments& arguments) {
   if (released != CommandResult::kDone) result = released;
   if (result != CommandResult::kDone) outcome = Describe(*target.file, result);
   return outcome.IsDone() ? Outcome{kDone, target.notice} : outcome;
+}
+
+Outcome MoveCommand(const Arguments& arguments) {
+  Target target;
+  core::Date date{};
+  Outcome outcome = FindJourney(arguments, target, date);
+  if (!outcome.IsDone()) return outcome;
+  Appointment record;
+  outcome = Describe(*target.file, core::MoveToDate(*target.file, target.key, date, record));
+  return outcome.IsDone() ? Outcome{kDone, target.notice} : outcome;
+}
+
+Outcome CopyCommand(const Arguments& arguments, Output& output) {
+  Target target;
+  core::Date date{};
+  Outcome outcome = FindJourney(arguments, target, date);
+  if (!outcome.IsDone()) return outcome;
+  Appointment record;
+  const CommandResult copied = core::CopyToDate(*target.file, target.key, date, record);
+  outcome = Describe(*target.file, copied);
+  if (outcome.IsDone()) outcome.message = target.notice;
+  TellId(copied, record, output, outcome);
+  return outcome;
 }
 
 Outcome DeleteCommand(const Arguments& arguments) {

@@ -13,10 +13,16 @@ Outcome RunCommand(const Arguments& arguments, Output& output) {
       return InfoCommand(arguments, output);
     case Command::kList:
       return ListCommand(arguments, output);
+    case Command::kAlarms:
+      return AlarmsCommand(arguments, output);
     case Command::kAdd:
       return AddCommand(arguments, output);
     case Command::kEdit:
       return EditCommand(arguments);
+    case Command::kMove:
+      return MoveCommand(arguments);
+    case Command::kCopy:
+      return CopyCommand(arguments, output);
     case Command::kDelete:
       return DeleteCommand(arguments);
     case Command::kCompact:

@@ -9,11 +9,14 @@
 namespace cli {
 
 Outcome ListCommand(const Arguments& arguments, Output& output);
+Outcome AlarmsCommand(const Arguments& arguments, Output& output);
 Outcome InfoCommand(const Arguments& arguments, Output& output);
 Outcome CheckCommand(const Arguments& arguments, Output& output);
 
 Outcome AddCommand(const Arguments& arguments, Output& output);
 Outcome EditCommand(const Arguments& arguments);
+Outcome MoveCommand(const Arguments& arguments);
+Outcome CopyCommand(const Arguments& arguments, Output& output);
 Outcome DeleteCommand(const Arguments& arguments);
 
 Outcome NewCommand(const Arguments& arguments);

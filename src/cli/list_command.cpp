@@ -1,17 +1,20 @@
-// The command list: days with their occurrences, or all records.
+// The command list: days with their occurrences, as lines or as a grid, or all records.
 #include <algorithm>
-#include <bit>
 #include <cstddef>
 #include <memory>
+#include <optional>
 #include <tuple>
+#include <unordered_map>
 
 #include "cli/calendar_access.h"
 #include "cli/commands.h"
+#include "cli/text_grid.h"
 #include "cli/values.h"
+#include "core/calendar/day_table.h"
 #include "core/calendar/repeat_rule.h"
 #include "core/calendar/text_search.h"
-#include "core/store/record_query.h"
 #include "core/store/record_scan.h"
+#include "core/time_texts.h"
 
 namespace cli {
 namespace {
@@ -20,34 +23,48 @@ using core::Appointment;
 
 // What of a record decides where it is listed; the record itself is read when its row is written.
 struct Candidate {
-  std::int32_t offset;
-  std::uint64_t id;
+  core::RecordKey record;
   int day;              // the day number it is listed on, -1 for none
   std::uint64_t order;  // within the day
   core::Date date;
-  core::RepeatRule repeat;
 };
 
 bool InOrder(const Candidate& a, const Candidate& b) {
-  return std::tie(a.day, a.order, a.offset) < std::tie(b.day, b.order, b.offset);
+  return std::tie(a.day, a.order, a.record.offset) < std::tie(b.day, b.order, b.record.offset);
 }
 
 struct Selection {
   bool all = false;  // each record once, else each day of the range
   core::Date from{};
   core::Date to{};
-  core::RecordQuery filter;
+  std::optional<GridShape> shape;  // of a range that is a month or a week
+  core::Date named{};              // the day that names it
+  std::optional<std::string> category;
+  core::RecordQuery text;  // what the texts must hold; without conditions anything
   Format format = Format::kText;
 };
+
+Outcome ParseGrid(const Arguments& arguments, Selection& selection) {
+  const bool month = arguments.Has("month");
+  Outcome parsed = month ? ParseMonth("month", arguments.Value("month"), selection.named)
+                         : ParseDate("week", arguments.Value("week"), selection.named);
+  if (!parsed.IsDone()) return parsed;
+  selection.shape = month ? GridShape::kMonth : GridShape::kWeek;
+  GridDays(*selection.shape, selection.named, selection.from, selection.to);
+  return {};
+}
 
 Outcome ParseDays(const Arguments& arguments, Selection& selection) {
   const bool day = arguments.Has("day");
   const bool range = arguments.Has("from") || arguments.Has("to");
+  const bool grid = arguments.Has("month") || arguments.Has("week");
   selection.all = arguments.Has("all");
-  if (day + range + selection.all != 1 || arguments.Has("from") != arguments.Has("to")) {
-    return Fail(kUsage, "list takes one of --day D, --from D --to D and --all");
+  if (day + range + arguments.Has("month") + arguments.Has("week") + selection.all != 1 ||
+      arguments.Has("from") != arguments.Has("to")) {
+    return Fail(kUsage, "list takes one of --day D, --from D --to D, --month M, --week D and --all");
   }
   if (selection.all) return {};
+  if (grid) return ParseGrid(arguments, selection);
   const char* first = day ? "day" : "from";
   const char* last = day ? "day" : "to";
   Outcome parsed = ParseDate(first, arguments.Value(first), selection.from);
@@ -56,22 +73,17 @@ Outcome ParseDays(const Arguments& arguments, Selection& selection) {
   return Fail(kUsage, "--from lies after --to");
 }
 
-Outcome ParseFilter(const Arguments& arguments, core::RecordQuery& filter) {
+Outcome ParseFilter(const Arguments& arguments, Selection& selection) {
   if (arguments.Has("find")) {
     std::string text;
     Outcome parsed = ParseText("find", arguments.Value("find"), core::TextSearch::kMostText, false, text);
     if (!parsed.IsDone()) return parsed;
-    core::AddTextConditions(filter, text);
+    core::AddTextConditions(selection.text, text);
   }
-  if (arguments.Has("category")) {
-    std::string name;
-    Outcome parsed =
-        ParseText("category", arguments.Value("category"), sizeof(core::RecordHeader::category), true, name);
-    if (!parsed.IsDone()) return parsed;
-    core::AddCategoryConditions(filter, name);
-  }
-  if (filter.ConditionCount() == 0) filter.AddMatchAll();
-  return {};
+  if (!arguments.Has("category")) return {};
+  selection.category.emplace();
+  return ParseText("category", arguments.Value("category"), sizeof(core::RecordHeader::category), true,
+                   *selection.category);
 }
 
 // The flags in text output: a letter for what is so, a dash for what is not.
@@ -92,28 +104,26 @@ class Lister {
 
   // False when something could not be read; the rest is listed all the same.
   bool Run() {
-    const core::ScanResult scanned = core::ScanRecords(file, [this](const char* slot, std::int32_t offset) {
-      Collect(*reinterpret_cast<const Appointment*>(slot), offset);
-    });
-    complete = scanned == core::ScanResult::kAll;
-    std::sort(single.begin(), single.end(), InOrder);
-    Table table(output, selection.format, Columns());
     if (selection.all) {
-      for (const Candidate& candidate : single) WriteRow(table, candidate, candidate.date);
+      ListAll();
+    } else if (const core::DayTable* days = FindDays(); days == nullptr) {
+      complete = false;
+    } else if (selection.shape && selection.format == Format::kText) {
+      ListGrid(*days);
     } else {
-      const int last = core::DayIndex(selection.to);
-      for (int first = core::DayIndex(selection.from); first <= last; first += core::kMostOccurrenceDays) {
-        WriteDays(table, first, std::min(last - first + 1, core::kMostOccurrenceDays));
-      }
+      ListDays(*days);
     }
-    table.End();
     return complete;
   }
 
  private:
-  void Collect(const Appointment& record, std::int32_t offset);
-  void WriteDays(Table& table, int first, int count);
-  void WriteRow(Table& table, const Candidate& candidate, const core::Date& date);
+  void ListAll();
+  const core::DayTable* FindDays();
+  bool IsWanted(const core::RecordKey& key) const;
+  void ListDays(const core::DayTable& days);
+  void ListGrid(const core::DayTable& days);
+  bool Read(const core::RecordKey& key, Appointment& record);
+  void WriteRow(Table& table, const core::RecordKey& key, const core::Date& date);
   std::vector<Column> Columns() const;
 
   const core::RecordFile& file;
@@ -121,57 +131,104 @@ class Lister {
   Output& output;
   const core::Access level;
   bool complete = true;
-  // Those that repeat lie apart: only they fall on more days than one.
-  std::vector<Candidate> single;
-  std::vector<Candidate> repeating;
-  std::size_t nextSingle = 0;
+  // The records whose texts are wanted, by their offsets; only where a text is looked for.
+  std::unordered_map<std::int32_t, std::uint64_t> found;
   std::size_t categoryWidth = 0;
 };
 
-void Lister::Collect(const Appointment& record, std::int32_t offset) {
-  if (!selection.filter.Matches(reinterpret_cast<const char*>(&record), sizeof record)) return;
-  const bool apart = !selection.all && core::HasRepeat(record);
-  const int day = core::DayIndex(record.date);
-  const bool outside = day < core::DayIndex(selection.from) || day > core::DayIndex(selection.to);
-  if (!selection.all && !apart && (day < 0 || outside)) return;
-  (apart ? repeating : single)
-      .push_back(
-          {offset, record.header.recordId, day, core::kDayOrder.key(&record), record.date, record.repeat});
-  const std::string category = OneLine(FromStored(core::ReadText(record.header.category)));
-  categoryWidth = std::max(categoryWidth, CharacterCount(category));
+void Lister::ListAll() {
+  core::RecordQuery filter = selection.text;
+  if (selection.category) core::AddCategoryConditions(filter, *selection.category);
+  if (filter.ConditionCount() == 0) filter.AddMatchAll();
+  std::vector<Candidate> records;
+  const core::ScanResult scanned = core::ScanRecords(file, [&](const char* slot, std::int32_t offset) {
+    if (!filter.Matches(slot, sizeof(Appointment))) return;
+    const auto& record = *reinterpret_cast<const Appointment*>(slot);
+    records.push_back({{offset, record.header.recordId},
+                       core::DayIndex(record.date),
+                       core::kDayOrder.key(slot),
+                       record.date});
+    categoryWidth = std::max(categoryWidth, core::ReadText(record.header.category).size());
+  });
+  complete = scanned == core::ScanResult::kAll;
+  std::sort(records.begin(), records.end(), InOrder);
+  Table table(output, selection.format, Columns());
+  for (const Candidate& candidate : records) WriteRow(table, candidate.record, candidate.date);
+  table.End();
 }
 
-// Days in a row, from a day number on; as many as OccurrenceDays answers at once.
-void Lister::WriteDays(Table& table, int first, int count) {
-  core::Date firstDate{};
-  if (output.Failed() || !core::DateFromIndex(first, firstDate)) return;
-  std::vector<Candidate> rows;
-  for (; nextSingle < single.size() && single[nextSingle].day < first + count; ++nextSingle) {
-    rows.push_back(single[nextSingle]);
+// The table of the days, after the texts were looked through; null when there is none.
+const core::DayTable* Lister::FindDays() {
+  if (selection.text.ConditionCount() != 0) {
+    const core::ScanResult scanned = core::ScanRecords(file, [this](const char* slot, std::int32_t offset) {
+      if (selection.text.Matches(slot, sizeof(Appointment)))
+        found.emplace(offset, reinterpret_cast<const core::RecordHeader*>(slot)->recordId);
+    });
+    complete = scanned == core::ScanResult::kAll;
   }
-  for (Candidate& candidate : repeating) {
-    std::uint64_t falls = core::OccurrenceDays(candidate.date, candidate.repeat, firstDate, count);
-    for (; falls != 0; falls &= falls - 1) {
-      candidate.day = first + std::countr_zero(falls);
-      rows.push_back(candidate);
+  const core::DayTable* days = core::DayTable::Of(file);
+  if (days == nullptr) return nullptr;
+  complete = complete && days->IsWhole();
+  categoryWidth = days->LongestCategory();
+  return days;
+}
+
+bool Lister::IsWanted(const core::RecordKey& key) const {
+  if (selection.text.ConditionCount() == 0) return true;
+  const auto at = found.find(key.offset);
+  return at != found.end() && at->second == key.id;
+}
+
+// As many days at a time as the table answers for.
+void Lister::ListDays(const core::DayTable& days) {
+  Table table(output, selection.format, Columns());
+  core::Date date = selection.from;
+  int left = core::DayIndex(selection.to) - core::DayIndex(selection.from) + 1;
+  while (left > 0 && !output.Failed()) {
+    const int count = std::min(left, core::kMostOccurrenceDays);
+    for (const std::vector<core::RecordKey>& day : days.Days(date, count, selection.category)) {
+      for (const core::RecordKey& key : day) {
+        if (IsWanted(key)) WriteRow(table, key, date);
+      }
+      core::NextDay(date);
     }
+    left -= count;
   }
-  std::sort(rows.begin(), rows.end(), InOrder);
-  for (const Candidate& row : rows) {
-    core::Date day{};
-    if (core::DateFromIndex(row.day, day)) WriteRow(table, row, day);
+  table.End();
+}
+
+void Lister::ListGrid(const core::DayTable& days) {
+  const int count = core::DayIndex(selection.to) - core::DayIndex(selection.from) + 1;
+  std::vector<GridDay> boxes;
+  core::Date date = selection.from;
+  for (const std::vector<core::RecordKey>& day : days.Days(selection.from, count, selection.category)) {
+    GridDay box{std::to_string(date.day), {}};
+    if (*selection.shape == GridShape::kWeek) box.head.append(" ").append(core::WeekdayName(date));
+    for (const core::RecordKey& key : day) {
+      Appointment record;
+      if (!IsWanted(key) || !Read(key, record)) continue;
+      std::string line;
+      if (record.allDay == 0) line.append(TimeCell(record.startTime).text).append(" ");
+      box.lines.push_back(line.append(FromStored(core::ReadText(record.subject))));
+    }
+    boxes.push_back(std::move(box));
+    core::NextDay(date);
   }
+  WriteGrid(output, *selection.shape, selection.named, selection.from, boxes);
 }
 
 // Others may have deleted the record meanwhile and put another one into its slot.
-void Lister::WriteRow(Table& table, const Candidate& candidate, const core::Date& date) {
-  Appointment record;
-  if (output.Failed()) return;
-  if (!file.ReadSlot(&record, candidate.offset)) {
+bool Lister::Read(const core::RecordKey& key, Appointment& record) {
+  if (!file.ReadSlot(&record, key.offset)) {
     complete = false;
-    return;
+    return false;
   }
-  if (!MaySee(record.header, level) || record.header.recordId != candidate.id) return;
+  return MaySee(record.header, level) && record.header.recordId == key.id;
+}
+
+void Lister::WriteRow(Table& table, const core::RecordKey& key, const core::Date& date) {
+  Appointment record;
+  if (output.Failed() || !Read(key, record)) return;
   const Cell id = Cell::Text(FormatId(record.header.recordId));
   const Cell start = TimeCell(record.startTime);
   const Cell end = TimeCell(record.endTime);
@@ -183,7 +240,7 @@ void Lister::WriteRow(Table& table, const Candidate& candidate, const core::Date
                Cell::Text(Flags(record)), category, subject});
     return;
   }
-  table.Row({id, Cell::Number(candidate.offset), DateCell(date), start, end, Cell::Bool(record.allDay != 0),
+  table.Row({id, Cell::Number(key.offset), DateCell(date), start, end, Cell::Bool(record.allDay != 0),
              category, subject, Cell::Text(FromStored(core::ReadText(record.notes))),
              Cell::Bool(record.header.confidential != 0), Cell::Bool(record.alarmOn != 0),
              Cell::Bool(core::HasAttachment(record)), Cell::Bool(core::HasRepeat(record)),
@@ -204,7 +261,7 @@ std::vector<Column> Lister::Columns() const {
 Outcome ListCommand(const Arguments& arguments, Output& output) {
   Selection selection;
   Outcome outcome = ParseDays(arguments, selection);
-  if (outcome.IsDone()) outcome = ParseFilter(arguments, selection.filter);
+  if (outcome.IsDone()) outcome = ParseFilter(arguments, selection);
   if (outcome.IsDone()) outcome = ParseFormat("format", arguments.Value("format"), selection.format);
   std::unique_ptr<core::RecordFile> file;
   if (outcome.IsDone()) outcome = OpenCalendarToRead(arguments, file);

@@ -5,6 +5,7 @@
 #include <cstdio>
 
 #include "core/calendar/repeat_rule.h"
+#include "platform/system/clock.h"
 #include "platform/system/code_page.h"
 
 namespace cli {
@@ -102,6 +103,20 @@ Outcome ParseDate(std::string_view option, std::string_view text, core::Date& da
   return WrongValue(
       option, text,
       "is not in the years " + std::to_string(core::kFirstYear) + " to " + std::to_string(core::LastYear()));
+}
+
+Outcome ParseMonth(std::string_view option, std::string_view text, core::Date& first) {
+  if (text.size() == 7 && ParseDate(option, std::string(text) + "-01", first).IsDone()) return {};
+  return WrongValue(option, text, "is no month of the calendar like 2004-03");
+}
+
+Outcome ParseMoment(std::string_view option, std::string_view text, core::AlarmMoment& moment) {
+  platform::LocalTime time{};
+  if (text.size() != 16 || !platform::ParseClockText(std::string(text) + ":00", time))
+    return WrongValue(option, text, "is no moment like 2004-03-14T10:40");
+  moment.time = {time.hour % 12, time.minute - time.minute % 5, 0,
+                 time.hour < 12 ? core::kBeforeNoon : core::kAfterNoon};
+  return ParseDate(option, text.substr(0, 10), moment.date);
 }
 
 Outcome ParseTime(std::string_view option, std::string_view text, core::TimeOfDay& time) {

@@ -9,6 +9,7 @@
 
 #include "cli/outcome.h"
 #include "cli/table.h"
+#include "core/calendar/alarm_schedule.h"
 #include "core/calendar/repeat_choice.h"
 #include "core/date_time.h"
 
@@ -16,6 +17,12 @@ namespace cli {
 
 // "2004-03-14", a day of the calendar.
 Outcome ParseDate(std::string_view option, std::string_view text, core::Date& date);
+
+// "2004-03", a month of the calendar: its first day.
+Outcome ParseMonth(std::string_view option, std::string_view text, core::Date& first);
+
+// "2004-03-14T10:40", to the five minutes that it lies in.
+Outcome ParseMoment(std::string_view option, std::string_view text, core::AlarmMoment& moment);
 
 // "09:30", "24:00" not among them, in steps of five minutes: others would compare as the step before.
 Outcome ParseTime(std::string_view option, std::string_view text, core::TimeOfDay& time);

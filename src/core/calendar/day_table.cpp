@@ -57,6 +57,7 @@ bool DayTable::Make(const RecordFile& file) {
   single.clear();
   repeating.clear();
   alarms.clear();
+  longestCategory = 0;
   const ScanResult scanned = ScanLiveSlots(file, [this](const char* slot, std::int32_t offset) {
     Add(*reinterpret_cast<const Appointment*>(slot), offset);
   });
@@ -70,6 +71,7 @@ void DayTable::Add(const Appointment& appointment, std::int32_t offset) {
   entry.order = static_cast<std::uint16_t>(kDayOrder.key(&appointment));
   entry.confidential = appointment.header.confidential == 1;
   std::memcpy(entry.category, appointment.header.category, sizeof entry.category);
+  longestCategory = std::max(longestCategory, ReadText(entry.category).size());
   if (HasRepeat(appointment)) {
     repeating.push_back({entry, appointment.date, appointment.repeat});
   } else {

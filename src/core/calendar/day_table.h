@@ -36,6 +36,9 @@ class DayTable final : public RecordFile::Kept {
   std::vector<std::vector<RecordKey>> Days(const Date& first, int count,
                                            std::optional<std::string_view> category) const;
 
+  // Bytes of the longest name of a category that a record of the file has.
+  std::size_t LongestCategory() const { return longestCategory; }
+
   // The fields of an appointment with an alarm that is on from which RingMoment comes.
   struct Alarm {
     RecordKey record;
@@ -72,6 +75,7 @@ class DayTable final : public RecordFile::Kept {
   std::vector<Entry> single;
   std::vector<Repeating> repeating;
   std::vector<Alarm> alarms;
+  std::size_t longestCategory = 0;
   bool whole = false;
 
   // What proves it: the file as it was before the pass.

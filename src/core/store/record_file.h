@@ -1,7 +1,7 @@
 // A record file that several copies of the program, on several machines, may have open at once: a calendar,
-// an address book, the outgoing box. Every operation goes to the file; nothing is cached here. What users see of
-// each other is in the file's own bytes: a slot's in-use and edit-lock bytes and the counters of the header
-// block.
+// an address book, the outgoing box. Every operation goes to the file; nothing is cached here. What users see
+// of each other is in the file's own bytes: a slot's in-use and edit-lock bytes and the counters of the
+// header block.
 //
 // A record is addressed by the file offset of its slot, a positive 32-bit number, and named by its key
 // (record_key.h): an operation that is given a key touches nothing when the slot is free or another record's

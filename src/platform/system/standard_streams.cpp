@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <signal.h>
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -37,6 +38,11 @@ bool WriteStandardOutput(std::string_view bytes) {
 
 bool WriteStandardError(std::string_view bytes) {
   return WriteAll(STDERR_FILENO, bytes);
+}
+
+int TerminalWidth() {
+  struct winsize size = {};
+  return ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 ? size.ws_col : 0;
 }
 
 }  // namespace platform

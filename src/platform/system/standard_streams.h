@@ -15,4 +15,7 @@ void PrepareStandardStreams();
 bool WriteStandardOutput(std::string_view bytes);
 bool WriteStandardError(std::string_view bytes);
 
+// Columns of the terminal that standard output goes to; 0 where it goes elsewhere.
+int TerminalWidth();
+
 }  // namespace platform

@@ -83,6 +83,23 @@ TEST_F(CliChanges, AddFillsARecordAsTheEditorDoes) {
   }
 }
 
+TEST_F(CliChanges, MoveAndCopyGoToADay) {
+  ASSERT_EQ(Run("move", {first, "--to", "2004-03-20"}), 0) << result.errors;
+  EXPECT_EQ(core::DayIndex(Slot(kFirst).date), core::DayIndex(2004, 3, 20));
+  ASSERT_EQ(Run("edit", {first, "--repeat=daily"}), 0);
+  EXPECT_EQ(Run("move", {first, "--to", "2004-03-21"}), 3);
+  EXPECT_NE(result.errors.find("epeat"), std::string::npos) << result.errors;
+  ASSERT_EQ(Run("copy", {first, "--to=2004-03-22"}), 0) << result.errors;
+  EXPECT_EQ(ListRows({calendar.Path(), "--day=2004-03-22", "--password=Owner"}).items.size(), 2U);
+  EXPECT_EQ(core::DayIndex(Last().date), core::DayIndex(2004, 3, 22));
+  EXPECT_EQ(Last().repeat.repeatType, 0);
+  EXPECT_EQ(result.output.substr(0, 16).find(first), std::string::npos) << "its own id";
+  EXPECT_EQ(Run("copy", {first}), 1);
+  EXPECT_EQ(Run("copy", {first, "--to=2004-03-22"}, "Reader"), 3);
+  ASSERT_TRUE(calendar.file.LockRecord(kFirst));
+  EXPECT_EQ(Run("move", {first, "--to=2004-03-22"}), 4);
+}
+
 TEST_F(CliChanges, ValuesThatCannotBeTakenAreUsageErrors) {
   const std::string before = calendar.Bytes();
   const struct {

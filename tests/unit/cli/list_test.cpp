@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -126,6 +127,55 @@ TEST_F(SampleLists, InfoCountsWhatIsListed) {
     EXPECT_EQ(info[counted].number, expected[name].number) << counted;
   }
   EXPECT_EQ(ListRows({path, "--all"}).items.size(), expected["live"].number);
+}
+
+TEST_F(SampleLists, AlarmsAsTheyRing) {
+  std::filesystem::copy_file(kData + "alarms.cld", folder.Join("alarms.cld"));
+  std::ifstream stream(kData + "alarms.expected.json");
+  const Json rings = Json::Parse({std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()});
+  const auto alarms = [&](const char* at, const char* format) {
+    return RunCli({"alarms", folder.Join("alarms.cld"), "--at", at, "--format", format}).output;
+  };
+  const Json rows = Json::Parse(alarms("2004-03-14T10:43", "json"));
+  ASSERT_EQ(rows.items.size(), rings["rings"].items.size() + 1);
+  for (std::size_t i = 0; i + 1 < rows.items.size(); ++i) {
+    for (const char* field : {"id", "ring", "subject"})
+      EXPECT_EQ(rows.items[i][field].text, rings["rings"].items[i][field].text);
+    EXPECT_EQ(rows.items[i]["due"].text, "true");
+  }
+  EXPECT_EQ(rows.items.back()["due"].text, "false");
+  EXPECT_EQ(alarms("2003-01-22T22:14", "csv"),
+            "id,due,ring,time,subject,target\r\n"
+            "5de12fb9d408f1b5,false,2003-01-22,22:15,Invoice invoice,\r\n");
+}
+
+TEST(Grid, HasABoxForEachDay) {
+  setenv("COLUMNS", "65", 1);
+  TemporaryCalendar calendar;
+  calendar.Add(Entry("Standup \xE9").On(26, 2, 2004).Every(1, core::kRepeatDaily).Until(27, 2, 2004));
+  calendar.Add(Entry("Fair\nand square").On(27, 2, 2004).AllDay());
+  calendar.Add(Entry("Sunday lunch, the long one").On(29, 2, 2004).At(12, 0).Category("Food"));
+  const auto grid = [&](std::vector<std::string> words) {
+    words.insert(words.begin(), {"list", calendar.Path()});
+    return RunCli(words).output;
+  };
+  const std::string rule = "+---------------+---------------+---------------+---------------+\n";
+  EXPECT_EQ(grid({"--week", "2004-02-29"}),
+            "February 2004\n" + rule +
+                "|23 Monday      |24 Tuesday     |25 Wednesday   |26 Thursday    |\n"
+                "|               |               |               |09:00 Standup é|\n" +
+                rule +
+                "|27 Friday      |28 Saturday    |29 Sunday      |               |\n"
+                "|Fair and square|               |12:00 Sunday lu|               |\n"
+                "|09:00 Standup é|               |               |               |\n" +
+                rule);
+  const std::string month = grid({"--month=2004-02", "--category=food", "--find", "LUNCH"});
+  EXPECT_EQ(std::count(month.begin(), month.end(), '\n'), 15) << month;
+  EXPECT_NE(month.find("|29      |        |"), std::string::npos) << month;
+  EXPECT_NE(month.find("|12:00 Su|"), std::string::npos) << month;
+  EXPECT_EQ(month.find("Standup"), std::string::npos) << month;
+  EXPECT_EQ(ListRows({calendar.Path(), "--month=2004-02"}).items.size(), 4U);
+  unsetenv("COLUMNS");
 }
 
 // A calendar with one record whose every field is awkward.

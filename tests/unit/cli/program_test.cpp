@@ -20,10 +20,12 @@ TEST(CliWords, HelpVersionAndWrongUse) {
   EXPECT_EQ(RunCli({"--help"}).code, 0);
   EXPECT_NE(RunCli({"list", "--help"}).output.find("--from D"), std::string::npos);
   EXPECT_EQ(RunCli({"compact", "-h"}).output.find("--from D"), std::string::npos);
-  for (const char* line : {"", "lst f", "list", "list f", "list f g --all", "list f --all --day 2004-01-01",
-                           "list f --from 2004-01-01", "list f --from 2004-01-02 --to 2004-01-01",
-                           "list f --all --format xml", "list f --all --find", "list f --all -x",
-                           "list f --all --password=a --password-file=b", "edit f --subject=x", "info  "}) {
+  for (const char* line :
+       {"", "lst f", "list", "list f", "list f g --all", "list f --all --day 2004-01-01",
+        "list f --from 2004-01-01", "list f --from 2004-01-02 --to 2004-01-01", "list f --all --format xml",
+        "list f --all --find", "list f --all -x", "list f --all --password=a --password-file=b",
+        "list f --month 2004-13", "list f --day 2004-01-01 --week 2004-01-01", "alarms f --at 2004-03-14",
+        "move f 00000000000000f1", "edit f --subject=x", "info  "}) {
     const CommandResult result = RunCli(Words(line));
     EXPECT_EQ(result.code, 1) << line;
     EXPECT_EQ(result.output, "");
@@ -35,14 +37,29 @@ TEST(CliWords, HelpVersionAndWrongUse) {
   EXPECT_EQ(RunCli({"info", "/"}).code, 2);
 }
 
-// The manual page knows every command and every option.
-TEST(CliWords, TheManualIsWhole) {
+// The manual page knows every command and every option, and so does the completion, each command its own.
+TEST(CliWords, ManualAndCompletionAreWhole) {
   std::ifstream stream(tests::SourceFolder() + "/packaging/tempoline-cli.1");
   const std::string page{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+  const auto completed = [](const std::string& line, const std::string& word) {
+    return RunShell("bash -c '. \"" + tests::SourceFolder() +
+                    "/packaging/tempoline-cli.bash\"; COMP_WORDS=(cli " + line + " " + word +
+                    "); COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); _tempoline_cli; echo \" " +
+                    "${COMPREPLY[*]} \"'")
+        .output;
+  };
   for (const std::string& word : cli::AllWords()) {
     std::string escaped;
     for (const char c : word) escaped += c == '-' ? "\\-" : std::string(1, c);
     EXPECT_NE(page.find(escaped), std::string::npos) << word;
+    if (word.starts_with("--")) continue;
+    EXPECT_NE(completed("", "\"\"").find(" " + word + " "), std::string::npos) << word;
+    const std::string help = RunCli({word, "--help"}).output;
+    const std::string offered = completed(word + " f", "--");
+    for (std::size_t at = help.find("\n  --"); at != std::string::npos; at = help.find("\n  --", at + 1)) {
+      const std::string option = help.substr(at + 3, help.find(' ', at + 3) - at - 3);
+      EXPECT_NE(offered.find(" " + option + " "), std::string::npos) << word << option << offered;
+    }
   }
 }
 

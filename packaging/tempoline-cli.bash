@@ -1,0 +1,48 @@
+# Completion of tempoline-cli for bash: commands, the options of the command, and what stands for their values.
+
+_tempoline_cli() {
+  local current=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]} command= options= word
+  for word in "${COMP_WORDS[@]:1:COMP_CWORD-1}"; do
+    case $word in
+      info | list | alarms | add | edit | move | copy | delete | compact | check | new) command=$word && break ;;
+    esac
+  done
+  local password="--password --password-file" record="--offset"
+  case $command in
+    info) options="--format $password" ;;
+    list) options="--day --from --to --month --week --all --find --category --format $password" ;;
+    alarms) options="--at --format $password" ;;
+    add | edit)
+      options="--date --start --end --all-day --no-all-day --subject --notes --category --confidential"
+      options+=" --no-confidential --repeat --until --no-repeat $password"
+      [ "$command" = edit ] && options+=" $record"
+      ;;
+    move | copy) options="--to $record $password" ;;
+    delete) options="$record $password" ;;
+    compact) options="--force" ;;
+    check) options="--format" ;;
+    new) options="--examples" ;;
+    *)
+      COMPREPLY=($(compgen -W "info list alarms add edit move copy delete compact check new --help --version" -- "$current"))
+      return
+      ;;
+  esac
+  case $before in
+    --format) COMPREPLY=($(compgen -W "text csv json" -- "$current")) ;;
+    --repeat) COMPREPLY=($(compgen -W "daily:1 weekly:1 monthly:1 yearly:1" -- "$current")) ;;
+    --day | --from | --to | --week | --date | --until) COMPREPLY=($(compgen -W "$(date +%F)" -- "$current")) ;;
+    --month) COMPREPLY=($(compgen -W "$(date +%Y-%m)" -- "$current")) ;;
+    --at) COMPREPLY=($(compgen -W "$(date +%FT%H:%M)" -- "$current")) ;;
+    --start | --end | --subject | --notes | --category | --find | --offset | --password) COMPREPLY=() ;;
+    *)
+      if [[ $current == -* ]]; then
+        COMPREPLY=($(compgen -W "$options --help" -- "$current"))
+      else
+        compopt -o filenames 2>/dev/null
+        local IFS=$'\n'
+        COMPREPLY=($(compgen -f -- "$current"))
+      fi
+      ;;
+  esac
+}
+complete -F _tempoline_cli tempoline-cli
