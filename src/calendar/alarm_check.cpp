@@ -11,7 +11,7 @@ using core::CommandResult;
 
 namespace {
 
-constexpr int kMostSkipped = 16;  // about half an hour
+constexpr int kMostSkipped = 4;  // eight minutes
 
 constexpr const char* kRingsAgain = "The alarm stays as it was and will ring again.";
 
@@ -64,7 +64,7 @@ CommandResult AlarmCheck::RingIfDue(const core::RecordKey& key, const core::Alar
 void AlarmCheck::Ring(core::EditLock& lock, const core::Appointment& record) {
   BringToFront(frame.Handle());
   AlarmDialog dialog(record);
-  dialog.Run(&frame);
+  if (!dialog.Run(&frame)) return;  // it rings again when the program is started next
   const std::string news = Store(lock, dialog.WantsNoMore());
   session.RecordsChanged();
   for (const std::string& told : {news, dialog.ToneFault()}) {

@@ -23,5 +23,6 @@ LRESULT TimePickerDialog::OnCommand(const MessageRecord& record) {
     track.CloseList(id == IDOK);
     return 1;
   }
+  if (id == IDOK) track.TakeSelection();
   return PickerDialog::OnCommand(record);
 }

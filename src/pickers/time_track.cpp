@@ -158,11 +158,16 @@ LRESULT TimeTrack::OnLButtonDown(const MessageRecord& record) {
   // Where the cursor cannot be moved to the marker's handle, the marker follows from where it is held.
   const int handle = MarkerHandle(layout);
   grip = SetCursorPos(ClientToScreen(hwnd, {layout.width / 2, handle})) ? 0 : point.y - handle;
+  untouched = handle;
   return 0;
 }
 
+// Where a slot has less than a pixel, or the end lies beside the slots, taking hold must not move it.
 LRESULT TimeTrack::OnMouseMove(const MessageRecord& record) {
-  if (Tracking()) SetEnd(EndAtHeight(LayoutIn(ClientArea()), PointFromLParam(record.lParam).y - grip));
+  const int y = PointFromLParam(record.lParam).y - grip;
+  if (!Tracking() || y == untouched) return 0;
+  untouched.reset();
+  SetEnd(EndAtHeight(LayoutIn(ClientArea()), y));
   return 0;
 }
 
@@ -223,6 +228,13 @@ void TimeTrack::CloseList(bool take) {
   if (take && row >= 0) SetBoth(TimeOfSlot(TimeSlotList::SlotOf(row)));
   SetFocus(hwnd);
   list.Hide();
+}
+
+void TimeTrack::TakeSelection() {
+  const int row = list.SelectedItem();
+  if (IsRange() || row < 0) return;
+  const int slot = TimeSlotList::SlotOf(row);
+  if (slot != core::TimeSlot(times.start)) SetBoth(TimeOfSlot(slot));
 }
 
 LRESULT TimeTrack::OnCommand(const MessageRecord& record) {

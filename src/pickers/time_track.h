@@ -28,6 +28,8 @@ class TimeTrack : public OwnerDrawn {
   bool ChoosesStart() const;
   // Closes it; with `take` the selected time becomes start and end.
   void CloseList(bool take);
+  // Takes a single time that was selected last, also where nobody has told of it yet.
+  void TakeSelection();
 
   void Paint(HDC hdc, const RECT& client) const override;
 
@@ -59,7 +61,8 @@ class TimeTrack : public OwnerDrawn {
 
   const TimePicking picking;
   TimeRange times;
-  int grip = 0;  // of a drag: how far below the marker's handle it is held
+  int grip = 0;                  // of a drag: how far below the marker's handle it is held
+  std::optional<int> untouched;  // of a drag that has not moved yet: the height of the handle
   bool listOpen = false;
   TimeSlotList list;
   ZarfSpinButton opener;

@@ -1,6 +1,7 @@
 // Alarms: their settings, and how they ring in the running program.
 #include <gtest/gtest.h>
 
+#include <csignal>
 #include <cstring>
 
 #include "calendar/dialogs/alarm_dialog.h"
@@ -123,6 +124,7 @@ class RingingAlarms : public testing::Test {
 };
 
 TEST_F(RingingAlarms, OneACheckInTheirOrderAndEachOnce) {
+  const Entry record = Alarm("Unseen", 14);
   const std::int32_t late = calendar.Add(Alarm("Late", 14));
   const std::int32_t early = calendar.Add(Alarm("Early", 12));
   calendar.Add(Alarm("Tomorrow", 15));
@@ -153,6 +155,10 @@ TEST_F(RingingAlarms, OneACheckInTheirOrderAndEachOnce) {
     });
     EXPECT_EQ(Stored(series).alarmOn, 0);
     Tick();
+    EXPECT_EQ(calendar.file.WriteRecord(&record.appointment, late), core::Result::kDone);
+    ExpectRing("Unseen", [](HWND) { raise(SIGTERM); });
+    EXPECT_EQ(Stored(late).alarmOn, 1);
+    EXPECT_EQ(Stored(late).header.editLock, 0);
   });
 }
 

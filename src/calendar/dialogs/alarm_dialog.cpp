@@ -13,8 +13,8 @@ constexpr int kTemplate = 2005;
 
 }  // namespace
 
-void AlarmDialog::Run(ZarfWnd* owner) {
-  Open(owner, kTemplate);
+bool AlarmDialog::Run(ZarfWnd* owner) {
+  return Open(owner, kTemplate) == 1 || !EndsBySignal();
 }
 
 LRESULT AlarmDialog::OnInitDialog(const MessageRecord&) {

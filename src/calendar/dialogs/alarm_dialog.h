@@ -21,8 +21,8 @@ class AlarmDialog : public ZarfDialog {
 
   explicit AlarmDialog(const core::Appointment& record) : appointment(record) {}
 
-  // Rings over `owner`, until the user has seen it.
-  void Run(ZarfWnd* owner);
+  // Rings over `owner`, until the user has seen it: true. False when the end of the session took it away.
+  [[nodiscard]] bool Run(ZarfWnd* owner);
   // What the user wants then; nothing of it after Cancel.
   bool WantsStart() const { return wantsStart; }
   bool WantsNoMore() const { return wantsNoMore; }

@@ -51,6 +51,7 @@ struct Desktop {
   std::unique_ptr<QApplication> application;
   std::vector<std::unique_ptr<QSocketNotifier>> notifiers;
   bool running = false;
+  bool endsBySignal = false;
   bool quitPosted = false;
   int exitCode = 0;
 };
@@ -94,6 +95,7 @@ void WatchSignals(HWND mainWindow) {
     char bytes[16];
     while (read(signalSockets[1], bytes, sizeof bytes) > 0) {
     }
+    TheDesktop().endsBySignal = true;
     CloseAll(mainWindow);
   });
 }
@@ -148,6 +150,7 @@ int RunMessageLoop(HWND mainWindow, const MessageFilter& filter) {
     desktop.running = false;
   }
   desktop.quitPosted = false;
+  desktop.endsBySignal = false;
   return desktop.exitCode;
 }
 
@@ -156,6 +159,10 @@ void PostQuitMessage(int exitCode) {
   desktop.exitCode = exitCode;
   desktop.quitPosted = true;
   if (desktop.running) QCoreApplication::exit(exitCode);
+}
+
+bool EndsBySignal() {
+  return TheDesktop().endsBySignal;
 }
 
 void RunWaitingMessages() {

@@ -19,6 +19,8 @@ using MessageFilter = std::function<bool(const MessageRecord&)>;
 // `mainWindow` as a user would, after ending the dialogs over it as by Escape.
 int RunMessageLoop(HWND mainWindow, const MessageFilter& filter);
 void PostQuitMessage(int exitCode);
+// Whether such a signal is ending the program: what closes then was closed by nobody.
+bool EndsBySignal();
 
 // Handles what waits in the event loop and returns: long work calls it now and then, so that windows are
 // painted and the desktop does not take the program for dead. Anything may happen in it that may happen in
