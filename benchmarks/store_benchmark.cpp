@@ -18,135 +18,17 @@
 #include <utility>
 #include <vector>
 
-#include "core/calendar/appointment.h"
-#include "core/calendar/categories.h"
-#include "core/calendar/day_lists.h"
 #include "core/calendar/repeat_rule.h"
 #include "core/store/compaction.h"
 #include "core/store/record_query.h"
+#include "measuring.h"
 
 namespace {
 
-using core::Appointment;
-using core::RecordFile;
 using core::RecordQuery;
+using namespace measuring;
 
-constexpr std::size_t kSlot = sizeof(Appointment);
-constexpr std::size_t kRun = core::kSlotsPerRead * kSlot;
 constexpr core::Date kDay{14, 3, 2004};
-
-bool exceeded = false;
-
-[[noreturn]] void Fail(const char* what) {
-  std::fprintf(stderr, "%s failed\n", what);
-  std::exit(2);
-}
-
-// ---- Measuring ----
-
-template <typename Run>
-double Microseconds(const Run& run) {
-  const auto start = std::chrono::steady_clock::now();
-  run();
-  return std::chrono::duration<double, std::micro>(std::chrono::steady_clock::now() - start).count();
-}
-
-double Median(std::vector<double>& times) {
-  std::nth_element(times.begin(), times.begin() + static_cast<std::ptrdiff_t>(times.size() / 2), times.end());
-  return times[times.size() / 2];
-}
-
-void Print(const std::string& name, double measured, double reference, double limit) {
-  const double ratio = measured / reference;
-  exceeded = exceeded || ratio > limit;
-  std::printf("%-44s %12.2f us %12.2f us %8.2f %8.2f%s\n", name.c_str(), measured, reference, ratio, limit,
-              ratio > limit ? "  exceeded" : "");
-}
-
-// Runs both in turn and prints their medians. Which one comes first alternates.
-template <typename Measured, typename Reference>
-void Compare(const std::string& name, int rounds, double limit, const Measured& measured,
-             const Reference& reference) {
-  std::vector<double> ours;
-  std::vector<double> theirs;
-  measured();
-  reference();
-  for (int i = 0; i < rounds; ++i) {
-    if (i % 2 == 0) ours.push_back(Microseconds(measured));
-    theirs.push_back(Microseconds(reference));
-    if (i % 2 != 0) ours.push_back(Microseconds(measured));
-  }
-  Print(name, Median(ours), Median(theirs), limit);
-}
-
-// ---- Files ----
-
-std::string Folder() {
-  static const std::string folder = [] {
-    const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe");
-    std::string made = (program.parent_path() / "benchmark-files").string();
-    std::filesystem::remove_all(made);
-    std::filesystem::create_directories(made);
-    return made;
-  }();
-  return folder;
-}
-
-// A record of some day; every fifth repeats, by each kind of rule in turn.
-Appointment SomeRecord(int number, std::minstd_rand& random, const core::HeaderBlock& header) {
-  Appointment record{};
-  core::InitRecordHeader(record.header, kSlot, header);
-  core::Date date{};
-  core::DateFromIndex(static_cast<int>(random() % 7300), date);
-  record.date = date;
-  core::TimeOfDay start{};
-  core::TimeFromSlot(static_cast<int>(random() % 288), start);
-  record.startTime = start;
-  record.allDay = random() % 8 == 0 ? 1 : 0;
-  core::WriteText(record.subject, "Appointment " + std::to_string(number));
-  core::WriteText(record.notes, std::string(random() % 1000, 'n'));
-  if (number % 5 != 0) return record;
-  const auto every = static_cast<std::uint32_t>(1 + random() % 5);
-  switch (number / 5 % 4) {
-    case 0:
-      record.repeat = {core::kRepeatDaily, core::kNoEndDate, every, 0};
-      break;
-    case 1:
-      record.repeat = {core::kRepeatWeekly, core::kNoEndDate, every,
-                       static_cast<std::uint32_t>(1 + random() % 127)};
-      break;
-    case 2:
-      record.repeat = {core::kRepeatMonthly, core::kNoEndDate, every, static_cast<std::uint32_t>(date.day)};
-      break;
-    default:
-      record.repeat = {core::kRepeatYearly, core::kNoEndDate, every,
-                       static_cast<std::uint32_t>(date.month << 16 | date.day)};
-  }
-  return record;
-}
-
-std::unique_ptr<RecordFile> Calendar(int records) {
-  core::HeaderBlock header;
-  core::InitHeaderBlock(header, "Calendar", "Organizer", 1);
-  auto file = std::make_unique<RecordFile>(Folder() + '/' + std::to_string(records) + ".cld", "");
-  if (!file->Create(header, core::DefaultCategories(), kSlot)) Fail("create");
-  std::minstd_rand random(20040314);
-  std::FILE* out = std::fopen(file->Path().c_str(), "ab");
-  if (out == nullptr) Fail("open");
-  for (int i = 0; i < records; ++i) {
-    const Appointment record = SomeRecord(i, random, header);
-    if (std::fwrite(&record, kSlot, 1, out) != 1) Fail("write");
-  }
-  if (std::fclose(out) != 0) Fail("close");
-  return file;
-}
-
-// Reads every slot in the runs of slots that a scan uses.
-void ReadBare(int descriptor, std::vector<char>& buffer) {
-  off_t offset = core::kFirstSlotOffset;
-  while (pread(descriptor, buffer.data(), kRun, offset) == static_cast<ssize_t>(kRun)) offset += kRun;
-  benchmark::DoNotOptimize(buffer.data());
-}
 
 // ---- The comparisons ----
 
@@ -155,39 +37,8 @@ void DayLists(RecordFile& file, int descriptor, int records) {
   RecordQuery query;
   query.AddCallbackCondition(0, &kDay, sizeof kDay, core::OccursOnDate, core::Connector::kAnd);
   Compare(
-      "list of a day, " + std::to_string(records) + " records", records > 50000 ? 21 : 201, 1.5,
+      "list of a day, " + std::to_string(records) + " records", Rounds(records), 1.5,
       [&] { query.Run(file) ? query.Sort(file, core::kDayOrder) : false; },
-      [&] { ReadBare(descriptor, buffer); });
-}
-
-// One scan for a whole month, beside one for a day.
-void Months(RecordFile& file, int records) {
-  core::DayLists month;
-  RecordQuery day;
-  day.AddCallbackCondition(0, &kDay, sizeof kDay, core::OccursOnDate, core::Connector::kAnd);
-  Compare(
-      "lists of 31 days / scan, " + std::to_string(records) + " records", records > 50000 ? 21 : 201, 1.3,
-      [&] {
-        if (!month.Run(file, {1, 3, 2004}, 31)) Fail("month");
-      },
-      [&] {
-        if (!day.Run(file)) Fail("scan");
-      });
-}
-
-void Finding(RecordFile& file, int descriptor, int records) {
-  std::vector<char> buffer(kRun);
-  RecordQuery query;
-  for (const auto& [offset, size] : {std::pair(offsetof(Appointment, subject), sizeof(Appointment::subject)),
-                                     std::pair(offsetof(Appointment, notes), sizeof(Appointment::notes))}) {
-    query.AddTextCondition(static_cast<std::uint32_t>(offset), static_cast<std::uint32_t>(size),
-                           core::ConditionOp::kContains, "nothing like it", core::Connector::kOr);
-  }
-  Compare(
-      "find a text, " + std::to_string(records) + " records", records > 50000 ? 21 : 201, 2.5,
-      [&] {
-        if (!query.Run(file)) Fail("find");
-      },
       [&] { ReadBare(descriptor, buffer); });
 }
 
@@ -308,7 +159,7 @@ class Keep : public benchmark::BenchmarkReporter {
 
 int main(int argc, char** argv) {
   benchmark::Initialize(&argc, argv);
-  std::printf("%-44s %15s %15s %8s %8s\n", "name", "measured", "reference", "ratio", "limit");
+  measuring::PrintHead();
   for (const int records : {1000, 10000, 100000}) {
     const std::unique_ptr<RecordFile> file = Calendar(records);
     const int descriptor = open(file->Path().c_str(), O_RDONLY | O_CLOEXEC);
@@ -320,12 +171,10 @@ int main(int argc, char** argv) {
       benchmark::RunSpecifiedBenchmarks(&keep);
       Print("noticing that nothing changed", keep.microseconds, 5, 1);
     }
-    Months(*file, records);
-    Finding(*file, descriptor, records);
     Compacting(*file, records);
     Changing(*file, descriptor, records);
     close(descriptor);
   }
   std::filesystem::remove_all(Folder());
-  return exceeded ? 1 : 0;
+  return measuring::exceeded ? 1 : 0;
 }

@@ -40,7 +40,7 @@ struct Selection {
   std::optional<GridShape> shape;  // of a range that is a month or a week
   core::Date named{};              // the day that names it
   std::optional<std::string> category;
-  core::RecordQuery text;  // what the texts must hold; without conditions anything
+  std::optional<core::TextFilter> text;
   Format format = Format::kText;
 };
 
@@ -76,9 +76,9 @@ Outcome ParseDays(const Arguments& arguments, Selection& selection) {
 Outcome ParseFilter(const Arguments& arguments, Selection& selection) {
   if (arguments.Has("find")) {
     std::string text;
-    Outcome parsed = ParseText("find", arguments.Value("find"), core::TextSearch::kMostText, false, text);
+    Outcome parsed = ParseText("find", arguments.Value("find"), core::TextFilter::kMostText, false, text);
     if (!parsed.IsDone()) return parsed;
-    core::AddTextConditions(selection.text, text);
+    selection.text.emplace(text);
   }
   if (!arguments.Has("category")) return {};
   selection.category.emplace();
@@ -137,13 +137,11 @@ class Lister {
 };
 
 void Lister::ListAll() {
-  core::RecordQuery filter = selection.text;
-  if (selection.category) core::AddCategoryConditions(filter, *selection.category);
-  if (filter.ConditionCount() == 0) filter.AddMatchAll();
   std::vector<Candidate> records;
   const core::ScanResult scanned = core::ScanRecords(file, [&](const char* slot, std::int32_t offset) {
-    if (!filter.Matches(slot, sizeof(Appointment))) return;
     const auto& record = *reinterpret_cast<const Appointment*>(slot);
+    if (selection.text && !selection.text->Matches(record)) return;
+    if (selection.category && !core::IsOfCategory(record, *selection.category)) return;
     records.push_back({{offset, record.header.recordId},
                        core::DayIndex(record.date),
                        core::kDayOrder.key(slot),
@@ -159,10 +157,10 @@ void Lister::ListAll() {
 
 // The table of the days, after the texts were looked through; null when there is none.
 const core::DayTable* Lister::FindDays() {
-  if (selection.text.ConditionCount() != 0) {
+  if (selection.text) {
     const core::ScanResult scanned = core::ScanRecords(file, [this](const char* slot, std::int32_t offset) {
-      if (selection.text.Matches(slot, sizeof(Appointment)))
-        found.emplace(offset, reinterpret_cast<const core::RecordHeader*>(slot)->recordId);
+      const auto& record = *reinterpret_cast<const Appointment*>(slot);
+      if (selection.text->Matches(record)) found.emplace(offset, record.header.recordId);
     });
     complete = scanned == core::ScanResult::kAll;
   }
@@ -174,7 +172,7 @@ const core::DayTable* Lister::FindDays() {
 }
 
 bool Lister::IsWanted(const core::RecordKey& key) const {
-  if (selection.text.ConditionCount() == 0) return true;
+  if (!selection.text) return true;
   const auto at = found.find(key.offset);
   return at != found.end() && at->second == key.id;
 }

@@ -109,6 +109,7 @@ std::vector<std::vector<RecordKey>> DayTable::Days(const Date& first, int count,
     std::sort(fall[i].begin(), fall[i].end(), [](const Entry* a, const Entry* b) {
       return a->order != b->order ? a->order < b->order : a->record.offset < b->record.offset;
     });
+    keys[i].reserve(fall[i].size());
     for (const Entry* entry : fall[i]) keys[i].push_back(entry->record);
   }
   return keys;

@@ -1,16 +1,46 @@
 #include "core/calendar/text_search.h"
 
 #include <algorithm>
+#include <cstring>
 
-#include "core/calendar/appointment.h"
 #include "core/store/record_scan.h"
+#include "core/store/text_field.h"
+#include "core/store/value_compare.h"
 
 namespace core {
+namespace {
+
+// Folds to lower case, in a way that the compiler makes wide instructions of; answers the end.
+char* Fold(std::string_view text, char* folded) {
+  for (std::size_t i = 0; i < text.size(); ++i)
+    folded[i] = static_cast<char>(FoldCase(static_cast<unsigned char>(text[i])));
+  return folded + text.size();
+}
+
+}  // namespace
+
+TextFilter::TextFilter(std::string_view text) : wanted(text.substr(0, std::min(text.find('\0'), kMostText))) {
+  Fold(wanted, wanted.data());
+}
+
+// Both texts are looked through in one go; no text reaches over the zero byte between them.
+bool TextFilter::Matches(const Appointment& appointment) const {
+  char texts[sizeof appointment.subject + 1 + sizeof appointment.notes];
+  char* end = Fold(ReadText(appointment.subject), texts);
+  *end = '\0';
+  end = Fold(ReadText(appointment.notes), end + 1);
+  return memmem(texts, static_cast<std::size_t>(end - texts), wanted.data(), wanted.size()) != nullptr;
+}
+
+bool IsOfCategory(const Appointment& appointment, const std::string& category) {
+  const auto& name = appointment.header.category;
+  return CompareText(name, category.c_str(), sizeof name) == 0;
+}
 
 bool TextSearch::Run(const RecordFile& file, std::string_view text, std::string_view category) {
   Clear();
-  AddTextConditions(conditions, text);
-  if (!category.empty()) AddCategoryConditions(conditions, category);
+  filter.emplace(text);
+  wantedCategory = category;
   const bool made = Rebuild(file);
   if (made && whole) stamp = counterAtRun;
   return made;
@@ -27,9 +57,11 @@ bool TextSearch::Rebuild(const RecordFile& file) {
   };
   std::vector<Entry> found;
   const ScanResult scanned = ScanRecords(file, [&](const char* slot, std::int32_t offset) {
-    if (found.size() >= kMostRecords || !conditions.Matches(slot, sizeof(Appointment))) return;
-    found.push_back({kDateTimeOrder.key(slot + kDateTimeOrder.fieldOffset),
-                     {offset, reinterpret_cast<const RecordHeader*>(slot)->recordId}});
+    const auto& appointment = *reinterpret_cast<const Appointment*>(slot);
+    if (found.size() >= kMostRecords || !filter->Matches(appointment)) return;
+    if (!wantedCategory.empty() && !IsOfCategory(appointment, wantedCategory)) return;
+    found.push_back(
+        {kDateTimeOrder.key(slot + kDateTimeOrder.fieldOffset), {offset, appointment.header.recordId}});
   });
   if (scanned == ScanResult::kFailed) return false;
   std::stable_sort(found.begin(), found.end(),
@@ -37,21 +69,6 @@ bool TextSearch::Rebuild(const RecordFile& file) {
   for (const Entry& entry : found) keys.push_back(entry.record);
   whole = scanned == ScanResult::kAll;
   return true;
-}
-
-void AddTextConditions(RecordQuery& query, std::string_view text) {
-  query.AddTextCondition(offsetof(Appointment, subject), sizeof(Appointment::subject), ConditionOp::kContains,
-                         text, Connector::kOr);
-  query.AddTextCondition(offsetof(Appointment, notes), sizeof(Appointment::notes), ConditionOp::kContains,
-                         text, Connector::kOr);
-}
-
-void AddCategoryConditions(RecordQuery& query, std::string_view category) {
-  // Of two neighbours that are not both kAnd one is enough, so the category stands there twice.
-  for (int i = 0; i < 2; ++i) {
-    query.AddTextCondition(offsetof(RecordHeader, category), sizeof(RecordHeader::category),
-                           ConditionOp::kEqual, category, Connector::kAnd);
-  }
 }
 
 }  // namespace core

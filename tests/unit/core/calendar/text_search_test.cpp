@@ -21,6 +21,8 @@ TEST(TextSearch, FindsOrdersAndFollows) {
   EXPECT_EQ(tests::Subjects(calendar.file, search), Subjects{"lunch"});
   ASSERT_TRUE(search.Run(calendar.file, "lunCh"));
   EXPECT_EQ(tests::Subjects(calendar.file, search), (Subjects{"lunch", "x", "Business LUNCH"}));
+  EXPECT_TRUE(search.Run(calendar.file, "xaf") && search.Count() == 0) << "one text, then the other";
+  ASSERT_TRUE(search.Run(calendar.file, "lunCh"));
   EXPECT_FALSE(search.RefreshIfChanged(calendar.file));
   const RecordFile assistant(calendar.Path(), "a");
   ASSERT_EQ(calendar.file.DeleteRecord(lunch), Result::kDone);
