@@ -2,6 +2,9 @@
 
 _tempoline_cli() {
   local current=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]} command= options= word
+  # "--name=value" comes in three words.
+  [ "$before" = "=" ] && before=${COMP_WORDS[COMP_CWORD - 2]}
+  [ "$current" = "=" ] && current=
   for word in "${COMP_WORDS[@]:1:COMP_CWORD-1}"; do
     case $word in
       info | list | alarms | add | edit | move | copy | delete | compact | check | new) command=$word && break ;;

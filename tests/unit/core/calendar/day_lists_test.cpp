@@ -1,11 +1,9 @@
 #include "core/calendar/day_lists.h"
 
-#include <filesystem>
+#include <string>
 
-#include "core/calendar/repeat_rule.h"
 #include "core/store/record_query.h"
 #include "gtest/gtest.h"
-#include "support/source_folder.h"
 #include "support/temporary_calendar.h"
 
 namespace core {
@@ -14,36 +12,7 @@ namespace {
 using tests::Entry;
 using tests::TemporaryCalendar;
 
-std::vector<RecordKey> ListOf(const RecordFile& file, const Date& date, std::string_view category) {
-  RecordQuery query;
-  query.AddCallbackCondition(0, &date, sizeof date, OccursOnDate, Connector::kAnd);
-  if (!category.empty()) {
-    query.AddTextCondition(offsetof(RecordHeader, category), 30, ConditionOp::kEqual, category,
-                           Connector::kAnd);
-  }
-  EXPECT_TRUE(query.Run(file) && query.Sort(file, kDayOrder));
-  return query.Keys();
-}
-
-TEST(DayLists, AreTheListsOfTheirDays) {
-  const tests::TemporaryFolder folder;
-  const std::string path = folder.Join("office.cld");
-  std::filesystem::copy_file(tests::SourceFolder() + "/tests/data/office.cld", path);
-  for (const char* category : {"", "Calls", "calls", "None"}) {
-    const RecordFile file(path, "");
-    for (Date first : {Date{1, 1, 2000}, Date{29, 2, 2004}, Date{10, 3, 2004}, Date{20, 11, LastYear()}}) {
-      DayLists lists;
-      ASSERT_TRUE(lists.Run(file, first, 42, category));
-      ASSERT_EQ(lists.DayCount(), 42);
-      for (int day = 0; day < 42; ++day) {
-        EXPECT_EQ(lists.Day(day), ListOf(file, first, category)) << category << day;
-        if (!NextDay(first)) first = {0, 0, 0};  // the days beyond the calendar's end are empty
-        if (first.year == 0) break;
-      }
-    }
-  }
-}
-
+// The lists themselves are held against plain queries in day_table_test.cpp.
 TEST(DayLists, RefuseWhatTheyCannotList) {
   TemporaryCalendar calendar;
   calendar.Add(Entry("a").On(14, 3, 2004));
@@ -54,6 +23,21 @@ TEST(DayLists, RefuseWhatTheyCannotList) {
   calendar.file.Close();
   EXPECT_FALSE(lists.Run(calendar.file, {14, 3, 2004}, 1));
   EXPECT_TRUE(lists.Day(0).empty());
+}
+
+TEST(DayLists, KeepTheFirstTenThousandOfTheFile) {
+  TemporaryCalendar calendar;
+  std::string slots;
+  for (int i = 0; i <= 10000; ++i) {
+    const Entry entry = Entry().At(23 - i / 500, 0);  // the later in the file the earlier on the day
+    slots.append(reinterpret_cast<const char*>(&entry.appointment), sizeof entry.appointment);
+  }
+  ASSERT_TRUE(calendar.file.Create(calendar.Header(), DefaultCategories(), 2627, slots));
+  DayLists lists;
+  ASSERT_TRUE(lists.Run(calendar.file, {1, 3, 2004}, 1));
+  ASSERT_EQ(lists.Count(), 10000U);
+  EXPECT_EQ(lists.KeyAt(0).offset, 2625 + 9500 * 2627);
+  EXPECT_EQ(lists.KeyAt(9999).offset, 2625 + 499 * 2627);
 }
 
 }  // namespace

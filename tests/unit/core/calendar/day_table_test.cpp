@@ -46,15 +46,17 @@ class DayTableInEra : public testing::TestWithParam<int> {
   // The lists, by way of the table and by a pass over the file for each day.
   void Compare(const RecordFile& file) {
     Date first{1 + Random(28), 1 + Random(3), Random(2) == 0 ? 2004 : 2050};
+    if (Random(9) == 0) first = {28, 12, LastYear()};
     const char* category = Random(2) == 0 ? "" : "calls";
     DayLists lists;
     ASSERT_TRUE(lists.Run(file, first, 7, category));
-    for (int day = 0; day < 7; ++day, NextDay(first)) {
+    for (int day = 0; day < 7; ++day) {
       RecordQuery plain;
       plain.AddCallbackCondition(0, &first, sizeof first, OccursOnDate, Connector::kAnd);
       if (*category != '\0') plain.AddTextCondition(16, 30, ConditionOp::kEqual, category, Connector::kAnd);
       ASSERT_TRUE(plain.Run(file) && plain.Sort(file, kDayOrder));
       EXPECT_EQ(lists.Day(day), DayIndex(first) < 0 ? std::vector<RecordKey>() : plain.Keys());
+      if (!NextDay(first)) break;
     }
     const AlarmMoment now{first, {9, 0, 0, kBeforeNoon}};
     AlarmList alarms;
