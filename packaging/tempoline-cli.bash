@@ -7,7 +7,7 @@ _tempoline_cli() {
   [ "$current" = "=" ] && current=
   for word in "${COMP_WORDS[@]:1:COMP_CWORD-1}"; do
     case $word in
-      info | list | alarms | add | edit | move | copy | delete | compact | check | new) command=$word && break ;;
+      info | list | alarms | add | edit | move | copy | delete | compact | check | new | contacts | participants | register) command=$word && break ;;
     esac
   done
   local password="--password --password-file" record="--offset"
@@ -25,18 +25,23 @@ _tempoline_cli() {
     compact) options="--force" ;;
     check) options="--format" ;;
     new) options="--examples" ;;
+    contacts) options="--name --email --book --format $password" ;;
+    participants) options="--format $password" ;;
+    register) options= ;;
     *)
-      COMPREPLY=($(compgen -W "info list alarms add edit move copy delete compact check new --help --version" -- "$current"))
+      options="info list alarms add edit move copy delete compact check new contacts participants register"
+      COMPREPLY=($(compgen -W "$options --help --version" -- "$current"))
       return
       ;;
   esac
   case $before in
+    contacts) COMPREPLY=($(compgen -W "list add edit delete $options --help" -- "$current")) ;;
     --format) COMPREPLY=($(compgen -W "text csv json" -- "$current")) ;;
     --repeat) COMPREPLY=($(compgen -W "daily:1 weekly:1 monthly:1 yearly:1" -- "$current")) ;;
     --day | --from | --to | --week | --date | --until) COMPREPLY=($(compgen -W "$(date +%F)" -- "$current")) ;;
     --month) COMPREPLY=($(compgen -W "$(date +%Y-%m)" -- "$current")) ;;
     --at) COMPREPLY=($(compgen -W "$(date +%FT%H:%M)" -- "$current")) ;;
-    --start | --end | --subject | --notes | --category | --find | --offset | --password) COMPREPLY=() ;;
+    --start | --end | --subject | --notes | --category | --find | --offset | --password | --name | --email) COMPREPLY=() ;;
     *)
       if [[ $current == -* ]]; then
         COMPREPLY=($(compgen -W "$options --help" -- "$current"))

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <sstream>
 
 #include "cli/table.h"
 
@@ -9,7 +10,7 @@ namespace cli {
 namespace {
 
 // Where the summaries begin in the help.
-constexpr std::size_t kCommandColumn = 18;
+constexpr std::size_t kCommandColumn = 25;
 constexpr std::size_t kSummaryColumn = 24;
 
 struct CommandInfo {
@@ -31,6 +32,9 @@ constexpr CommandInfo kCommands[] = {
     {Command::kCompact, "compact", "FILE", "rewrite a file without its free slots, and repair it"},
     {Command::kCheck, "check", "FILE", "look through a file for what is wrong; changes nothing"},
     {Command::kNew, "new", "FILE", "make a new calendar"},
+    {Command::kContacts, "contacts", "ACTION [ID]", "list, add, edit or delete contacts of the address book"},
+    {Command::kParticipants, "participants", "FILE [ID]", "list the participants of all events, or of one"},
+    {Command::kRegister, "register", "", "register on the event server"},
 };
 
 // Sets of commands, a bit for each.
@@ -38,12 +42,15 @@ constexpr unsigned In(Command command) {
   return 1U << static_cast<unsigned>(command);
 }
 constexpr unsigned kListing = In(Command::kList);
+constexpr unsigned kContacting = In(Command::kContacts);
 constexpr unsigned kAlarms = In(Command::kAlarms);
-constexpr unsigned kShowing = kListing | kAlarms | In(Command::kInfo) | In(Command::kCheck);
+constexpr unsigned kShowing =
+    kListing | kAlarms | In(Command::kInfo) | In(Command::kCheck) | kContacting | In(Command::kParticipants);
 constexpr unsigned kWriting = In(Command::kAdd) | In(Command::kEdit);
 constexpr unsigned kMoving = In(Command::kMove) | In(Command::kCopy);
 constexpr unsigned kNaming = In(Command::kEdit) | In(Command::kDelete) | kMoving;
-constexpr unsigned kGuarded = kListing | kAlarms | kWriting | kNaming | In(Command::kInfo);
+constexpr unsigned kGuarded =
+    kListing | kAlarms | kWriting | kNaming | In(Command::kInfo) | kContacting | In(Command::kParticipants);
 
 struct OptionInfo {
   std::string_view name;
@@ -79,6 +86,9 @@ constexpr OptionInfo kOptions[] = {
     {"offset", "N", kNaming, "which record, where several have the ID"},
     {"examples", "", In(Command::kNew), "begin with three example appointments"},
     {"force", "", In(Command::kCompact), "also where the file may be open on another machine"},
+    {"name", "TEXT", kContacting, "the contact's name, at most 49 characters"},
+    {"email", "TEXT", kContacting, "the contact's e-mail address, at most 259 characters"},
+    {"book", "FILE", kContacting, "the address book, if it is not the one of the settings"},
     {"format", "F", kShowing, "text, csv or json"},
     {"password", "PW", kGuarded, "a password of the file; other users can see it"},
     {"password-file", "F", kGuarded, "take the password from the first line of F"},
@@ -133,6 +143,24 @@ Outcome TakeOption(const std::vector<std::string>& words, std::size_t& at, Argum
   return {};
 }
 
+// What the command takes besides options, in the order of its help; a word in brackets may be missing.
+Outcome TakeOperands(const CommandInfo& command, const std::vector<std::string>& given,
+                     Arguments& arguments) {
+  std::size_t most = 0;
+  std::size_t least = 0;
+  std::istringstream words{std::string(command.operands)};
+  for (std::string word; words >> word; ++most) {
+    if (word[0] != '[') ++least;
+    if (most >= given.size()) continue;
+    (word == "FILE" ? arguments.file : word == "ACTION" ? arguments.action : arguments.id) = given[most];
+    if (word == "FILE" && given[most].empty()) return WrongUsage("the name of the file is empty");
+  }
+  if (least <= given.size() && given.size() <= most) return {};
+  if (most == 0) return WrongUsage(std::string(command.name) + " takes options only");
+  return WrongUsage(std::string(command.name) + " takes " + std::string(command.operands) + ", but " +
+                    std::to_string(given.size()) + " such words are given");
+}
+
 std::string OptionLine(const OptionInfo& option) {
   std::string line = std::string("  --").append(option.name);
   if (!option.value.empty()) line.append(" ").append(option.value);
@@ -142,7 +170,7 @@ std::string OptionLine(const OptionInfo& option) {
 
 std::string ProgramHelp() {
   std::string text("Usage: ");
-  text.append(kProgram).append(" COMMAND FILE [ID] [OPTION]...\n\n");
+  text.append(kProgram).append(" COMMAND [FILE] [ID] [OPTION]...\n\n");
   text += "Reads and changes calendar files, also while Tempoline has them open.\n\nCommands:\n";
   for (const CommandInfo& info : kCommands) {
     std::string line("  ");
@@ -194,21 +222,15 @@ Outcome ParseArguments(const std::vector<std::string>& words, Arguments& argumen
       if (!taken.IsDone()) return taken;
     }
   }
-  const std::size_t wanted = command->operands == "FILE" ? 1 : 2;
-  if (operands.size() != wanted) {
-    return WrongUsage(std::string(command->name) + " takes " + std::string(command->operands) + ", but " +
-                      std::to_string(operands.size()) + " such words are given");
-  }
-  arguments.file = operands[0];
-  if (wanted == 2) arguments.id = operands[1];
-  return arguments.file.empty() ? WrongUsage("the name of the file is empty") : Outcome{};
+  return TakeOperands(*command, operands, arguments);
 }
 
 std::string HelpText(Command command) {
   const CommandInfo* info = FindCommand(command);
   if (info == nullptr) return ProgramHelp();
   std::string text("Usage: ");
-  text.append(kProgram).append(" ").append(info->name).append(" ").append(info->operands);
+  text.append(kProgram).append(" ").append(info->name);
+  if (!info->operands.empty()) text.append(" ").append(info->operands);
   std::string options;
   for (const OptionInfo& option : kOptions) {
     if ((option.commands & In(command)) != 0) options += OptionLine(option);

@@ -25,7 +25,10 @@ enum class Command {
   kDelete,
   kCompact,
   kCheck,
-  kNew
+  kNew,
+  kContacts,
+  kParticipants,
+  kRegister
 };
 
 // What the user asked for. Options are known ones of the command, each with its value ("" for a switch).
@@ -33,6 +36,7 @@ struct Arguments {
   Command command = Command::kNone;  // kNone: only help or the version is wanted
   bool help = false;
   bool version = false;
+  std::string action;                                       // of contacts, as given
   std::string file;                                         // a path, as given
   std::string id;                                           // of edit, move, copy and delete, as given
   std::map<std::string, std::string, std::less<>> options;  // by name, without the dashes

@@ -16,7 +16,49 @@ namespace {
 
 constexpr std::size_t kMostPasswordFile = 4096;
 
-// The password that was given, in the file's code page; none is an empty one.
+ExitCode CodeOfChange(const core::RecordFile& file, core::CommandResult result) {
+  switch (result) {
+    case core::CommandResult::kDone:
+      return kDone;
+    case core::CommandResult::kLocked:
+      return kLocked;
+    case core::CommandResult::kReader:
+    case core::CommandResult::kNoAccess:
+    case core::CommandResult::kVanished:
+    case core::CommandResult::kConfidential:
+    case core::CommandResult::kCancelledEvent:
+    case core::CommandResult::kRepeats:
+      return kRefused;
+    case core::CommandResult::kFailed:
+      return file.LastFault() == core::FileFault::kBusy ? kLocked : kFile;
+    default:
+      return kFile;
+  }
+}
+
+std::string MessageOf(const core::RecordFile& file, core::CommandResult result) {
+  switch (result) {
+    case core::CommandResult::kConfidential:
+      return "The record is the owner's alone.";
+    case core::CommandResult::kCancelledEvent:
+      return "The record is an internet event that was cancelled.";
+    default:
+      return core::DescribeResult(file, result);
+  }
+}
+
+Outcome OpenFailure(const core::RecordFile& file) {
+  return FailOn(file.Path(), CodeOf(file.LastOpenError()),
+                core::DescribeOpenError(file.Path(), file.LastOpenError()));
+}
+
+}  // namespace
+
+Outcome DescribeChange(const core::RecordFile& file, core::CommandResult result) {
+  if (result == core::CommandResult::kDone) return {};
+  return FailOn(file.Path(), CodeOfChange(file, result), MessageOf(file, result));
+}
+
 Outcome FindPassword(const Arguments& arguments, std::string& password) {
   if (arguments.Has("password") && arguments.Has("password-file")) {
     return Fail(kUsage, "--password and --password-file do not go together");
@@ -35,13 +77,6 @@ Outcome FindPassword(const Arguments& arguments, std::string& password) {
   }
   return ParseText("password", text, kMostPasswordFile, true, password);
 }
-
-Outcome OpenFailure(const core::RecordFile& file) {
-  return FailOn(file.Path(), CodeOf(file.LastOpenError()),
-                core::DescribeOpenError(file.Path(), file.LastOpenError()));
-}
-
-}  // namespace
 
 ExitCode CodeOf(core::OpenError error) {
   return error == core::OpenError::kInUse || error == core::OpenError::kBusy ? kLocked : kFile;

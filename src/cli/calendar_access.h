@@ -8,6 +8,7 @@
 
 #include "cli/arguments.h"
 #include "cli/outcome.h"
+#include "core/store/command_result.h"
 #include "core/store/record_file.h"
 #include "core/store/record_key.h"
 
@@ -18,6 +19,12 @@ Outcome FailOn(const std::string& path, ExitCode code, std::string_view message)
 
 // The code of a file that was not opened.
 ExitCode CodeOf(core::OpenError error);
+
+// What a change came to; done for kDone.
+Outcome DescribeChange(const core::RecordFile& file, core::CommandResult result);
+
+// The password that was given, in the code page of files; none is an empty one.
+Outcome FindPassword(const Arguments& arguments, std::string& password);
 
 // Opens the file without writing to it, its open count included, with the password that the options or the
 // environment give. kRefused when that is none of the file's. Files of other kinds open as well.

@@ -15,42 +15,6 @@ namespace {
 using core::Appointment;
 using core::CommandResult;
 
-ExitCode CodeOf(const core::RecordFile& file, CommandResult result) {
-  switch (result) {
-    case CommandResult::kDone:
-      return kDone;
-    case CommandResult::kLocked:
-      return kLocked;
-    case CommandResult::kReader:
-    case CommandResult::kNoAccess:
-    case CommandResult::kVanished:
-    case CommandResult::kConfidential:
-    case CommandResult::kCancelledEvent:
-    case CommandResult::kRepeats:
-      return kRefused;
-    case CommandResult::kFailed:
-      return file.LastFault() == core::FileFault::kBusy ? kLocked : kFile;
-    default:
-      return kFile;
-  }
-}
-
-std::string MessageOf(const core::RecordFile& file, CommandResult result) {
-  switch (result) {
-    case CommandResult::kConfidential:
-      return "The record is the owner's alone.";
-    case CommandResult::kCancelledEvent:
-      return "The record is an internet event that was cancelled.";
-    default:
-      return core::DescribeResult(file, result);
-  }
-}
-
-Outcome Describe(const core::RecordFile& file, CommandResult result) {
-  if (result == CommandResult::kDone) return {};
-  return FailOn(file.Path(), CodeOf(file, result), MessageOf(file, result));
-}
-
 // What names one record on the command line.
 struct Target {
   std::unique_ptr<core::RecordFile> file;
@@ -103,14 +67,14 @@ Outcome AddCommand(const Arguments& arguments, Output& output) {
   if (outcome.IsDone()) outcome = CheckConfidential(arguments, options, *file);
   if (!outcome.IsDone()) return outcome;
   Appointment record;
-  if (!core::NewAppointment(*file, record)) return Describe(*file, CommandResult::kFailed);
+  if (!core::NewAppointment(*file, record)) return DescribeChange(*file, CommandResult::kFailed);
   // Where nothing else is said: midnight for an all-day appointment, the start for the end.
   record.startTime = options.start.value_or(core::TimeOfDay{0, 0, 0, core::kBeforeNoon});
   record.endTime = record.startTime;
   outcome = ApplyOptions(options, record);
   if (!outcome.IsDone()) return outcome;
   const CommandResult added = core::AddAppointment(*file, record);
-  outcome = Describe(*file, added);
+  outcome = DescribeChange(*file, added);
   if (outcome.IsDone()) outcome.message = notice;
   TellId(added, record, output, outcome);
   return outcome;
@@ -128,13 +92,13 @@ Outcome EditCommand(const Arguments& arguments) {
   core::EditLock lock(*target.file);
   Appointment record;
   CommandResult result = core::BeginEdit(lock, target.key, record);
-  if (result != CommandResult::kDone) return Describe(*target.file, result);
+  if (result != CommandResult::kDone) return DescribeChange(*target.file, result);
   outcome = ApplyOptions(options, record);
   if (outcome.IsDone()) result = core::EndEdit(lock, record);
   // The lock of an edit that was given up may be what is left to tell.
   const CommandResult released = lock.Release();
   if (released != CommandResult::kDone) result = released;
-  if (result != CommandResult::kDone) outcome = Describe(*target.file, result);
+  if (result != CommandResult::kDone) outcome = DescribeChange(*target.file, result);
   return outcome.IsDone() ? Outcome{kDone, target.notice} : outcome;
 }
 
@@ -144,7 +108,7 @@ Outcome MoveCommand(const Arguments& arguments) {
   Outcome outcome = FindJourney(arguments, target, date);
   if (!outcome.IsDone()) return outcome;
   Appointment record;
-  outcome = Describe(*target.file, core::MoveToDate(*target.file, target.key, date, record));
+  outcome = DescribeChange(*target.file, core::MoveToDate(*target.file, target.key, date, record));
   return outcome.IsDone() ? Outcome{kDone, target.notice} : outcome;
 }
 
@@ -155,7 +119,7 @@ Outcome CopyCommand(const Arguments& arguments, Output& output) {
   if (!outcome.IsDone()) return outcome;
   Appointment record;
   const CommandResult copied = core::CopyToDate(*target.file, target.key, date, record);
-  outcome = Describe(*target.file, copied);
+  outcome = DescribeChange(*target.file, copied);
   if (outcome.IsDone()) outcome.message = target.notice;
   TellId(copied, record, output, outcome);
   return outcome;
@@ -168,7 +132,7 @@ Outcome DeleteCommand(const Arguments& arguments) {
   core::EditLock lock(*target.file);
   CommandResult result = lock.Take(target.key);
   if (result == CommandResult::kDone) result = core::DeleteLocked(lock);
-  outcome = Describe(*target.file, result);
+  outcome = DescribeChange(*target.file, result);
   return outcome.IsDone() ? Outcome{kDone, target.notice} : outcome;
 }
 

@@ -31,6 +31,12 @@ Outcome RunCommand(const Arguments& arguments, Output& output) {
       return CheckCommand(arguments, output);
     case Command::kNew:
       return NewCommand(arguments);
+    case Command::kContacts:
+      return ContactsCommand(arguments, output);
+    case Command::kParticipants:
+      return ParticipantsCommand(arguments, output);
+    case Command::kRegister:
+      return RegisterCommand(output);
     case Command::kNone:
       break;
   }

@@ -22,4 +22,8 @@ Outcome DeleteCommand(const Arguments& arguments);
 Outcome NewCommand(const Arguments& arguments);
 Outcome CompactCommand(const Arguments& arguments);
 
+Outcome ContactsCommand(const Arguments& arguments, Output& output);
+Outcome ParticipantsCommand(const Arguments& arguments, Output& output);
+Outcome RegisterCommand(Output& output);
+
 }  // namespace cli

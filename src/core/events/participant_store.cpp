@@ -28,6 +28,8 @@ CommandResult ReadParticipants(const RecordFile& store, std::uint64_t eventId, s
 
 CommandResult ChangeParticipant(RecordFile& store, const StoredParticipant& known,
                                 const std::function<bool(Participant&)>& change) {
+  // The caller may hold the lock of the appointment, under which no list is rebuilt.
+  const bool refreshed = RefreshEnabled();
   EditLock lock(store);
   CommandResult result = lock.Take({known.offset, known.participant.header.recordId});
   if (result != CommandResult::kDone) return result;
@@ -38,6 +40,7 @@ CommandResult ChangeParticipant(RecordFile& store, const StoredParticipant& know
   if (result == CommandResult::kDone && !same) result = CommandResult::kVanished;
   if (result == CommandResult::kDone) result = change(now) ? lock.Write(&now) : lock.Delete();
   const CommandResult released = lock.Release();
+  SetRefreshEnabled(refreshed);
   if (released == CommandResult::kDone) return result;
   return IsMade(result) ? WorseOf(result, CommandResult::kMadeLockLeft) : released;
 }

@@ -2,6 +2,7 @@
 
 #include <arpa/inet.h>
 #include <netdb.h>
+#include <pthread.h>
 #include <signal.h>
 #include <sys/socket.h>
 #include <sys/time.h>
@@ -9,7 +10,6 @@
 #include <chrono>
 #include <condition_variable>
 #include <mutex>
-#include <thread>
 
 #include "platform/system/descriptor.h"
 
@@ -57,36 +57,51 @@ TcpResult Exchange(const TcpRequest& request, std::string& answer) {
   return received < 0 ? TcpResult::kTransferFailed : TcpResult::kDone;
 }
 
+// What the two threads share.
+struct Work {
+  const TcpRequest& request;
+  std::string& answer;
+  TcpResult result = TcpResult::kNoSocket;
+  bool over = false;
+  std::mutex mutex;
+  std::condition_variable ended;
+};
+
+void* DoWork(void* given) {
+  Work& work = *static_cast<Work*>(given);
+  const TcpResult result = Exchange(work.request, work.answer);
+  const std::lock_guard lock(work.mutex);
+  work.result = result;
+  work.over = true;
+  work.ended.notify_one();
+  return nullptr;
+}
+
+bool IsOver(Work& work) {
+  std::unique_lock lock(work.mutex);
+  return work.ended.wait_for(lock, kLookPause, [&work] { return work.over; });
+}
+
 }  // namespace
 
 TcpResult ExchangeOverTcp(const TcpRequest& request, std::string& answer) {
-  std::mutex mutex;
-  std::condition_variable ended;
-  bool over = false;
-  TcpResult result = TcpResult::kTransferFailed;
   answer.clear();
+  Work work{.request = request, .answer = answer, .mutex = {}, .ended = {}};
   // Signals are for the thread that began: here they would only cut calls short. A thread inherits the mask.
   sigset_t all;
   sigset_t before;
   sigfillset(&all);
   pthread_sigmask(SIG_SETMASK, &all, &before);
-  std::thread worker([&] {
-    const TcpResult came = Exchange(request, answer);
-    const std::lock_guard lock(mutex);
-    result = came;
-    over = true;
-    ended.notify_one();
-  });
+  pthread_t worker = {};
+  // Not std::thread, which cannot say that the system has no more threads.
+  const bool begun = pthread_create(&worker, nullptr, DoWork, &work) == 0;
   pthread_sigmask(SIG_SETMASK, &before, nullptr);
-  for (;;) {
-    {
-      std::unique_lock lock(mutex);
-      if (ended.wait_for(lock, kLookPause, [&over] { return over; })) break;
-    }
+  if (!begun) return TcpResult::kNoSocket;
+  while (!IsOver(work)) {
     if (request.waiting) request.waiting();
   }
-  worker.join();
-  return result;
+  pthread_join(worker, nullptr);
+  return work.result;
 }
 
 }  // namespace platform

@@ -14,7 +14,7 @@ namespace platform {
 
 enum class TcpResult {
   kDone,            // the request went out and the server answered, with however few bytes, or hung up
-  kNoSocket,        // the system gives none
+  kNoSocket,        // the system gives none, or no thread
   kNoTimeouts,      // it takes none
   kUnknownHost,     // the name has no IPv4 address
   kNotConnected,    // nobody answers there
