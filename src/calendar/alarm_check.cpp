@@ -78,7 +78,6 @@ void AlarmCheck::Ring(core::EditLock& lock, const core::Appointment& record) {
 std::string AlarmCheck::Store(core::EditLock& lock, bool disable) {
   core::Appointment record;
   CommandResult result = lock.Read(&record);
-  if (result == CommandResult::kVanished) return "";
   if (result == CommandResult::kDone) {
     core::AfterAlarm(record, disable);
     result = lock.Write(&record);
@@ -87,6 +86,7 @@ std::string AlarmCheck::Store(core::EditLock& lock, bool disable) {
   std::string news = core::DescribeResult(lock.File(), result);
   // One that cannot be given back the file remembers.
   static_cast<void>(lock.Release());
+  if (result == CommandResult::kVanished) return "";  // and its alarm with it
   // A file that was replaced gives way to the one at its path; nothing may hold on to the old one then.
   const std::string looked = result == CommandResult::kFailed ? session.LookAfterFile() : "";
   if (!looked.empty()) news = looked;
