@@ -107,8 +107,6 @@ TEST_F(TimePicker, TheListGivesTheStart) {
                    driver.Press(dialog, VK_DOWN);
                    driver.Press(dialog, VK_ESCAPE);  // the list's
                    driver.Press(dialog, VK_DOWN, 0, true);
-                   driver.Press(dialog, VK_NEXT);
-                   driver.Press(dialog, VK_PRIOR);
                    driver.Press(dialog, VK_DOWN);
                    driver.Press(dialog, VK_RETURN);
                    ASSERT_TRUE(IsWindow(dialog));
@@ -135,9 +133,6 @@ TEST_F(TimePicker, ASingleTimeIsChosenByKeysOrADoubleClick) {
                    driver.DoubleClick(PartAt(dialog, {30, kTrackTop + 15}), {20, 26});
                  }),
             "07:10-07:10");
-  EXPECT_EQ(
-      Pick({At(9, 0), At(9, 0)}, TimePicking::kSingle, [&](HWND dialog) { driver.Press(dialog, VK_ESCAPE); }),
-      "none");
 }
 
 TEST_F(TimePicker, WhoDoesNotSeeItReadsStartEndAndDuration) {
