@@ -5,6 +5,7 @@
 #include "core/calendar/appointment_commands.h"
 #include "core/store/file_messages.h"
 #include "resources/text_ids.h"
+#include "shell/commands.h"
 
 using core::CommandResult;
 
@@ -12,11 +13,15 @@ namespace {
 
 constexpr const char* kNotSaved = "The appointment was not saved.";
 constexpr const char* kNotChanged = "Nothing was changed.";
+constexpr const char* kNotCopied = "Nothing was copied.";
+constexpr const char* kNotOpened = "Nothing was opened.";
+constexpr const char* kOnNoDay =
+    "The date of this appointment is none of the calendar's, so that no day shows it.";
 
 // Tells the user what came of a command; a silent result is silent. `failed` is added to what failed.
 void Report(const core::CalendarSession& session, ActionHost& host, CommandResult result,
             const char* failed) {
-  if (result == CommandResult::kCancelledEvent) host.Beep();
+  if (result == CommandResult::kCancelledEvent || result == CommandResult::kInternetEvent) host.Beep();
   std::string message = core::DescribeResult(*session.File(), result);
   if (result == CommandResult::kFailed) message.append("\r\n").append(failed);
   if (!message.empty()) host.Tell(message);
@@ -58,16 +63,49 @@ bool EditAndStore(core::CalendarSession& session, ActionHost& host, std::optiona
   return false;
 }
 
-// Deletes the record after a question: what came of it, kDone also for No.
-CommandResult AskAndDelete(core::CalendarSession& session, ActionHost& host,
-                           const core::RecordKey& selected) {
+// Whether a command that changes records may begin on the selected one; tells why not.
+bool MayBegin(core::CalendarSession& session, ActionHost& host, const core::RecordKey& selected) {
+  if (session.File() == nullptr) return false;
+  const CommandResult allowed = CheckMayChange(*session.File());
+  if (allowed != CommandResult::kDone) ReportAndLook(session, host, allowed, kNotChanged);
+  return allowed == CommandResult::kDone && !selected.IsNone();
+}
+
+// Deletes a record, which is then in the bin, after a question if there is one (a text's number). What came
+// of it, kDone also for No; `deleted` only when it is gone.
+CommandResult Delete(core::CalendarSession& session, ActionHost& host, const core::RecordKey& selected,
+                     std::optional<int> question, bool& deleted) {
+  deleted = false;
   core::EditLock lock(*session.File());
   const CommandResult taken = lock.Take(selected);
   if (taken != CommandResult::kDone) return taken;
-  if (!host.Ask(text::kDeleteAppointment)) return lock.Release();
-  const CommandResult result = DeleteLocked(lock);
-  if (IsMade(result)) host.Play("bindel.wav");
+  if (question && !host.Ask(*question)) return lock.Release();
+  core::Appointment record;
+  const CommandResult result = DeleteLocked(lock, record);
+  deleted = IsMade(result);
+  if (deleted) session.PutInBin(record);
   return result;
+}
+
+// Adds a record that comes from no list, and shows it: true when it is in the file.
+bool FinishAdding(core::CalendarSession& session, ActionHost& host, CommandResult result) {
+  if (IsMade(result)) {
+    host.Play("add.wav");
+    session.RecordsChanged();
+  }
+  ReportAndLook(session, host, result, kNotSaved);
+  return IsMade(result);
+}
+
+// Shows the day of a record with the record selected. A damaged file, or one of the other era, may hold one
+// that is on no day.
+void ShowRecord(core::CalendarSession& session, ActionHost& host, const core::Appointment& record) {
+  if (core::DayIndex(record.date) < 0) {
+    host.Tell(kOnNoDay);
+    return;
+  }
+  session.SetDate(record.date);
+  host.SelectRecord(record);
 }
 
 }  // namespace
@@ -119,12 +157,87 @@ void EditCommand(core::CalendarSession& session, ActionHost& host, const core::R
 }
 
 void DeleteCommand(core::CalendarSession& session, ActionHost& host, const core::RecordKey& selected) {
-  if (session.File() == nullptr) return;
-  CommandResult result = CheckMayChange(*session.File());
-  if (result == CommandResult::kDone && selected.IsNone()) return;
-  if (result == CommandResult::kDone) result = AskAndDelete(session, host, selected);
+  if (!MayBegin(session, host, selected)) return;
+  bool deleted = false;
+  const CommandResult result = Delete(session, host, selected, text::kDeleteAppointment, deleted);
+  if (deleted) host.Play("bindel.wav");
   ReportAndLook(session, host, result, kNotChanged);
   session.RecordsChanged();
+}
+
+bool DropOnBinCommand(core::CalendarSession& session, ActionHost& host, const core::RecordKey& selected) {
+  if (session.File() != nullptr && selected.IsNone()) host.Beep();
+  if (!MayBegin(session, host, selected)) return false;
+  bool deleted = false;
+  const CommandResult result = Delete(session, host, selected, std::nullopt, deleted);
+  ReportAndLook(session, host, result, kNotChanged);
+  session.RecordsChanged();
+  return deleted;
+}
+
+void CutCommand(core::CalendarSession& session, ActionHost& host, const core::RecordKey& selected) {
+  if (!MayBegin(session, host, selected)) return;
+  core::Appointment record;
+  const CommandResult result = CutAppointment(*session.File(), selected, record);
+  if (IsMade(result)) {
+    session.PutInBin(record);
+    session.PutOnClipboard(record, ID_CUT);
+    host.Play("delete.wav");
+  }
+  if (result != CommandResult::kLocked) ReportAndLook(session, host, result, kNotChanged);
+  session.RecordsChanged();
+}
+
+void CopyCommand(core::CalendarSession& session, ActionHost& host, const core::RecordKey& selected) {
+  if (!MayBegin(session, host, selected)) return;
+  core::Appointment record;
+  const CommandResult result = CopyAppointment(*session.File(), selected, record);
+  // A lock that stays behind is told, and the record was read all the same.
+  if (result == CommandResult::kDone || result == CommandResult::kLockLeft) {
+    session.PutOnClipboard(record, ID_COPY);
+    host.Play("copy.wav");
+  }
+  if (result != CommandResult::kLocked) ReportAndLook(session, host, result, kNotCopied);
+  // The list shows what it held when a record that is gone was still there.
+  if (result == CommandResult::kVanished) session.RecordsChanged();
+}
+
+void PasteCommand(core::CalendarSession& session, ActionHost& host) {
+  core::Appointment record;
+  if (session.File() == nullptr || !session.Clipboard().Read(&record, sizeof record)) return;
+  const CommandResult result = PasteAppointment(*session.File(), session.CurrentDate(), record);
+  if (FinishAdding(session, host, result)) host.SelectRecord(record);
+}
+
+void UndoDeleteCommand(core::CalendarSession& session, ActionHost& host) {
+  core::Appointment record;
+  if (session.File() == nullptr || !session.Bin().Read(&record, sizeof record)) return;
+  const CommandResult result = RestoreAppointment(*session.File(), record);
+  // Emptied before anything is told: a notice runs the message loop, in which the bin would still look full.
+  if (IsMade(result)) session.EmptyBin();
+  if (!FinishAdding(session, host, result)) return;
+  if (core::IsSameDate(record.date, session.CurrentDate())) {
+    host.SelectRecord(record);
+  } else {
+    ShowRecord(session, host, record);
+  }
+}
+
+void GoToCommand(core::CalendarSession& session, ActionHost& host, const core::Appointment& record) {
+  if (session.File() != nullptr) ShowRecord(session, host, record);
+}
+
+void OpenAttachmentCommand(core::CalendarSession& session, ActionHost& host,
+                           const core::RecordKey& selected) {
+  if (!MayBegin(session, host, selected)) return;
+  core::Appointment record;
+  const bool read = session.File()->ReadRecord(&record, selected);
+  const CommandResult result = FromFile(*session.File(), read ? core::Result::kDone : core::Result::kFailed);
+  ReportAndLook(session, host, result, kNotOpened);
+  if (result == CommandResult::kVanished) session.RecordsChanged();
+  if (result == CommandResult::kDone && HasAttachment(record)) {
+    host.OpenTarget(std::string(core::ReadText(record.attachment)));
+  }
 }
 
 void DropCommand(core::CalendarSession& session, ActionHost& host, const core::RecordKey& selected, bool copy,

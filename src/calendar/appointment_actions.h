@@ -19,6 +19,8 @@ class ActionHost {
   virtual void Tell(const std::string& text) = 0;
   virtual void Beep() = 0;
   virtual void Play(const char* sound) = 0;
+  // A document, folder or address that a record holds, with whatever the desktop opens it with.
+  virtual void OpenTarget(const std::string& target) = 0;
   virtual void SelectRecord(const core::Appointment& record) = 0;
   // Whether the program waits for this command in order to end.
   virtual bool IsEnding() const = 0;
@@ -29,9 +31,24 @@ class ActionHost {
 
 // Without a file it beeps.
 void NewCommand(core::CalendarSession& session, ActionHost& host);
-// The key is that of the selected record, from when its row was listed; none makes these two do nothing.
+// The key is that of the selected record, from when its row was listed. Without one, these do nothing.
 void EditCommand(core::CalendarSession& session, ActionHost& host, const core::RecordKey& selected);
 void DeleteCommand(core::CalendarSession& session, ActionHost& host, const core::RecordKey& selected);
+void OpenAttachmentCommand(core::CalendarSession& session, ActionHost& host, const core::RecordKey& selected);
+// Without a word when somebody edits the record.
+void CutCommand(core::CalendarSession& session, ActionHost& host, const core::RecordKey& selected);
+void CopyCommand(core::CalendarSession& session, ActionHost& host, const core::RecordKey& selected);
+
+// Adds what is on the clipboard to the session's day; nothing when that is empty. It stays there.
+void PasteCommand(core::CalendarSession& session, ActionHost& host);
+// Adds what is in the bin again and shows its day; nothing when that is empty.
+void UndoDeleteCommand(core::CalendarSession& session, ActionHost& host);
+// Shows the day of a record and selects it there.
+void GoToCommand(core::CalendarSession& session, ActionHost& host, const core::Appointment& record);
+
+// Deletes the selected record without a question, as it was dropped on the bin: true when it is gone. Without
+// one it beeps.
+bool DropOnBinCommand(core::CalendarSession& session, ActionHost& host, const core::RecordKey& selected);
 // Gives the selected record, or a copy of it, the day it was dropped on, which is then shown. Without one it
 // beeps.
 void DropCommand(core::CalendarSession& session, ActionHost& host, const core::RecordKey& selected, bool copy,

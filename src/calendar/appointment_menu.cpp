@@ -18,6 +18,14 @@ void TrackAppointmentMenu(HWND owner, POINT screenPoint, const AppointmentMenuSt
   AppendItem(menu, text::kNewItem, ID_ITEM_NEW, true);
   AppendItem(menu, text::kEditItem, ID_ITEM_EDIT, state.onRecord);
   AppendItem(menu, text::kDeleteItem, ID_ITEM_DELETE, state.onRecord);
+  AppendMenu(menu, MF_SEPARATOR, 0, "");
+  AppendItem(menu, text::kUndoDeleteItem, ID_UNDO_DELETE, state.canUndo);
+  AppendMenu(menu, MF_SEPARATOR, 0, "");
+  AppendItem(menu, text::kCutItem, ID_CUT, state.onRecord);
+  AppendItem(menu, text::kCopyItem, ID_COPY, state.onRecord);
+  AppendItem(menu, text::kPasteItem, ID_PASTE, state.canPaste);
+  AppendMenu(menu, MF_SEPARATOR, 0, "");
+  AppendItem(menu, text::kOpenAttachmentItem, ID_OPEN_ATTACHMENT, state.onRecord && state.hasAttachment);
   TrackPopupMenu(menu, screenPoint, owner);
   DestroyMenu(menu);
 }

@@ -108,7 +108,12 @@ LRESULT CalendarPane::OnCommand(const MessageRecord& record) {
       return work.Panel().Send(WM_COMMAND, record.wParam, record.lParam);
     case ID_ITEM_EDIT:
     case ID_ITEM_DELETE:
-      // On the title page there is nothing to edit.
+    case ID_UNDO_DELETE:
+    case ID_CUT:
+    case ID_COPY:
+    case ID_PASTE:
+    case ID_OPEN_ATTACHMENT:
+      // On the title page there is nothing to work on.
       return CurrentPane() == &work ? work.Panel().Send(WM_COMMAND, record.wParam, record.lParam) : 0;
     case ID_FILE_NEW:
     case ID_FILE_OPEN:

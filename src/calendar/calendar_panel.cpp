@@ -12,6 +12,7 @@ namespace {
 
 constexpr unsigned kDayListId = 100;
 constexpr unsigned kMiniCalendarId = 102;
+constexpr unsigned kBinId = 107;
 
 constexpr const char* kPartMissing = "Not all appointments could be read.";
 
@@ -87,7 +88,7 @@ void CalendarPanel::OnSessionChange(core::SessionChange change) {
     ShowWhetherWhole();
     return;
   }
-  if (change == core::SessionChange::kTrouble) return;
+  if (change == core::SessionChange::kTrouble || change == core::SessionChange::kBin) return;
   categorySelector.Fill();
   if (session.File() == nullptr) {
     records.Clear();
@@ -151,8 +152,17 @@ LRESULT CalendarPanel::OnCommand(const MessageRecord& record) {
     case ID_ITEM_NEW:
     case ID_ITEM_EDIT:
     case ID_ITEM_DELETE:
+    case ID_CUT:
+    case ID_COPY:
+    case ID_PASTE:
+    case ID_OPEN_ATTACHMENT:
       RunCommand(id);
       break;
+    case ID_UNDO_DELETE:
+      Post(WM_COMMAND, kBinId, ID_UNDO_DELETE);
+      break;
+    case kBinId:
+      return OnBinNotice(static_cast<unsigned>(record.lParam));
     case kDayListId:
       OnListNotice(code, record.lParam);
       break;
@@ -180,7 +190,7 @@ void CalendarPanel::OnListNotice(unsigned code, LPARAM value) {
       Post(WM_COMMAND, value < 0 ? ID_ITEM_NEW : ID_ITEM_EDIT, value);
       break;
     case kListRightClick:
-      TrackAppointmentMenu(hwnd, MenuPoint(), {.onRecord = value >= 0});
+      ShowPopupMenu(value >= 0);
       break;
     case kListFileChanged:
       OnListChanged(value);
@@ -240,10 +250,45 @@ void CalendarPanel::RunCommand(unsigned command) {
     case ID_ITEM_EDIT:
       EditCommand(session, host, SelectedKey());
       break;
-    default:
+    case ID_ITEM_DELETE:
       DeleteCommand(session, host, SelectedKey());
       break;
+    case ID_CUT:
+      CutCommand(session, host, SelectedKey());
+      break;
+    case ID_COPY:
+      CopyCommand(session, host, SelectedKey());
+      break;
+    case ID_PASTE:
+      PasteCommand(session, host);
+      break;
+    default:
+      OpenAttachmentCommand(session, host, SelectedKey());
+      break;
   }
+}
+
+LRESULT CalendarPanel::OnBinNotice(unsigned command) {
+  if (command != ID_ITEM_DELETE && command != ID_UNDO_DELETE) {
+    dayList.FocusList();
+    return 0;
+  }
+  const CommandScope scope(gate);
+  if (!scope.Entered()) return 0;
+  if (command == ID_ITEM_DELETE) return DropOnBinCommand(session, host, SelectedKey()) ? 1 : 0;
+  UndoDeleteCommand(session, host);
+  return 1;
+}
+
+void CalendarPanel::ShowPopupMenu(bool onRecord) {
+  core::Appointment record;
+  const bool readable =
+      onRecord && session.File() != nullptr && session.File()->ReadRecord(&record, SelectedKey());
+  TrackAppointmentMenu(hwnd, MenuPoint(),
+                       {.onRecord = onRecord,
+                        .hasAttachment = readable && core::HasAttachment(record),
+                        .canUndo = !session.Bin().IsEmpty(),
+                        .canPaste = !session.Clipboard().IsEmpty()});
 }
 
 // At the mouse, but by the selected row when a key asked for the menu while the mouse was elsewhere.

@@ -37,12 +37,15 @@ class CalendarPanel : public ZarfWnd, private core::SessionListener {
   void OnSessionChange(core::SessionChange change) override;
 
   void RunCommand(unsigned command);
+  // For the recycle bin: whether the command was carried out.
+  LRESULT OnBinNotice(unsigned command);
   void OnListNotice(unsigned code, LPARAM value);
   void OnListChanged(LPARAM rebuild);
   void OnCalendarNotice(unsigned code, core::Date date);
   void OnGridNotice(unsigned code, core::Date date);
   void ShowView(CalendarView view);
   void OnCategoryCommand(int command, const char* name);
+  void ShowPopupMenu(bool onRecord);
   POINT MenuPoint() const;
   void LoadDay();
   PanelLayout Layout() const;

@@ -3,6 +3,7 @@
 #include "calendar/dialogs/appointment_editor.h"
 #include "framework/notices.h"
 #include "framework/services.h"
+#include "framework/shell_services.h"
 #include "platform/desktop/application.h"
 
 bool WindowHost::EditRecord(core::Appointment& record, bool isNew) {
@@ -30,6 +31,10 @@ void WindowHost::Beep() {
 
 void WindowHost::Play(const char* sound) {
   PlaySound(sound);
+}
+
+void WindowHost::OpenTarget(const std::string& target) {
+  OpenOrTell(&window, target);
 }
 
 void WindowHost::SelectRecord(const core::Appointment& record) {

@@ -20,6 +20,7 @@ class WindowHost final : public ActionHost {
   void Tell(const std::string& text) override;
   void Beep() override;
   void Play(const char* sound) override;
+  void OpenTarget(const std::string& target) override;
   void SelectRecord(const core::Appointment& record) override;
   bool IsEnding() const override { return gate.CloseWanted(); }
 

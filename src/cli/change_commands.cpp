@@ -130,8 +130,9 @@ Outcome DeleteCommand(const Arguments& arguments) {
   Outcome outcome = FindTarget(arguments, target);
   if (!outcome.IsDone()) return outcome;
   core::EditLock lock(*target.file);
+  Appointment record;
   CommandResult result = lock.Take(target.key);
-  if (result == CommandResult::kDone) result = core::DeleteLocked(lock);
+  if (result == CommandResult::kDone) result = core::DeleteLocked(lock, record);
   outcome = DescribeChange(*target.file, result);
   return outcome.IsDone() ? Outcome{kDone, target.notice} : outcome;
 }

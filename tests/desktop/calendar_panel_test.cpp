@@ -174,12 +174,86 @@ TEST_F(CalendarPanelTest, KeysMoveTheSelectionAndAMenuOpens) {
     EXPECT_EQ(program.Selected(), "");
     driver.ChooseMenuItem("");
     driver.RightClick(program.List(), program.RowPoint(8));
-    EXPECT_EQ(driver.LastMenu(), (Texts{"New...", "(Edit...)", "(Delete...)"}));
+    EXPECT_EQ(driver.LastMenu(), (Texts{"New...", "(Edit...)", "(Delete...)", "-", "(Undo delete)", "-",
+                                        "(Cut)", "(Copy)", "(Paste)", "-", "(Open attachment...)"}));
     driver.ChooseMenuItem("Delete...");
     driver.AnswerMessageBox("delete this Tempoline", IDYES);
     driver.RightClick(program.List(), program.RowPoint(0));
     driver.WaitUntil([&] { return program.Subjects().size() == 2; });
     EXPECT_EQ(program.Subjects(), (Texts{"First", "Second"}));
+    core::Appointment second = Read(2625);
+    second.attachmentKind = core::kAttachedDocument;
+    core::WriteText(second.attachment, "no such document");
+    ASSERT_TRUE(calendar.file.WriteSlot(&second, 2625));
+    driver.ChooseMenuItem("Copy");
+    driver.RightClick(program.List(), program.RowPoint(1));
+    driver.ProcessEvents();
+    driver.ChooseMenuItem("");
+    driver.RightClick(program.List(), program.RowPoint(1));
+    EXPECT_EQ(driver.LastMenu(), (Texts{"New...", "Edit...", "Delete...", "-", "Undo delete", "-", "Cut",
+                                        "Copy", "Paste", "-", "Open attachment..."}));
+  });
+}
+
+// Clipboard and bin outlive the file.
+TEST_F(CalendarPanelTest, CutCopyPasteAndUndoByKeysAlsoIntoAnotherFile) {
+  TemporaryCalendar other;
+  program.Run(calendar.Path(), [&] {
+    const auto press = [&](char key) {
+      driver.Press(program.List(), static_cast<unsigned>(key), MK_CONTROL);
+      driver.ProcessEvents();
+    };
+    for (const char key : {'C', 'X', 'V', 'Z'}) press(key);  // there is nothing to work on
+    EXPECT_EQ(program.Subjects().size(), 3U);
+    ClickRow(1);
+    press('C');
+    program.GoTo({20, 3, 2004});
+    press('V');
+    press('V');
+    EXPECT_EQ(program.Subjects(), (Texts{"First", "First"}));
+    EXPECT_NE(Read(10506).header.recordId, +Read(13133).header.recordId);
+    program.GoTo({14, 3, 2004});
+    for (const int row : {2, 0}) {
+      ClickRow(row);
+      press('X');
+    }
+    EXPECT_EQ(program.Subjects(), Texts{"First"});
+    EXPECT_EQ(program.Session().Clipboard().Tag(), ID_CUT);
+
+    std::string message;
+    ASSERT_TRUE(program.Session().Open(other.Path(), "", false, message));
+    program.GoTo({1, 2, 2005});
+    press('V');
+    EXPECT_EQ(program.Selected(), "Whole");
+    press('Z');
+    EXPECT_EQ(core::DayIndex(program.Session().CurrentDate()), core::DayIndex(2004, 3, 14));
+    EXPECT_EQ(program.Selected(), "Whole");
+    press('Z');
+    EXPECT_EQ(program.Subjects(), Texts{"Whole"}) << "only the last one comes back";
+  });
+}
+
+TEST_F(CalendarPanelTest, WhatCannotBeWrittenStaysWhereItIs) {
+  program.Run(calendar.Path(), [&] {
+    for (const char key : {'X', 'V', 'Z'}) {
+      SCOPED_TRACE(key);
+      ClickRow(1);
+      program.Session().PutInBin(Today("Kept").appointment);
+      program.Session().PutOnClipboard(Today("Kept").appointment, ID_COPY);
+      const std::string before = calendar.Bytes();
+      FaultyCalls faults;
+      // The edit lock that a cut takes can still be written, and given back.
+      faults.Fail(FaultyCalls::kWrite, faults.Count(FaultyCalls::kWrite) + (key == 'X' ? 2 : 1), ENOSPC);
+      driver.AnswerMessageBox(key == 'X' ? "Nothing was changed." : "The appointment was not saved.", IDOK);
+      driver.Press(program.List(), static_cast<unsigned>(key), MK_CONTROL);
+      driver.ProcessEvents();
+      EXPECT_EQ(calendar.Bytes(), before);
+      for (const core::RecordHolder* holder : {&program.Session().Bin(), &program.Session().Clipboard()}) {
+        core::Appointment kept;
+        ASSERT_TRUE(holder->Read(&kept, sizeof kept));
+        EXPECT_EQ(core::ReadText(kept.subject), "Kept");
+      }
+    }
   });
 }
 
@@ -218,6 +292,8 @@ TEST_F(CalendarPanelTest, ARecordThatIsEditedElsewhereIsLeftAlone) {
         driver.Drag(program.List(), program.RowPoint(1), program.Days(), program.DayPoint(20));
       }
     }
+    for (const char key : {'X', 'C'}) driver.Press(program.List(), static_cast<unsigned>(key), MK_CONTROL);
+    EXPECT_TRUE(program.Session().Clipboard().IsEmpty()) << "in silence";
     EXPECT_EQ(calendar.Bytes(), opened);
   });
 }
@@ -462,6 +538,15 @@ TEST_F(CalendarStart, AReaderSeesNothingConfidentialAndChangesNothing) {
     const std::string before = calendar.Bytes();
     EXPECT_EQ(program.Subjects(), Texts{"Open"});
     driver.Click(program.List(), program.RowPoint(0));
+    program.Session().PutInBin(Today("Kept").appointment);
+    program.Session().PutOnClipboard(Today("Kept").appointment, ID_COPY);
+    for (const char key : {'A', 'C', 'X', 'V', 'Z'}) {
+      SCOPED_TRACE(key);
+      driver.AnswerMessageBox("You don't have permission for this action.", IDOK);
+      driver.Press(program.List(), static_cast<unsigned>(key), MK_CONTROL);
+      driver.ProcessEvents();
+    }
+    EXPECT_FALSE(program.Session().Bin().IsEmpty());
     for (const unsigned way : {VK_INSERT, VK_RETURN, VK_DELETE, 0U, 1U}) {
       SCOPED_TRACE(way);
       if (way == 1) driver.ChooseMenuItem("Edit Categories");

@@ -25,6 +25,34 @@ CommandResult GiveUp(EditLock& lock, CommandResult result) {
   return released == CommandResult::kDone ? result : released;
 }
 
+// What a record needs to be added as an appointment among others, wherever it comes from.
+void MakePlain(Appointment& record) {
+  record.header.inUse = 1;
+  record.header.editLock = 0;
+  record.header.eventFlag = 0;
+  record.header.eventByte = 0;
+  record.header.eventRole = 1;
+}
+
+void MakeCopy(Appointment& record, const Date& date) {
+  MakePlain(record);
+  record.header.recordId = NewRecordId();
+  record.date = date;
+  ClearRepeat(record);
+}
+
+// Looks for the record with an id. False when the file could not be read to its end: what is not found then
+// may be there all the same.
+bool FindById(const RecordFile& file, std::uint64_t id, RecordKey& key) {
+  RecordQuery sameId;
+  sameId.AddInt64Condition(offsetof(RecordHeader, recordId), ConditionOp::kEqual,
+                           static_cast<std::uint32_t>(id), static_cast<std::uint32_t>(id >> 32),
+                           Connector::kAnd);
+  const bool looked = sameId.Run(file) && sameId.IsWhole();
+  key = sameId.KeyAt(0);
+  return looked;
+}
+
 }  // namespace
 
 CommandResult AddAppointment(RecordFile& file, const Appointment& record) {
@@ -47,30 +75,53 @@ CommandResult EndEdit(EditLock& lock, const Appointment& record) {
 }
 
 CommandResult PutAppointment(RecordFile& file, Appointment record) {
-  RecordQuery sameId;
-  const std::uint64_t id = record.header.recordId;
-  sameId.AddInt64Condition(offsetof(RecordHeader, recordId), ConditionOp::kEqual,
-                           static_cast<std::uint32_t>(id), static_cast<std::uint32_t>(id >> 32),
-                           Connector::kAnd);
   // One that is only not found would be added a second time.
-  if (!sameId.Run(file) || !sameId.IsWhole()) return CommandResult::kFailed;
-  if (sameId.Count() == 0) {
+  RecordKey key;
+  if (!FindById(file, record.header.recordId, key)) return CommandResult::kFailed;
+  if (key.IsNone()) {
     record.header.inUse = 1;
     record.header.editLock = 0;
     return AddAppointment(file, record);
   }
   EditLock lock(file);
   Appointment present;
-  const CommandResult begun = BeginEdit(lock, sameId.KeyAt(0), present);
+  const CommandResult begun = BeginEdit(lock, key, present);
   return begun == CommandResult::kDone ? EndEdit(lock, record) : begun;
 }
 
-CommandResult DeleteLocked(EditLock& lock) {
-  Appointment record;
+CommandResult DeleteLocked(EditLock& lock, Appointment& record) {
   CommandResult result = lock.Read(&record);
   if (result == CommandResult::kDone) result = CheckConfidential(lock.File(), record);
   if (result == CommandResult::kDone) result = lock.Delete();
   return IsMade(result) ? lock.Finish(result) : GiveUp(lock, result);
+}
+
+CommandResult CopyAppointment(RecordFile& file, const RecordKey& key, Appointment& record) {
+  EditLock lock(file);
+  return GiveUp(lock, TakeAndRead(lock, key, record));
+}
+
+CommandResult CutAppointment(RecordFile& file, const RecordKey& key, Appointment& record) {
+  EditLock lock(file);
+  CommandResult result = TakeAndRead(lock, key, record);
+  if (result == CommandResult::kDone && IsInternetEvent(record)) result = CommandResult::kInternetEvent;
+  return result == CommandResult::kDone ? DeleteLocked(lock, record) : GiveUp(lock, result);
+}
+
+CommandResult PasteAppointment(RecordFile& file, const Date& date, Appointment& record) {
+  MakeCopy(record, date);
+  return AddAppointment(file, record);
+}
+
+CommandResult RestoreAppointment(RecordFile& file, Appointment& record) {
+  // Who may see nothing would not find it either.
+  const CommandResult allowed = CheckMayChange(file);
+  if (allowed != CommandResult::kDone) return allowed;
+  RecordKey present;
+  if (!FindById(file, record.header.recordId, present)) return CommandResult::kFailed;
+  if (!present.IsNone()) record.header.recordId = NewRecordId();
+  MakePlain(record);
+  return AddAppointment(file, record);
 }
 
 CommandResult MoveToDate(RecordFile& file, const RecordKey& key, const Date& date, Appointment& record) {
@@ -88,14 +139,7 @@ CommandResult CopyToDate(RecordFile& file, const RecordKey& key, const Date& dat
   EditLock lock(file);
   CommandResult result = TakeAndRead(lock, key, record);
   if (result == CommandResult::kDone) {
-    record.date = date;
-    record.header.recordId = NewRecordId();
-    record.header.inUse = 1;
-    record.header.editLock = 0;
-    record.header.eventFlag = 0;
-    record.header.eventByte = 0;
-    record.header.eventRole = 1;
-    ClearRepeat(record);
+    MakeCopy(record, date);
     result = FromFile(file, file.AddRecord(&record));
   }
   return IsMade(result) ? lock.Finish(result) : GiveUp(lock, result);

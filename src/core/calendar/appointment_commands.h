@@ -22,8 +22,22 @@ namespace core {
 // BeginEdit and EndEdit do, or as a new one where the file has none.
 [[nodiscard]] CommandResult PutAppointment(RecordFile& file, Appointment record);
 
-// Deletes the record whose lock is held, gives the lock back and brings the file to the disk.
-[[nodiscard]] CommandResult DeleteLocked(EditLock& lock);
+// Deletes the record whose lock is held, gives the lock back and brings the file to the disk. `record` is
+// what was deleted.
+[[nodiscard]] CommandResult DeleteLocked(EditLock& lock, Appointment& record);
+
+// Reads a record for the clipboard: as it is when nobody edits it. Cut deletes it as well, unless it is an
+// internet event.
+[[nodiscard]] CommandResult CopyAppointment(RecordFile& file, const RecordKey& key, Appointment& record);
+[[nodiscard]] CommandResult CutAppointment(RecordFile& file, const RecordKey& key, Appointment& record);
+
+// Adds a copy of `record`, which may come from another file, on a date: a record of its own that neither
+// repeats nor is an internet event. `record` is then the copy.
+[[nodiscard]] CommandResult PasteAppointment(RecordFile& file, const Date& date, Appointment& record);
+
+// Adds a deleted record again, to whatever file; it is no internet event any more. Where the file has its id
+// already, as a copy of the file may, it gets a new one. `record` is then what was added.
+[[nodiscard]] CommandResult RestoreAppointment(RecordFile& file, Appointment& record);
 
 // Gives the record another date; `record` is then what the file holds. Nothing is changed for a repeating
 // one.

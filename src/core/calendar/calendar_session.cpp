@@ -72,6 +72,20 @@ void CalendarSession::Tell(SessionChange change) {
   for (SessionListener* listener : listeners) listener->OnSessionChange(change);
 }
 
+void CalendarSession::PutOnClipboard(const Appointment& record, unsigned command) {
+  clipboard.Put(&record, sizeof record, command);
+}
+
+void CalendarSession::PutInBin(const Appointment& record) {
+  bin.Put(&record, sizeof record, 0);
+  Tell(SessionChange::kBin);
+}
+
+void CalendarSession::EmptyBin() {
+  bin.Empty();
+  Tell(SessionChange::kBin);
+}
+
 // ---- What happens to the open file ----
 
 void CalendarSession::OnLook(const FileLook& look) {

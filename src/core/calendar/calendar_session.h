@@ -1,4 +1,5 @@
-// What the user works on, without a window: the open calendar, the day and the category that are shown.
+// What the user works on, without a window: the open calendar, the day and the category that are shown, what
+// was cut or copied, and what was deleted last.
 // Views, the commands on appointments and those on files borrow the session and do not know each other:
 // whoever changes something of it changes it for all, and every listener is told.
 #pragma once
@@ -8,6 +9,8 @@
 #include <string_view>
 #include <vector>
 
+#include "core/calendar/appointment.h"
+#include "core/calendar/record_holder.h"
 #include "core/date_time.h"
 #include "core/store/compaction.h"
 #include "core/store/file_watch.h"
@@ -20,6 +23,7 @@ enum class SessionChange {
   kDate,     // a day was chosen, perhaps the same one again
   kFilter,   // another category was chosen
   kRecords,  // this program added, changed or deleted records; those of others are the file watch's news
+  kBin,      // the last deleted appointment is another one, or none
   kRights,   // the file's passwords were changed: this user may see more, or less
   kTrouble,  // the open file is no longer the one at its path, or the password opens it no more;
              // LookAfterFile is to be called when nothing else is going on, and is asked for again until it
@@ -77,6 +81,14 @@ class CalendarSession final : private FileWatcher {
   // To be told by whoever has changed records of the file.
   void RecordsChanged() { Tell(SessionChange::kRecords); }
 
+  // One appointment each; they outlive the file it came from. The clipboard's tag is the command that filled
+  // it.
+  const RecordHolder& Clipboard() const { return clipboard; }
+  const RecordHolder& Bin() const { return bin; }
+  void PutOnClipboard(const Appointment& record, unsigned command);
+  void PutInBin(const Appointment& record);
+  void EmptyBin();
+
  private:
   const RecordFile* WatchedFile() const override { return file.get(); }
   void OnLook(const FileLook& look) override;
@@ -90,6 +102,8 @@ class CalendarSession final : private FileWatcher {
   bool hadFile = false;
   Date date = kFirstDate;
   std::string filter;
+  RecordHolder clipboard;
+  RecordHolder bin;
 
   Access level = Access::kNone;  // when it was last asked for
   platform::FileAtPath pathState = platform::FileAtPath::kSame;

@@ -19,6 +19,7 @@ enum class CommandResult {
   kVanished,        // the record was deleted, and perhaps another one is in its slot
   kConfidential,    // the record is the owner's alone; to be passed over in silence
   kCancelledEvent,  // a cancelled internet event is not edited
+  kInternetEvent,   // an internet event is not cut
   kRepeats,         // a repeating appointment is not moved to another day
   kLockLeft,        // the edit lock could not be given back
   kFailed,          // the file could not be read or written; RecordFile::LastFault says why

@@ -113,6 +113,7 @@ std::string DescribeResult(const RecordFile& file, CommandResult result) {
     case CommandResult::kDone:
     case CommandResult::kConfidential:
     case CommandResult::kCancelledEvent:
+    case CommandResult::kInternetEvent:
       return "";
     case CommandResult::kNotCounted:
       return cannotWrite + "The change is made, but other users may not see it before the next one.";

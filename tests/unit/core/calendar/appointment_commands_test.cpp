@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <cerrno>
+#include <functional>
 
 #include "core/calendar/categories.h"
 #include "core/store/compaction.h"
@@ -43,7 +44,7 @@ class AppointmentCommands : public testing::Test {
   CommandResult Delete(core::RecordFile& file) {
     EditLock lock(file);
     const CommandResult taken = lock.Take(first);
-    return taken == CommandResult::kDone ? DeleteLocked(lock) : taken;
+    return taken == CommandResult::kDone ? DeleteLocked(lock, record) : taken;
   }
   void Change(void (*change)(core::Appointment&)) {
     core::Appointment slot = Slot(kFirst);
@@ -67,6 +68,10 @@ TEST_F(AppointmentCommands, WhoMayNotChangeIsRefusedBeforeAnyLock) {
     EXPECT_EQ(Delete(file), why);
     EXPECT_EQ(MoveToDate(file, first, kOtherDay, record), why);
     EXPECT_EQ(CopyToDate(file, first, kOtherDay, record), why);
+    EXPECT_EQ(CutAppointment(file, first, record), why);
+    EXPECT_EQ(CopyAppointment(file, first, record), why);
+    EXPECT_EQ(PasteAppointment(file, kOtherDay, record), why);
+    EXPECT_EQ(RestoreAppointment(file, record), why);
     EXPECT_EQ(AddAppointment(file, Entry("New").appointment), why);
     EXPECT_EQ(StoreCategories(file, {"Mine"}), why);
     EXPECT_EQ(StorePasswords(file, {"", "", ""}), why);
@@ -88,13 +93,21 @@ TEST_F(AppointmentCommands, ConfidentialIsTheOwnersAlone) {
   const std::string before = calendar.Bytes();
   EXPECT_EQ(Begin(assistant), CommandResult::kConfidential);
   EXPECT_EQ(Delete(assistant), CommandResult::kConfidential);
+  EXPECT_EQ(CutAppointment(assistant, first, record), CommandResult::kConfidential);
   EXPECT_EQ(calendar.Bytes(), before);
+  EXPECT_EQ(CopyAppointment(assistant, first, record), CommandResult::kDone);
   EXPECT_EQ(Begin(calendar.file), CommandResult::kDone);
   EXPECT_EQ(Delete(calendar.file), CommandResult::kDone);
 }
 
-TEST_F(AppointmentCommands, ACancelledEventIsNotEditedButDeleted) {
-  Change([](core::Appointment& slot) { slot.header.eventFlag = 9; });
+TEST_F(AppointmentCommands, AnEventIsNotCutAndACancelledOneNotEditedButDeleted) {
+  for (const int state : {1, 9}) {
+    core::Appointment slot = Slot(kFirst);
+    slot.header.eventFlag = static_cast<std::uint8_t>(state);
+    ASSERT_TRUE(calendar.file.WriteSlot(&slot, kFirst));
+    EXPECT_EQ(CutAppointment(assistant, first, record), CommandResult::kInternetEvent);
+    EXPECT_EQ(+Slot(kFirst).header.inUse, 1);
+  }
   EXPECT_EQ(Begin(assistant), CommandResult::kCancelledEvent);
   EXPECT_EQ(Slot(kFirst).header.editLock, 0);
   EXPECT_EQ(Delete(assistant), CommandResult::kDone);
@@ -121,7 +134,7 @@ TEST_F(AppointmentCommands, ADeletedRecordIsNotBroughtBackAndAnotherInItsSlotIsL
     EditLock lock(assistant);  // deleted by another user between lock and read
     ASSERT_EQ(lock.Take(first), CommandResult::kDone);
     ASSERT_EQ(calendar.file.DeleteRecord(kFirst), core::Result::kDone);
-    EXPECT_EQ(DeleteLocked(lock), CommandResult::kVanished);
+    EXPECT_EQ(DeleteLocked(lock, record), CommandResult::kVanished);
   }
   EXPECT_EQ(+calendar.Header().freeSlotBalance, -1);
   EXPECT_EQ(Begin(assistant), CommandResult::kVanished);
@@ -137,6 +150,8 @@ TEST_F(AppointmentCommands, ADeletedRecordIsNotBroughtBackAndAnotherInItsSlotIsL
   EXPECT_EQ(Delete(assistant), CommandResult::kVanished);
   EXPECT_EQ(MoveToDate(assistant, first, kOtherDay, record), CommandResult::kVanished);
   EXPECT_EQ(CopyToDate(assistant, first, kOtherDay, record), CommandResult::kVanished);
+  EXPECT_EQ(CutAppointment(assistant, first, record), CommandResult::kVanished);
+  EXPECT_EQ(CopyAppointment(assistant, first, record), CommandResult::kVanished);
   EXPECT_FALSE(assistant.ReadRecord(&record, first));
   EXPECT_EQ(calendar.Bytes(), before);
 
@@ -149,7 +164,7 @@ TEST_F(AppointmentCommands, ADeletedRecordIsNotBroughtBackAndAnotherInItsSlotIsL
   ASSERT_TRUE(calendar.file.LockRecord(kFirst));
   before = calendar.Bytes();
   EXPECT_EQ(EndEdit(lock, record), CommandResult::kVanished);
-  EXPECT_EQ(DeleteLocked(lock), CommandResult::kVanished);
+  EXPECT_EQ(DeleteLocked(lock, record), CommandResult::kVanished);
   EXPECT_EQ(lock.Release(), CommandResult::kDone);
   EXPECT_EQ(calendar.Bytes(), before);
 }
@@ -243,16 +258,34 @@ TEST_F(AppointmentCommands, ACopyIsAPlainAppointmentOfItsOwn) {
     slot.header.eventRole = 5;
   });
   EXPECT_EQ(MoveToDate(assistant, first, kOtherDay, record), CommandResult::kRepeats);
-  ASSERT_EQ(CopyToDate(assistant, first, kOtherDay, record), CommandResult::kDone);
-  core::Appointment expected = Slot(kFirst);
-  const core::Appointment copy = Slot(kFirst + 2627);
-  EXPECT_NE(+copy.header.recordId, +expected.header.recordId);
-  expected.header.recordId = copy.header.recordId;
-  expected.header.eventFlag = expected.header.eventByte = 0;
-  expected.header.eventRole = 1;
-  expected.repeat = {};
-  expected.date = kOtherDay;
-  EXPECT_EQ(std::memcmp(&copy, &expected, sizeof copy), 0);
+  const core::Appointment original = Slot(kFirst);
+  const std::function<CommandResult()> kWays[] = {
+      [&] { return CopyToDate(assistant, first, kOtherDay, record); },
+      [&] { return PasteAppointment(assistant, kOtherDay, record = original); },
+      [&] { return RestoreAppointment(assistant, record = original); },
+      [&] {
+        EXPECT_EQ(CutAppointment(assistant, first, record), CommandResult::kInternetEvent);
+        EXPECT_EQ(Delete(assistant), CommandResult::kDone);
+        return RestoreAppointment(assistant, record);
+      },
+  };
+  for (int way = 0; way < 4; ++way) {
+    SCOPED_TRACE(way);
+    ASSERT_EQ(kWays[way](), CommandResult::kDone);
+    const bool again = way == 3;  // deleted and brought back, it is itself
+    const core::Appointment copy = Slot(again ? kFirst : kFirst + 2627 * (way + 1));
+    core::Appointment expected = original;
+    EXPECT_EQ(copy.header.recordId == original.header.recordId, again);
+    expected.header.recordId = copy.header.recordId;
+    expected.header.eventFlag = expected.header.eventByte = 0;
+    expected.header.eventRole = 1;
+    if (way < 2) {
+      expected.repeat = {};
+      expected.date = kOtherDay;
+    }
+    EXPECT_EQ(std::memcmp(&copy, &expected, sizeof copy), 0);
+    EXPECT_EQ(std::memcmp(&copy, &record, sizeof copy), 0);
+  }
 }
 
 }  // namespace
