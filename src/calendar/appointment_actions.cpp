@@ -227,15 +227,21 @@ void GoToCommand(core::CalendarSession& session, ActionHost& host, const core::A
   if (session.File() != nullptr) ShowRecord(session, host, record);
 }
 
+bool ReadSelected(core::CalendarSession& session, ActionHost& host, const core::RecordKey& selected,
+                  core::Appointment& record) {
+  if (session.File() == nullptr || selected.IsNone()) return false;
+  if (session.File()->ReadRecord(&record, selected)) return true;
+  ReportAndLook(session, host, FromFile(*session.File(), core::Result::kFailed), kNotOpened);
+  // A list that was made before the record went shows so by now.
+  session.RecordsChanged();
+  return false;
+}
+
 void OpenAttachmentCommand(core::CalendarSession& session, ActionHost& host,
                            const core::RecordKey& selected) {
   if (!MayBegin(session, host, selected)) return;
   core::Appointment record;
-  const bool read = session.File()->ReadRecord(&record, selected);
-  const CommandResult result = FromFile(*session.File(), read ? core::Result::kDone : core::Result::kFailed);
-  ReportAndLook(session, host, result, kNotOpened);
-  if (result == CommandResult::kVanished) session.RecordsChanged();
-  if (result == CommandResult::kDone && HasAttachment(record)) {
+  if (ReadSelected(session, host, selected, record) && HasAttachment(record)) {
     host.OpenTarget(std::string(core::ReadText(record.attachment)));
   }
 }

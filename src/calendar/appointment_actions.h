@@ -43,6 +43,9 @@ void CopyCommand(core::CalendarSession& session, ActionHost& host, const core::R
 void PasteCommand(core::CalendarSession& session, ActionHost& host);
 // Adds what is in the bin again and shows its day; nothing when that is empty.
 void UndoDeleteCommand(core::CalendarSession& session, ActionHost& host);
+// Reads the selected record as it is now; tells why when that is not possible.
+[[nodiscard]] bool ReadSelected(core::CalendarSession& session, ActionHost& host,
+                                const core::RecordKey& selected, core::Appointment& record);
 // Shows the day of a record and selects it there.
 void GoToCommand(core::CalendarSession& session, ActionHost& host, const core::Appointment& record);
 

@@ -108,6 +108,7 @@ LRESULT CalendarPane::OnCommand(const MessageRecord& record) {
       return work.Panel().Send(WM_COMMAND, record.wParam, record.lParam);
     case ID_ITEM_EDIT:
     case ID_ITEM_DELETE:
+    case ID_FIND:
     case ID_UNDO_DELETE:
     case ID_CUT:
     case ID_COPY:

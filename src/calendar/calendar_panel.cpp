@@ -1,6 +1,7 @@
 #include "calendar/calendar_panel.h"
 
 #include "calendar/appointment_menu.h"
+#include "calendar/find_dialog.h"
 #include "calendar/panel_layout.h"
 #include "calendar/views/palette.h"
 #include "core/time_texts.h"
@@ -12,7 +13,6 @@ namespace {
 
 constexpr unsigned kDayListId = 100;
 constexpr unsigned kMiniCalendarId = 102;
-constexpr unsigned kBinId = 107;
 
 constexpr const char* kPartMissing = "Not all appointments could be read.";
 
@@ -25,6 +25,7 @@ CalendarPanel::CalendarPanel(core::CalendarSession& calendarSession, CommandGate
       categorySelector(session),
       miniCalendar(kMiniCalendarId,
                    {.background = kPanelBackground, .selection = kSelection, .today = kTodayColour}),
+      recycleBin(session),
       views(session),
       host(*this, dayList, session, gate) {
   session.AddListener(*this);
@@ -43,7 +44,8 @@ int CalendarPanel::PrepareClass(WNDCLASS* windowClass) {
 LRESULT CalendarPanel::OnCreate(const MessageRecord&) {
   // In the order in which Tab walks them.
   const bool made = categorySelector.Create(this) && dayList.Create(this) && miniCalendar.Create(this) &&
-                    notice.Create(this) && views.Create(this, {&categorySelector, &dayList, &miniCalendar});
+                    recycleBin.Create(this) && notice.Create(this) &&
+                    views.Create(this, {&categorySelector, &dayList, &miniCalendar, &recycleBin});
   if (!made) return -1;
   SetWindowText(hwnd, "Calendar");
   SetWindowText(categorySelector.Handle(), "Category");
@@ -71,6 +73,7 @@ void CalendarPanel::PlaceParts() {
   place(dayList, layout.dayList);
   place(notice, layout.notice);
   place(miniCalendar, layout.miniCalendar);
+  place(recycleBin, layout.recycleBin);
   views.Place(layout);
 }
 
@@ -152,6 +155,7 @@ LRESULT CalendarPanel::OnCommand(const MessageRecord& record) {
     case ID_ITEM_NEW:
     case ID_ITEM_EDIT:
     case ID_ITEM_DELETE:
+    case ID_FIND:
     case ID_CUT:
     case ID_COPY:
     case ID_PASTE:
@@ -200,19 +204,10 @@ void CalendarPanel::OnListNotice(unsigned code, LPARAM value) {
   }
 }
 
-// Another user's change must not take the selection away under the hands of this one, nor the rows scrolled
-// to.
 void CalendarPanel::OnListChanged(LPARAM rebuild) {
   if (session.File() == nullptr) return;
   ShowWhetherWhole();
-  if (rebuild == kRebuildByWatch) {
-    keptSelection = SelectedKey();
-  } else if (rebuild == kRebuiltByWatch && !keptSelection.IsNone() && dayList.SelectedItem() < 0) {
-    const int firstRow = dayList.FirstRow();
-    dayList.SelectRecord(keptSelection.id);
-    dayList.SetFirstRow(firstRow);
-    keptSelection = {};
-  }
+  keptSelection.OnListChanged(dayList, rebuild);
 }
 
 void CalendarPanel::OnCalendarNotice(unsigned code, core::Date date) {
@@ -239,8 +234,8 @@ void CalendarPanel::OnCategoryCommand(int command, const char* name) {
 }
 
 void CalendarPanel::RunCommand(unsigned command) {
-  // What is selected in a list that does not show is not what the user means.
-  if (command != ID_ITEM_NEW && !views.ShowingDay()) return;
+  // Who sees a week or a month does not mean the appointment that was selected in the list.
+  if ((command == ID_ITEM_EDIT || command == ID_ITEM_DELETE) && !views.ShowingDay()) return;
   const CommandScope scope(gate);
   if (!scope.Entered()) return;
   switch (command) {
@@ -252,6 +247,9 @@ void CalendarPanel::RunCommand(unsigned command) {
       break;
     case ID_ITEM_DELETE:
       DeleteCommand(session, host, SelectedKey());
+      break;
+    case ID_FIND:
+      Find();
       break;
     case ID_CUT:
       CutCommand(session, host, SelectedKey());
@@ -268,16 +266,25 @@ void CalendarPanel::RunCommand(unsigned command) {
   }
 }
 
+void CalendarPanel::Find() {
+  if (session.File() == nullptr) return;
+  FindDialog dialog(session, gate);
+  if (dialog.Run(this)) GoToCommand(session, host, dialog.Chosen());
+}
+
 LRESULT CalendarPanel::OnBinNotice(unsigned command) {
-  if (command != ID_ITEM_DELETE && command != ID_UNDO_DELETE) {
-    dayList.FocusList();
-    return 0;
-  }
   const CommandScope scope(gate);
   if (!scope.Entered()) return 0;
-  if (command == ID_ITEM_DELETE) return DropOnBinCommand(session, host, SelectedKey()) ? 1 : 0;
-  UndoDeleteCommand(session, host);
-  return 1;
+  switch (command) {
+    case ID_ITEM_DELETE:
+      return DropOnBinCommand(session, host, SelectedKey()) ? 1 : 0;
+    case ID_UNDO_DELETE:
+      UndoDeleteCommand(session, host);
+      return 1;
+    default:
+      host.Tell(kBinIsEmptyText);
+      return 0;
+  }
 }
 
 void CalendarPanel::ShowPopupMenu(bool onRecord) {

@@ -7,7 +7,9 @@
 #include "calendar/view_switch.h"
 #include "calendar/views/category_selector.h"
 #include "calendar/views/day_list.h"
+#include "calendar/views/kept_selection.h"
 #include "calendar/views/notice_line.h"
+#include "calendar/views/recycle_bin.h"
 #include "calendar/window_host.h"
 #include "core/calendar/calendar_session.h"
 #include "core/calendar/day_lists.h"
@@ -25,6 +27,7 @@ class CalendarPanel : public ZarfWnd, private core::SessionListener {
   DayList& List() { return dayList; }
   MiniCalendar& Calendar() { return miniCalendar; }
   CategorySelector& Categories() { return categorySelector; }
+  RecycleBinWnd& Bin() { return recycleBin; }
   ViewSwitch& Views() { return views; }
 
   int PrepareClass(WNDCLASS* windowClass) override;
@@ -37,6 +40,7 @@ class CalendarPanel : public ZarfWnd, private core::SessionListener {
   void OnSessionChange(core::SessionChange change) override;
 
   void RunCommand(unsigned command);
+  void Find();
   // For the recycle bin: whether the command was carried out.
   LRESULT OnBinNotice(unsigned command);
   void OnListNotice(unsigned code, LPARAM value);
@@ -55,12 +59,13 @@ class CalendarPanel : public ZarfWnd, private core::SessionListener {
 
   core::CalendarSession& session;
   CommandGate& gate;
-  core::DayLists records;         // of the session's day
-  core::RecordKey keptSelection;  // of the list while it is rebuilt
+  core::DayLists records;  // of the session's day
+  KeptSelection keptSelection;
 
   DayList dayList;
   CategorySelector categorySelector;
   MiniCalendar miniCalendar;
+  RecycleBinWnd recycleBin;
   NoticeLine notice;
   ViewSwitch views;
   WindowHost host;

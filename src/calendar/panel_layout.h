@@ -10,6 +10,7 @@ struct PanelLayout {
   RECT dayList;
   RECT notice;
   RECT miniCalendar;
+  RECT recycleBin;
   RECT grid;  // the month or the week, in place of all but the notice
   RECT viewTabs;
 };
@@ -29,6 +30,7 @@ constexpr PanelLayout LayOutPanel(int width, int height, NoticePlace noticePlace
                         .dayList = {6, 35, listRight, listBottom},
                         .notice = {},
                         .miniCalendar = {width - 110, 35, width - 2, 165},
+                        .recycleBin = {width - 103, height - 92, width - 3, height - 20},
                         .grid = {10, 10, gridRight, gridBottom},
                         .viewTabs = {10, height - 20, width, height}};
   if (noticePlace == NoticePlace::kNone) return layout;

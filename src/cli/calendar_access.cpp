@@ -27,6 +27,7 @@ ExitCode CodeOfChange(const core::RecordFile& file, core::CommandResult result) 
     case core::CommandResult::kVanished:
     case core::CommandResult::kConfidential:
     case core::CommandResult::kCancelledEvent:
+    case core::CommandResult::kInternetEvent:
     case core::CommandResult::kRepeats:
       return kRefused;
     case core::CommandResult::kFailed:

@@ -235,6 +235,10 @@ LRESULT ZarfWndList::OnKeyDown(const MessageRecord& record) {
     Notify(kListRightClick, selected);
     return 0;
   }
+  if (key == VK_SPACE && selected >= 0) {
+    Notify(kListDoubleClick, selected);
+    return 0;
+  }
   const ListLayout layout = Layout();
   if (const auto next = KeySelection(key, selected, layout.Cells(), layout.VisibleRows() * layout.columns)) {
     owner.SelectItem(*next);

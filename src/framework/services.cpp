@@ -71,6 +71,12 @@ void CenterOver(HWND owner, HWND window) {
   MoveWindow(window, x, y, Width(client), Height(client));
 }
 
+// A dialog counts as part of the window it was opened over.
+bool IsInForeground(HWND window) {
+  while (const HWND parent = GetParent(window)) window = parent;
+  return GetForegroundWindow() == window;
+}
+
 void DragFeedback(const DragRecord& drag) {
   POINT point;
   const HWND under = WindowUnder(drag, point);

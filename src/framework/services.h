@@ -44,5 +44,8 @@ struct DragRecord {
 };
 // Shows whether the window under the cursor would take the drop.
 void DragFeedback(const DragRecord& drag);
+// Whether the main window that a window belongs to is the one in front: with a dialog or another program
+// there, nothing may be dropped.
+bool IsInForeground(HWND window);
 // Drops. Over the source itself nothing is sent.
 void DragDrop(const DragRecord& drag);

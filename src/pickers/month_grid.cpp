@@ -16,12 +16,6 @@ namespace {
 constexpr COLORREF kEdgeLight = RGB(255, 255, 255);
 constexpr int kEdgeShade = 80;
 
-// The window at the root: a dialog counts as part of the window it was opened over.
-HWND MainWindowOf(HWND window) {
-  while (const HWND parent = GetParent(window)) window = parent;
-  return window;
-}
-
 }  // namespace
 
 MonthGrid::MonthGrid(const CalendarColours& gridColours) : colours(gridColours), date(core::Today()) {}
@@ -143,8 +137,7 @@ LRESULT MonthGrid::OnCommand(const MessageRecord& record) {
 }
 
 LRESULT MonthGrid::TakeDrop(unsigned command, POINT screenPoint) {
-  // With a dialog or another program in front, nothing may be dropped.
-  if (GetForegroundWindow() != MainWindowOf(hwnd)) return 0;
+  if (!IsInForeground(hwnd)) return 0;
   const int day = DayAt(Layout(), ScreenToClient(hwnd, screenPoint));
   if (day < 1) return 0;
   if (command != kDropQuery && day != date.day) Report(command, {day, date.month, date.year});

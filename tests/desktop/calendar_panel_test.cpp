@@ -195,68 +195,6 @@ TEST_F(CalendarPanelTest, KeysMoveTheSelectionAndAMenuOpens) {
   });
 }
 
-// Clipboard and bin outlive the file.
-TEST_F(CalendarPanelTest, CutCopyPasteAndUndoByKeysAlsoIntoAnotherFile) {
-  TemporaryCalendar other;
-  program.Run(calendar.Path(), [&] {
-    const auto press = [&](char key) {
-      driver.Press(program.List(), static_cast<unsigned>(key), MK_CONTROL);
-      driver.ProcessEvents();
-    };
-    for (const char key : {'C', 'X', 'V', 'Z'}) press(key);  // there is nothing to work on
-    EXPECT_EQ(program.Subjects().size(), 3U);
-    ClickRow(1);
-    press('C');
-    program.GoTo({20, 3, 2004});
-    press('V');
-    press('V');
-    EXPECT_EQ(program.Subjects(), (Texts{"First", "First"}));
-    EXPECT_NE(Read(10506).header.recordId, +Read(13133).header.recordId);
-    program.GoTo({14, 3, 2004});
-    for (const int row : {2, 0}) {
-      ClickRow(row);
-      press('X');
-    }
-    EXPECT_EQ(program.Subjects(), Texts{"First"});
-    EXPECT_EQ(program.Session().Clipboard().Tag(), ID_CUT);
-
-    std::string message;
-    ASSERT_TRUE(program.Session().Open(other.Path(), "", false, message));
-    program.GoTo({1, 2, 2005});
-    press('V');
-    EXPECT_EQ(program.Selected(), "Whole");
-    press('Z');
-    EXPECT_EQ(core::DayIndex(program.Session().CurrentDate()), core::DayIndex(2004, 3, 14));
-    EXPECT_EQ(program.Selected(), "Whole");
-    press('Z');
-    EXPECT_EQ(program.Subjects(), Texts{"Whole"}) << "only the last one comes back";
-  });
-}
-
-TEST_F(CalendarPanelTest, WhatCannotBeWrittenStaysWhereItIs) {
-  program.Run(calendar.Path(), [&] {
-    for (const char key : {'X', 'V', 'Z'}) {
-      SCOPED_TRACE(key);
-      ClickRow(1);
-      program.Session().PutInBin(Today("Kept").appointment);
-      program.Session().PutOnClipboard(Today("Kept").appointment, ID_COPY);
-      const std::string before = calendar.Bytes();
-      FaultyCalls faults;
-      // The edit lock that a cut takes can still be written, and given back.
-      faults.Fail(FaultyCalls::kWrite, faults.Count(FaultyCalls::kWrite) + (key == 'X' ? 2 : 1), ENOSPC);
-      driver.AnswerMessageBox(key == 'X' ? "Nothing was changed." : "The appointment was not saved.", IDOK);
-      driver.Press(program.List(), static_cast<unsigned>(key), MK_CONTROL);
-      driver.ProcessEvents();
-      EXPECT_EQ(calendar.Bytes(), before);
-      for (const core::RecordHolder* holder : {&program.Session().Bin(), &program.Session().Clipboard()}) {
-        core::Appointment kept;
-        ASSERT_TRUE(holder->Read(&kept, sizeof kept));
-        EXPECT_EQ(core::ReadText(kept.subject), "Kept");
-      }
-    }
-  });
-}
-
 TEST_F(CalendarPanelTest, ADragMovesAndWithControlCopies) {
   calendar.Add(Today("Weekly").At(15, 0).Every(1, core::kRepeatWeekly, 1));
   program.Run(calendar.Path(), [&] {

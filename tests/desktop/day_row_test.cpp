@@ -53,10 +53,10 @@ TEST_F(DayRow, ATimedRowHasTimesMarksCategoryAndSubject) {
   EXPECT_EQ(subject->rect.top, 43);
   const std::vector<DrawingCall> marks = hdc.Of(DrawingKind::kBitmap);
   ASSERT_EQ(marks.size(), 4U);
-  const std::pair<const Bitmap*, int> expected[] = {{pictures.padlock.get(), 100},
-                                                    {pictures.bell.get(), 112},
-                                                    {pictures.paperClip.get(), 126},
-                                                    {pictures.squares.get(), 138}};
+  const std::pair<const Bitmap*, int> expected[] = {{pictures.marks.padlock.get(), 100},
+                                                    {pictures.marks.bell.get(), 112},
+                                                    {pictures.marks.paperClip.get(), 126},
+                                                    {pictures.marks.squares.get(), 138}};
   for (std::size_t i = 0; i < 4; ++i) {
     EXPECT_EQ(marks[i].bitmap, expected[i].first) << i;
     EXPECT_EQ(marks[i].rect.left, expected[i].second) << i;

@@ -23,39 +23,6 @@ constexpr int kGap = 6;
 
 constexpr const char* kVanished = "Record is deleted by another user.";
 
-std::unique_ptr<Bitmap> LoadMark(const char* name) {
-  std::unique_ptr<Bitmap> mark = Bitmap::Load(name);
-  if (mark != nullptr) mark->MakeTransparent(kMagenta);
-  return mark;
-}
-
-// Draws a mark and answers where the next one stands.
-int DrawMark(HDC hdc, const std::unique_ptr<Bitmap>& mark, bool wanted, int x, int y, int advance) {
-  if (!wanted) return x;
-  if (mark != nullptr) hdc->DrawBitmap(*mark, x, y);
-  return x + advance;
-}
-
-int DrawMarks(HDC hdc, const core::Appointment& record, const DayRowPictures& pictures, int x, int y) {
-  x = DrawMark(hdc, pictures.padlock, record.header.confidential != 0, x, y, 12);
-  x = DrawMark(hdc, pictures.bell, record.alarmOn != 0, x, y, 14);
-  x = DrawMark(hdc, pictures.paperClip, core::HasAttachment(record), x, y, 12);
-  return DrawMark(hdc, pictures.squares, core::HasRepeat(record), x, y, 12);
-}
-
-// Draws the category in brackets at the left end of a line and answers where it ends.
-int DrawCategory(HDC hdc, const core::Appointment& record, const RECT& line) {
-  const std::string_view category = core::ReadText(record.header.category);
-  if (category.empty()) return line.left;
-  std::string text("[");
-  text.append(category).push_back(']');
-  const HFONT font = GetFont(FontSmall, 400);
-  hdc->SelectFont(font);
-  hdc->SetTextColor(kRowMark);
-  hdc->DrawText(text.c_str(), line, DT_SINGLELINE | DT_END_ELLIPSIS);
-  return std::min(line.left + MeasureText(font, text.c_str()).cx, line.right);
-}
-
 std::string TimesOf(const core::Appointment& record) {
   return core::FormatTime(record.startTime) + "-" + core::FormatTime(record.endTime);
 }
@@ -88,9 +55,9 @@ void DrawAllDay(HDC hdc, const core::Appointment& record, const DayRowPictures& 
   }
   const int start = row.left + kAllDayIndent;
   const int end = row.right - kAllDayIndent;
-  int x = DrawMarks(hdc, record, pictures, start, row.top + kAllDayMarksTop);
+  int x = DrawRowMarks(hdc, record, pictures.marks, start, row.top + kAllDayMarksTop, true);
   const int categoryEnd = std::min(x + Width(row) / kCategoryShare, end);
-  x = DrawCategory(hdc, record, {x, SmallLineTop(row), categoryEnd, row.bottom});
+  x = DrawRowCategory(hdc, record, {x, SmallLineTop(row), categoryEnd, row.bottom});
   if (x != start) x += kGap;
   DrawRowText(hdc, std::string(core::ReadText(record.subject)), {x, row.top, end, row.bottom},
               DT_VCENTER | DT_END_ELLIPSIS);
@@ -107,8 +74,8 @@ void DrawTimed(HDC hdc, const core::Appointment& record, const DayRowPictures& p
   // With the 12-hour clock the times can be wider than their usual place.
   const int timesWidth = MeasureText(GetFont(FontSans, 400), times.c_str()).cx;
   const int marksLeft = row.left + std::max(kMarksLeft, timesWidth + kGap);
-  const int categoryLeft = DrawMarks(hdc, record, pictures, marksLeft, row.top + 1);
-  DrawCategory(hdc, record, {categoryLeft, row.top, row.right, middle});
+  const int categoryLeft = DrawRowMarks(hdc, record, pictures.marks, marksLeft, row.top + 1, true);
+  DrawRowCategory(hdc, record, {categoryLeft, row.top, row.right, middle});
   if (selected) return;
   hdc->SetPenColor(kRowLine);
   Line(hdc, row.left, row.bottom, row.right * 2 / 3, row.bottom);
@@ -117,9 +84,8 @@ void DrawTimed(HDC hdc, const core::Appointment& record, const DayRowPictures& p
 }  // namespace
 
 DayRowPictures LoadDayRowPictures() {
-  return {LoadMark("all_day"),      LoadMark("all_day_left"), LoadMark("all_day_right"),
-          LoadMark("mark_padlock"), LoadMark("mark_bell"),    LoadMark("mark_paper_clip"),
-          LoadMark("mark_squares")};
+  return {LoadRowPicture("all_day"), LoadRowPicture("all_day_left"), LoadRowPicture("all_day_right"),
+          LoadRowMarks()};
 }
 
 int DayRowHeight() {

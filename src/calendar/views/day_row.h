@@ -4,19 +4,14 @@
 #include <memory>
 #include <string>
 
-#include "core/calendar/appointment.h"
-#include "platform/desktop/bitmap.h"
-#include "platform/desktop/device_context.h"
+#include "calendar/views/row_marks.h"
 
 // The pictures of a row, loaded once for all rows. A picture that is missing is left out of the row.
 struct DayRowPictures {
   std::unique_ptr<Bitmap> allDay;
   std::unique_ptr<Bitmap> allDayLeft;
   std::unique_ptr<Bitmap> allDayRight;
-  std::unique_ptr<Bitmap> padlock;
-  std::unique_ptr<Bitmap> bell;
-  std::unique_ptr<Bitmap> paperClip;
-  std::unique_ptr<Bitmap> squares;
+  RowMarks marks;
 };
 DayRowPictures LoadDayRowPictures();
 
