@@ -17,10 +17,11 @@ struct PanelLayout {
 
 constexpr int kNoticeHeight = 16;
 
-// `width` and `height` are the panel's client size in pixels. A panel too small for its list gives an empty
-// list. A notice takes the last pixels of what is above it, the list or the grid, where that has any to give.
+// Which view the notice stands below, if there is one.
 enum class NoticePlace { kNone, kUnderList, kUnderGrid };
 
+// `width` and `height` are the panel's client size in pixels. A panel too small for its list gives an empty
+// list. A notice takes the last pixels of what is above it, the list or the grid, where that has any to give.
 constexpr PanelLayout LayOutPanel(int width, int height, NoticePlace noticePlace = NoticePlace::kNone) {
   const int listRight = std::max(width - 114, 6);
   const int listBottom = std::max(height - 25, 35);

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "calendar/dialogs/appointment_editor.h"
+#include "calendar/panel_layout.h"
 #include "calendar/views/month_week_views.h"
 #include "core/store/edit_lock.h"
 #include "core/time_texts.h"
@@ -232,6 +233,13 @@ TEST_F(DayGridWindow, IsHeardWholeAndTipsTellWhatDoesNotFit) {
     SendMessage(month.Handle(), WM_MOUSEMOVE, 0, MakeLParam(point.x, point.y));
     EXPECT_TRUE(driver.WaitUntil([&, wanted = tip] { return driver.ShownTip() == wanted; })) << tip;
   }
+}
+
+TEST(PanelLayout, ANoticeTakesTheLastPixelsOfTheGrid) {
+  const PanelLayout layout = LayOutPanel(400, 300, NoticePlace::kUnderGrid);
+  EXPECT_EQ(layout.grid, (RECT{10, 10, 390, 260}));
+  EXPECT_EQ(layout.notice, (RECT{10, 260, 390, 276}));
+  EXPECT_EQ(layout.viewTabs, (RECT{10, 280, 400, 300}));
 }
 
 // The views in the running program.

@@ -37,9 +37,10 @@ void DayCells::Clear() {
 }
 
 void DayCells::ReadLines(const core::RecordFile& file, int linesPerDay) {
+  shown.assign(static_cast<std::size_t>(lists.DayCount()), {});
+  if (shown.empty()) return;
   const auto wanted = static_cast<std::size_t>(linesPerDay);
   level = file.AccessLevel();
-  shown.assign(static_cast<std::size_t>(lists.DayCount()), {});
   for (std::size_t day = 0; day < shown.size(); ++day) {
     for (const core::RecordKey& key : lists.Day(static_cast<int>(day))) {
       if (shown[day].size() >= wanted) break;
