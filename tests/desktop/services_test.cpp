@@ -167,6 +167,10 @@ TEST_F(Services, AFileToOpenAndAFolderMustExist) {
       FileDialog(kFileDialogOpen, "Files (*.cld)|*.cld||", "cld", host.Handle(), path, kInWorksFolder));
   EXPECT_EQ(path, folder.Join("a.cld"));
   EXPECT_TRUE(platform::FileExists(Folder().Join("works")));
+  folder.Write("no dot", "x");
+  driver.ChooseFile(folder.Join("no dot"));
+  EXPECT_TRUE(FileDialog(kFileDialogOpen, "(*.*)|*.*||", "", host.Handle(), path, kInCurrentFolder));
+  EXPECT_EQ(driver.LastFileKinds(), (std::vector<std::string>{"(*)"}));
 
   path = folder.Path();
   driver.ChooseFile(folder.Path());

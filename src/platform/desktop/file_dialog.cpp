@@ -13,12 +13,17 @@ QWidget* TopLevelOf(HWND window) {
   return entry != nullptr ? entry->widget->window() : nullptr;
 }
 
+// "*.*" means all files, also those without a dot.
+QString Spelled(const std::string& text) {
+  return QString::fromStdString(text).replace(QStringLiteral("*.*"), QStringLiteral("*"));
+}
+
 // "Calendars (*.cld)": the patterns stand at the end, once.
 QString NameFilter(const FileFilter& filter) {
   QStringList patterns;
-  for (const std::string& pattern : filter.patterns) patterns << QString::fromStdString(pattern);
+  for (const std::string& pattern : filter.patterns) patterns << Spelled(pattern);
   const QString inBrackets = u'(' + patterns.join(u' ') + u')';
-  const QString description = QString::fromStdString(filter.description);
+  const QString description = Spelled(filter.description);
   return description.endsWith(inBrackets) ? description : description + u' ' + inBrackets;
 }
 
