@@ -1,7 +1,5 @@
 #include "calendar/calendar_panel.h"
 
-#include "calendar/appointment_menu.h"
-#include "calendar/find_dialog.h"
 #include "calendar/panel_layout.h"
 #include "calendar/views/palette.h"
 #include "core/time_texts.h"
@@ -27,7 +25,7 @@ CalendarPanel::CalendarPanel(core::CalendarSession& calendarSession, CommandGate
                    {.background = kPanelBackground, .selection = kSelection, .today = kTodayColour}),
       recycleBin(session),
       views(session),
-      host(*this, dayList, session, gate) {
+      commands(*this, session, gate, dayList, views) {
   session.AddListener(*this);
 }
 
@@ -151,22 +149,10 @@ void CalendarPanel::ShowWhetherWhole() {
 LRESULT CalendarPanel::OnCommand(const MessageRecord& record) {
   const unsigned id = LowWord(record.wParam);
   const unsigned code = HighWord(record.wParam);
+  if (commands.Run(id)) return 0;
   switch (id) {
-    case ID_ITEM_NEW:
-    case ID_ITEM_EDIT:
-    case ID_ITEM_DELETE:
-    case ID_FIND:
-    case ID_CUT:
-    case ID_COPY:
-    case ID_PASTE:
-    case ID_OPEN_ATTACHMENT:
-      RunCommand(id);
-      break;
-    case ID_UNDO_DELETE:
-      Post(WM_COMMAND, kBinId, ID_UNDO_DELETE);
-      break;
     case kBinId:
-      return OnBinNotice(static_cast<unsigned>(record.lParam));
+      return commands.RunForBin(static_cast<unsigned>(record.lParam));
     case kDayListId:
       OnListNotice(code, record.lParam);
       break;
@@ -194,7 +180,7 @@ void CalendarPanel::OnListNotice(unsigned code, LPARAM value) {
       Post(WM_COMMAND, value < 0 ? ID_ITEM_NEW : ID_ITEM_EDIT, value);
       break;
     case kListRightClick:
-      ShowPopupMenu(value >= 0);
+      commands.ShowMenu(value >= 0);
       break;
     case kListFileChanged:
       OnListChanged(value);
@@ -212,12 +198,11 @@ void CalendarPanel::OnListChanged(LPARAM rebuild) {
 
 void CalendarPanel::OnCalendarNotice(unsigned code, core::Date date) {
   if (session.File() == nullptr) return;
-  if (code != kDropMove && code != kDropCopy) {
+  if (code == kDropMove || code == kDropCopy) {
+    commands.Drop(code == kDropCopy, date);
+  } else {
     session.SetDate(date);
-    return;
   }
-  const CommandScope command(gate);
-  if (command.Entered()) DropCommand(session, host, SelectedKey(), code == kDropCopy, date);
 }
 
 void CalendarPanel::OnGridNotice(unsigned code, core::Date date) {
@@ -231,77 +216,4 @@ void CalendarPanel::OnGridNotice(unsigned code, core::Date date) {
 void CalendarPanel::OnCategoryCommand(int command, const char* name) {
   const CommandScope scope(gate);
   if (scope.Entered()) categorySelector.OnCategoryMenuCommand(command, name);
-}
-
-void CalendarPanel::RunCommand(unsigned command) {
-  // Who sees a week or a month does not mean the appointment that was selected in the list.
-  if ((command == ID_ITEM_EDIT || command == ID_ITEM_DELETE) && !views.ShowingDay()) return;
-  const CommandScope scope(gate);
-  if (!scope.Entered()) return;
-  switch (command) {
-    case ID_ITEM_NEW:
-      NewCommand(session, host);
-      break;
-    case ID_ITEM_EDIT:
-      EditCommand(session, host, SelectedKey());
-      break;
-    case ID_ITEM_DELETE:
-      DeleteCommand(session, host, SelectedKey());
-      break;
-    case ID_FIND:
-      Find();
-      break;
-    case ID_CUT:
-      CutCommand(session, host, SelectedKey());
-      break;
-    case ID_COPY:
-      CopyCommand(session, host, SelectedKey());
-      break;
-    case ID_PASTE:
-      PasteCommand(session, host);
-      break;
-    default:
-      OpenAttachmentCommand(session, host, SelectedKey());
-      break;
-  }
-}
-
-void CalendarPanel::Find() {
-  if (session.File() == nullptr) return;
-  FindDialog dialog(session, gate);
-  if (dialog.Run(this)) GoToCommand(session, host, dialog.Chosen());
-}
-
-LRESULT CalendarPanel::OnBinNotice(unsigned command) {
-  const CommandScope scope(gate);
-  if (!scope.Entered()) return 0;
-  switch (command) {
-    case ID_ITEM_DELETE:
-      return DropOnBinCommand(session, host, SelectedKey()) ? 1 : 0;
-    case ID_UNDO_DELETE:
-      UndoDeleteCommand(session, host);
-      return 1;
-    default:
-      host.Tell(kBinIsEmptyText);
-      return 0;
-  }
-}
-
-void CalendarPanel::ShowPopupMenu(bool onRecord) {
-  core::Appointment record;
-  const bool readable =
-      onRecord && session.File() != nullptr && session.File()->ReadRecord(&record, SelectedKey());
-  TrackAppointmentMenu(hwnd, MenuPoint(),
-                       {.onRecord = onRecord,
-                        .hasAttachment = readable && core::HasAttachment(record),
-                        .canUndo = !session.Bin().IsEmpty(),
-                        .canPaste = !session.Clipboard().IsEmpty()});
-}
-
-// At the mouse, but by the selected row when a key asked for the menu while the mouse was elsewhere.
-POINT CalendarPanel::MenuPoint() const {
-  const POINT mouse = GetCursorPos();
-  RECT list;
-  GetWindowRect(dayList.Handle(), &list);
-  return Contains(list, mouse) ? mouse : dayList.MenuPoint(dayList.SelectedItem());
 }

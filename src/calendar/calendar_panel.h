@@ -4,13 +4,13 @@
 #pragma once
 
 #include "calendar/command_gate.h"
+#include "calendar/panel_commands.h"
 #include "calendar/view_switch.h"
 #include "calendar/views/category_selector.h"
 #include "calendar/views/day_list.h"
 #include "calendar/views/kept_selection.h"
 #include "calendar/views/notice_line.h"
 #include "calendar/views/recycle_bin.h"
-#include "calendar/window_host.h"
 #include "core/calendar/calendar_session.h"
 #include "core/calendar/day_lists.h"
 #include "pickers/mini_calendar.h"
@@ -39,23 +39,16 @@ class CalendarPanel : public ZarfWnd, private core::SessionListener {
  private:
   void OnSessionChange(core::SessionChange change) override;
 
-  void RunCommand(unsigned command);
-  void Find();
-  // For the recycle bin: whether the command was carried out.
-  LRESULT OnBinNotice(unsigned command);
   void OnListNotice(unsigned code, LPARAM value);
   void OnListChanged(LPARAM rebuild);
   void OnCalendarNotice(unsigned code, core::Date date);
   void OnGridNotice(unsigned code, core::Date date);
   void ShowView(CalendarView view);
   void OnCategoryCommand(int command, const char* name);
-  void ShowPopupMenu(bool onRecord);
-  POINT MenuPoint() const;
   void LoadDay();
   PanelLayout Layout() const;
   void PlaceParts();
   void ShowWhetherWhole();
-  core::RecordKey SelectedKey() const { return dayList.KeyAt(dayList.SelectedItem()); }
 
   core::CalendarSession& session;
   CommandGate& gate;
@@ -68,5 +61,5 @@ class CalendarPanel : public ZarfWnd, private core::SessionListener {
   RecycleBinWnd recycleBin;
   NoticeLine notice;
   ViewSwitch views;
-  WindowHost host;
+  PanelCommands commands;
 };

@@ -34,13 +34,10 @@ constexpr int kAlarmControls[] = {Dialog::kDaysBox,           Dialog::kTimeButto
                                   Dialog::kBrowseStartButton, Dialog::kMailRadio,        Dialog::kUrlRadio,
                                   Dialog::kDocumentRadio,     Dialog::kRingLabel};
 
-// Makes an alarm that is off ready to be set. One that repeats would otherwise begin with its first
-// occurrence and ring for every one since.
+// Makes the alarm of a new appointment, or one that is off, ready to be set: at the start of the appointment.
+// One that repeats would begin with its first occurrence and ring for every one since.
 void Prepare(core::Appointment& appointment, bool isNew) {
-  if (appointment.alarmOn == 1) {
-    if (isNew) appointment.alarmDate = appointment.date;
-    return;
-  }
+  if (appointment.alarmOn == 1 && !isNew) return;
   appointment.alarmDate = appointment.date;
   appointment.alarmTime = appointment.startTime;
   appointment.alarmDaysBefore = 0;
