@@ -7,7 +7,7 @@ _tempoline_cli() {
   [ "$current" = "=" ] && current=
   for word in "${COMP_WORDS[@]:1:COMP_CWORD-1}"; do
     case $word in
-      info | list | alarms | add | edit | move | copy | delete | compact | check | new | contacts | participants | register) command=$word && break ;;
+      info | list | alarms | add | edit | move | copy | delete | compact | check | new | contacts | participants | register | export | report) command=$word && break ;;
     esac
   done
   local password="--password --password-file" record="--offset"
@@ -28,20 +28,25 @@ _tempoline_cli() {
     contacts) options="--name --email --book --format $password" ;;
     participants) options="--format $password" ;;
     register) options= ;;
+    export) options="--from --to --subject --format $password" ;;
+    report) options="--from --to --subject --id $password" ;;
     *)
-      options="info list alarms add edit move copy delete compact check new contacts participants register"
+      options="info list alarms add edit move copy delete compact check new contacts participants register export report"
       COMPREPLY=($(compgen -W "$options --help --version" -- "$current"))
       return
       ;;
   esac
   case $before in
     contacts) COMPREPLY=($(compgen -W "list add edit delete $options --help" -- "$current")) ;;
-    --format) COMPREPLY=($(compgen -W "text csv json" -- "$current")) ;;
+    --format)
+      [ "$command" = export ] && word="csv" || word="text csv json"
+      COMPREPLY=($(compgen -W "$word" -- "$current"))
+      ;;
     --repeat) COMPREPLY=($(compgen -W "daily:1 weekly:1 monthly:1 yearly:1" -- "$current")) ;;
     --day | --from | --to | --week | --date | --until) COMPREPLY=($(compgen -W "$(date +%F)" -- "$current")) ;;
     --month) COMPREPLY=($(compgen -W "$(date +%Y-%m)" -- "$current")) ;;
     --at) COMPREPLY=($(compgen -W "$(date +%FT%H:%M)" -- "$current")) ;;
-    --start | --end | --subject | --notes | --category | --find | --offset | --password | --name | --email) COMPREPLY=() ;;
+    --start | --end | --subject | --notes | --category | --find | --offset | --password | --name | --email | --id) COMPREPLY=() ;;
     *)
       if [[ $current == -* ]]; then
         COMPREPLY=($(compgen -W "$options --help" -- "$current"))

@@ -34,6 +34,9 @@ constexpr CommandInfo kCommands[] = {
     {Command::kNew, "new", "FILE", "make a new calendar"},
     {Command::kContacts, "contacts", "ACTION [ID]", "list, add, edit or delete contacts of the address book"},
     {Command::kParticipants, "participants", "FILE [ID]", "list the participants of all events, or of one"},
+    {Command::kExport, "export", "FILE OUT",
+     "write appointments to a file, a line for each; - is the output"},
+    {Command::kReport, "report", "FILE [OUT]", "write appointments as a text to read"},
     {Command::kRegister, "register", "", "register on the event server"},
 };
 
@@ -49,8 +52,10 @@ constexpr unsigned kShowing =
 constexpr unsigned kWriting = In(Command::kAdd) | In(Command::kEdit);
 constexpr unsigned kMoving = In(Command::kMove) | In(Command::kCopy);
 constexpr unsigned kNaming = In(Command::kEdit) | In(Command::kDelete) | kMoving;
-constexpr unsigned kGuarded =
-    kListing | kAlarms | kWriting | kNaming | In(Command::kInfo) | kContacting | In(Command::kParticipants);
+constexpr unsigned kReporting = In(Command::kReport);
+constexpr unsigned kExporting = In(Command::kExport) | kReporting;
+constexpr unsigned kGuarded = kExporting | kListing | kAlarms | kWriting | kNaming | In(Command::kInfo) |
+                              kContacting | In(Command::kParticipants);
 
 struct OptionInfo {
   std::string_view name;
@@ -69,6 +74,11 @@ constexpr OptionInfo kOptions[] = {
     {"find", "TEXT", kListing, "only those with TEXT in the subject or the notes"},
     {"category", "NAME", kListing, "only those of a category"},
     {"at", "MOMENT", kAlarms, "not now but at YYYY-MM-DDTHH:MM"},
+    {"from", "D", kExporting, "with --to: only those from D"},
+    {"to", "D", kExporting, "with --from: to D, included"},
+    {"subject", "TEXT", kExporting, "only those with TEXT in the subject"},
+    {"id", "ID", kReporting, "only this appointment"},
+    {"format", "F", In(Command::kExport), "csv, which is the only one"},
     {"to", "D", kMoving, "the day to go to, YYYY-MM-DD"},
     {"date", "D", kWriting, "the day, YYYY-MM-DD"},
     {"start", "T", kWriting, "the start, HH:MM, in steps of five minutes"},
@@ -152,8 +162,12 @@ Outcome TakeOperands(const CommandInfo& command, const std::vector<std::string>&
   for (std::string word; words >> word; ++most) {
     if (word[0] != '[') ++least;
     if (most >= given.size()) continue;
-    (word == "FILE" ? arguments.file : word == "ACTION" ? arguments.action : arguments.id) = given[most];
-    if (word == "FILE" && given[most].empty()) return WrongUsage("the name of the file is empty");
+    std::string& place = word == "FILE"                         ? arguments.file
+                         : word == "ACTION"                     ? arguments.action
+                         : word.find("ID") != std::string::npos ? arguments.id
+                                                                : arguments.other;
+    place = given[most];
+    if (&place != &arguments.id && given[most].empty()) return WrongUsage("the name of the file is empty");
   }
   if (least <= given.size() && given.size() <= most) return {};
   if (most == 0) return WrongUsage(std::string(command.name) + " takes options only");

@@ -28,7 +28,9 @@ enum class Command {
   kNew,
   kContacts,
   kParticipants,
-  kRegister
+  kRegister,
+  kExport,
+  kReport
 };
 
 // What the user asked for. Options are known ones of the command, each with its value ("" for a switch).
@@ -39,6 +41,7 @@ struct Arguments {
   std::string action;                                       // of contacts, as given
   std::string file;                                         // a path, as given
   std::string id;                                           // of edit, move, copy and delete, as given
+  std::string other;                                        // of export and report: the file to write
   std::map<std::string, std::string, std::less<>> options;  // by name, without the dashes
 
   bool Has(std::string_view option) const { return options.contains(option); }

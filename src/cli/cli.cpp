@@ -37,6 +37,10 @@ Outcome RunCommand(const Arguments& arguments, Output& output) {
       return ParticipantsCommand(arguments, output);
     case Command::kRegister:
       return RegisterCommand(output);
+    case Command::kExport:
+      return ExportCommand(arguments, output);
+    case Command::kReport:
+      return ReportCommand(arguments, output);
     case Command::kNone:
       break;
   }

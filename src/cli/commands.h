@@ -22,6 +22,9 @@ Outcome DeleteCommand(const Arguments& arguments);
 Outcome NewCommand(const Arguments& arguments);
 Outcome CompactCommand(const Arguments& arguments);
 
+Outcome ExportCommand(const Arguments& arguments, Output& output);
+Outcome ReportCommand(const Arguments& arguments, Output& output);
+
 Outcome ContactsCommand(const Arguments& arguments, Output& output);
 Outcome ParticipantsCommand(const Arguments& arguments, Output& output);
 Outcome RegisterCommand(Output& output);

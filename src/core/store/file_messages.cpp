@@ -53,18 +53,32 @@ std::string CannotOpenText(const std::string& path, const std::string& reason) {
   return "Can't open " + Quoted(path) + ".\r\n" + reason;
 }
 
-std::string CannotCreateText(platform::FileResult why) {
-  std::string text = resources::FindText(text::kCannotCreateFile);
+std::string DescribeFileResult(platform::FileResult why) {
   switch (why) {
     case platform::FileResult::kDiskFull:
-      return text + "\r\n" + kDiskFullText;
+      return kDiskFullText;
     case platform::FileResult::kDenied:
-      return text + "\r\nAccess has been denied.";
+      return ReasonText(OpenError::kDenied);
     case platform::FileResult::kMissing:
-      return text + "\r\nThe folder does not exist.";
+      return "The folder does not exist.";
+    case platform::FileResult::kIsFolder:
+      return ReasonText(OpenError::kIsFolder);
+    case platform::FileResult::kNoRegularFile:
+      return ReasonText(OpenError::kNoRegularFile);
+    case platform::FileResult::kInUse:
+      return ReasonText(OpenError::kInUse);
     default:
-      return text;
+      return "";
   }
+}
+
+std::string CannotWriteText(const std::string& path, platform::FileResult why) {
+  return "Can't write to " + Quoted(path) + ".\r\n" + DescribeFileResult(why);
+}
+
+std::string CannotCreateText(platform::FileResult why) {
+  const std::string reason = DescribeFileResult(why);
+  return resources::FindText(text::kCannotCreateFile) + (reason.empty() ? "" : "\r\n" + reason);
 }
 
 std::string DescribeOpenError(const std::string& path, OpenError error) {

@@ -12,6 +12,12 @@ namespace core {
 // The path in double quotes, as every message shows it.
 std::string Quoted(const std::string& path);
 
+// Why a file was not written, made or replaced, as a whole sentence; empty where the system says nothing.
+std::string DescribeFileResult(platform::FileResult why);
+
+// That the file at the path was not written, with that sentence.
+std::string CannotWriteText(const std::string& path, platform::FileResult why);
+
 // That the file was not opened, with a whole sentence that says why.
 std::string CannotOpenText(const std::string& path, const std::string& reason);
 

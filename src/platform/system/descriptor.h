@@ -54,6 +54,10 @@ bool IsBetweenNames(const std::string& path);
 // Opens the folder that a file of this path lies in.
 bool OpenFolderOf(const std::string& path, Descriptor& folder);
 
+// A new file in the folder of `target`, open for reading and writing, under a name that nobody has; `name` is
+// its path. Leftovers of a crash are passed over. When that fails, errno tells why.
+Descriptor CreateBeside(const std::string& target, unsigned mode, std::string& name);
+
 // Whether errno tells of space that the disk, a quota or a limit does not have.
 bool IsDiskFull(int error);
 

@@ -234,6 +234,10 @@ FileAtPath File::PathState() const {
   return IsOpen() ? WhatPathNames(path, !reach, {device, inode}) : FileAtPath::kUnknown;
 }
 
+bool File::IsAt(const std::string& otherPath) const {
+  return IsOpen() && WhatPathNames(otherPath, !reach, {device, inode}) == FileAtPath::kSame;
+}
+
 FileAtPath File::Refresh() {
   if (reach || !IsOpen() || (hold != nullptr && hold->IsHeld())) return PathState();
   switch (Reopen()) {

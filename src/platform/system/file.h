@@ -155,6 +155,9 @@ class File {
   // and written, and all that is written to it is lost with the last program that has it open.
   FileAtPath PathState() const;
 
+  // Whether another path leads to this very file.
+  bool IsAt(const std::string& otherPath) const;
+
   // PathState, and where locks do not reach the file is opened anew if it is still the same, so that what is
   // read next is what others have written. For who looks out for changes, once a look.
   FileAtPath Refresh();

@@ -63,18 +63,6 @@ bool RenameNew(const std::string& from, const std::string& to) {
   return errno != EEXIST && !FileExists(to) && Rename(from, to);
 }
 
-// A new file beside `target`, under a name nobody has. Leftovers of a crash are passed over.
-Descriptor CreateBeside(const std::string& target, mode_t mode, std::string& name) {
-  const std::string owner = std::to_string(getpid());
-  for (int number = 0; number < kMostNames; ++number) {
-    name = FolderPart(target);
-    name.append(".daybrix-").append(owner).append("-").append(std::to_string(number)).append(".tmp");
-    Descriptor created(open(name.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, mode));
-    if (created.IsOpen() || (errno != EEXIST && errno != EINTR)) return created;
-  }
-  return Descriptor();
-}
-
 // Writes a file beside `target` and makes `publish` give it that name. `old` is the file there, if any is
 // open; it is closed, because an open file would have to be hidden on some file systems. When that fails,
 // errno tells why.
@@ -99,6 +87,17 @@ bool WriteBeside(const std::string& target, Descriptor old, const void* data, st
 }
 
 }  // namespace
+
+Descriptor CreateBeside(const std::string& target, unsigned mode, std::string& name) {
+  const std::string owner = std::to_string(getpid());
+  for (int number = 0; number < kMostNames; ++number) {
+    name = FolderPart(target);
+    name.append(".daybrix-").append(owner).append("-").append(std::to_string(number)).append(".tmp");
+    Descriptor created(open(name.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, mode));
+    if (created.IsOpen() || (errno != EEXIST && errno != EINTR)) return created;
+  }
+  return Descriptor();
+}
 
 bool FileExists(const std::string& path) {
   struct stat about = {};
