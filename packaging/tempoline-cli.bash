@@ -25,7 +25,7 @@ _tempoline_cli() {
     compact) options="--force" ;;
     check) options="--format" ;;
     new) options="--examples" ;;
-    contacts) options="--name --email --book --format $password" ;;
+    contacts) options="--name --email --book --format $record $password" ;;
     participants) options="--format $password" ;;
     register) options= ;;
     export) options="--from --to --subject --format $password" ;;

@@ -93,7 +93,7 @@ constexpr OptionInfo kOptions[] = {
     {"repeat", "RULE", kWriting, "daily:N, weekly:N[:mon,tue,...], monthly:N or yearly:N"},
     {"until", "D", kWriting, "the last day that it may fall on"},
     {"no-repeat", "", kWriting, "let it fall on its date only"},
-    {"offset", "N", kNaming, "which record, where several have the ID"},
+    {"offset", "N", kNaming | kContacting, "which record, where several have the ID"},
     {"examples", "", In(Command::kNew), "begin with three example appointments"},
     {"force", "", In(Command::kCompact), "also where the file may be open on another machine"},
     {"name", "TEXT", kContacting, "the contact's name, at most 49 characters"},

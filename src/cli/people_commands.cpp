@@ -32,9 +32,10 @@ Arguments ForBook(const Arguments& arguments) {
   return book;
 }
 
-Outcome CheckKind(const std::string& path, const core::RecordFile& file, const core::RecordKind& kind) {
-  if (file.SlotSize() == kind.slotSize) return {};
-  return FailOn(path, kFile, "It is a file of another kind.");
+Outcome OpenBookToRead(const Arguments& arguments, std::unique_ptr<core::RecordFile>& file) {
+  Outcome opened = OpenToRead(arguments, file);
+  if (!opened.IsDone() || file->SlotSize() == core::kAddressKind.slotSize) return opened;
+  return FailOn(arguments.file, kFile, "It is a file of another kind.");
 }
 
 Outcome ListContacts(const Arguments& arguments, Output& output) {
@@ -47,8 +48,7 @@ Outcome ListContacts(const Arguments& arguments, Output& output) {
   bool whole = true;
   // A book that was never needed has nobody in it.
   if (arguments.Has("book") || platform::FileExists(arguments.file)) {
-    outcome = OpenToRead(arguments, file);
-    if (outcome.IsDone()) outcome = CheckKind(arguments.file, *file, core::kAddressKind);
+    outcome = OpenBookToRead(arguments, file);
     if (!outcome.IsDone()) return outcome;
     core::RecordQuery list;
     whole = core::ListContacts(*file, list);
@@ -83,7 +83,11 @@ Outcome TakeTexts(const Arguments& arguments, ContactTexts& texts) {
 Outcome OpenBook(const Arguments& arguments, bool make, std::unique_ptr<core::RecordFile>& file) {
   std::string password;
   Outcome outcome = FindPassword(arguments, password);
+  // Another kind of file, or one whose password this is not, is not even brought in order.
+  const bool isThere = platform::FileExists(arguments.file);
+  if (outcome.IsDone() && isThere) outcome = OpenBookToRead(arguments, file);
   if (!outcome.IsDone()) return outcome;
+  file.reset();  // nobody may have it open while it is brought in order
   core::CompanionFile opened = make ? core::OpenOrMakeCompanion(arguments.file, core::kAddressKind, password)
                                     : core::OpenCompanion(arguments.file, core::kAddressKind, password);
   if (opened.file == nullptr) return FailOn(arguments.file, CodeOf(opened.error), opened.message);
@@ -179,8 +183,9 @@ Outcome ContactsCommand(const Arguments& arguments, Output& output) {
   const Arguments book = ForBook(arguments);
   const std::string& action = arguments.action;
   const bool names = action == "edit" || action == "delete";
-  if (names == arguments.id.empty()) {
-    return Fail(kUsage, names ? "contacts " + action + " needs an ID" : "only edit and delete take an ID");
+  if (names && arguments.id.empty()) return Fail(kUsage, "contacts " + action + " needs an ID");
+  if (!names && (!arguments.id.empty() || arguments.Has("offset"))) {
+    return Fail(kUsage, "only edit and delete take an ID and --offset");
   }
   const bool takesTexts = action == "add" || action == "edit";
   if (!takesTexts && (arguments.Has("name") || arguments.Has("email"))) {

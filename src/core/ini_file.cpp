@@ -65,6 +65,10 @@ bool IniFile::Write(std::string_view section, std::span<const IniEntry> entries)
   return platform::WriteProfileStrings(path, section, entries);
 }
 
+bool IniFile::WritePrivately(std::string_view section, std::span<const IniEntry> entries) const {
+  return platform::WriteProfileStrings(path, section, entries, true);
+}
+
 std::string ModuleFolder() {
   return platform::ProgramFolder();
 }

@@ -41,8 +41,10 @@ class IniFile {
                                  std::string_view value) const;
   [[nodiscard]] bool WriteInt(std::string_view section, std::string_view key, std::int32_t value) const;
   // Several keys of a section at once. While another program holds the file each write may wait for two
-  // seconds: what belongs together is written together.
+  // seconds: what belongs together is written together. WritePrivately makes the file its user's alone
+  // before the values are in it.
   [[nodiscard]] bool Write(std::string_view section, std::span<const IniEntry> entries) const;
+  [[nodiscard]] bool WritePrivately(std::string_view section, std::span<const IniEntry> entries) const;
 
  private:
   std::string path;

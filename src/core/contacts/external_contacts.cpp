@@ -60,8 +60,9 @@ ExternalContacts ReadExternalContacts(const std::string& path, std::string_view 
   if (level == Access::kNone) return contacts;
   contacts.whole = true;
   const std::int64_t end = file.Size();
-  for (std::int64_t offset = kFirstSlotOffset;
-       offset + sizes.slotSize <= end && contacts.names.size() < RecordList::kMostRecords;
+  // A slot beyond the offsets has none in any record file, and a file may be longer than the disk it is on.
+  for (std::int64_t offset = kFirstSlotOffset; offset < kOffsetsEnd && offset + sizes.slotSize <= end &&
+                                               contacts.names.size() < RecordList::kMostRecords;
        offset += sizes.slotSize) {
     if (!ReadName(file, offset, level, contacts)) contacts.whole = false;
   }

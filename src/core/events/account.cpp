@@ -63,9 +63,7 @@ bool StoreServerAccount(const ServerAccount& account) {
                                             {kPasswordKey, Cut(account.password, kAccountPassword)},
                                             {"server", Cut(account.server, kAccountText)},
                                             {"port", Cut(account.port, kAccountText)}}};
-  const IniFile settings(kFile);
-  // Before the password is in it.
-  return platform::MakePrivateFile(settings.Path()) && settings.Write(kSection, entries);
+  return IniFile(kFile).WritePrivately(kSection, entries);
 }
 
 bool IsServerPasswordSet() {

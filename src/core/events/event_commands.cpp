@@ -104,9 +104,10 @@ EventOutcome DeleteEvent(EditLock& lock, bool tellParticipants) {
   EventOutcome outcome{lock.Read(&record)};
   if (outcome.result != CommandResult::kDone) return GiveUp(lock, outcome);
   const std::string store = ParticipantStorePath(lock.File().Path());
-  outcome = tellParticipants ? CancelEvent(store, record) : RemoveEventEntries(store, record.header.recordId);
+  const bool cancels = tellParticipants && record.header.eventFlag != kNoEvent;  // else nobody is to be told
+  outcome = cancels ? CancelEvent(store, record) : RemoveEventEntries(store, record.header.recordId);
   if (!IsMade(outcome.result)) return GiveUp(lock, outcome);
-  const bool stays = tellParticipants && record.header.inUse != 0;
+  const bool stays = cancels && record.header.inUse != 0;
   const CommandResult done = stays ? lock.Write(&record) : lock.Delete();
   outcome.result = WorseOf(outcome.result, done);
   if (!IsMade(done)) return GiveUp(lock, outcome);

@@ -1,5 +1,7 @@
 #include "core/events/participant.h"
 
+#include "platform/system/file.h"
+
 namespace core {
 
 Participant NewParticipant(std::uint64_t eventId, std::string_view name, std::string_view email) {
@@ -42,7 +44,7 @@ std::string ParticipantItem(const Participant& participant) {
 }
 
 std::string ParticipantStorePath(const std::string& calendar) {
-  return calendar + ".tsi";
+  return platform::ResolvedPath(calendar) + ".tsi";
 }
 
 bool IsEventOwner(const RecordFile& file, const Appointment& record) {

@@ -65,7 +65,8 @@ const char* ParticipantStateText(int state);
 // The line of a list: e-mail, name and state, with line feeds between.
 std::string ParticipantItem(const Participant& participant);
 
-// The store of a calendar's events.
+// The store of a calendar's events: beside the file that a link leads to, so that all who know the calendar
+// by different paths meet in one.
 std::string ParticipantStorePath(const std::string& calendar);
 
 // Whether the open calendar's owner made the record: only he may change its event.

@@ -112,12 +112,12 @@ CommandResult ParticipantList::SavePlace(RecordFile& store, std::size_t index) {
     if (!IsInUse(mine)) return CommandResult::kDone;
     Participant added = NewParticipant(eventId, ReadText(mine.name), ReadText(mine.email));
     added.state = mine.state;
-    const CommandResult result = FromFile(store, store.AddRecord(&added));
-    if (IsMade(result)) its = {added, kStored};
+    std::int32_t offset = 0;
+    const CommandResult result = FromFile(store, store.AddRecord(&added, &offset));
+    if (IsMade(result)) its = {added, offset};
     return result;
   }
-  if (its.offset == kStored || (IsInUse(mine) && mine.state == its.participant.state))
-    return CommandResult::kDone;
+  if (IsInUse(mine) && mine.state == its.participant.state) return CommandResult::kDone;
   const CommandResult result = Change(store, its, [&mine](Participant& participant) {
     participant.state = mine.state;
     return IsInUse(mine);
@@ -133,8 +133,10 @@ CommandResult ParticipantList::Save(int& stored) {
   if (opened.file == nullptr) return CommandResult::kFailed;
   RecordFile& store = *opened.file;
   CommandResult result = CheckMayChange(store);
-  for (const StoredParticipant& gone : leaving) {
-    if (IsMade(result)) result = WorseOf(result, Change(store, gone, Leaves));
+  // Forgotten once they are gone: the same person may be invited into the slot again.
+  while (!leaving.empty() && IsMade(result)) {
+    result = WorseOf(result, Change(store, leaving.back(), Leaves));
+    if (IsMade(result)) leaving.pop_back();
   }
   for (std::size_t i = 0; i < participants.size() && IsMade(result); ++i) {
     result = WorseOf(result, SavePlace(store, i));

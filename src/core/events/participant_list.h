@@ -57,13 +57,12 @@ class ParticipantList {
   const std::string& Message() const { return message; }
 
  private:
-  static constexpr std::int32_t kStored = -1;
   [[nodiscard]] CommandResult SavePlace(RecordFile& store, std::size_t index);
 
   std::string path;
   std::uint64_t eventId = 0;
   std::vector<Participant> participants;
-  // For each participant what the store has of him: an offset of 0 for nothing, kStored where he was added.
+  // For each participant what the store has of him; an offset of 0 for nothing.
   std::vector<StoredParticipant> known;
   std::vector<StoredParticipant> leaving;  // whose places others have
   std::string message;

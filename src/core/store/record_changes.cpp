@@ -148,7 +148,7 @@ Result RecordFile::WriteCategoryBlock(const CategoryBlock& categories) {
 
 // ---- Adding ----
 
-Result RecordFile::AddRecord(const void* slot) {
+Result RecordFile::AddRecord(const void* slot, std::int32_t* place) {
   const FileGuard guard(file);
   if (!Entered(guard)) return Result::kFailed;
   const Result allowed = Allowed();
@@ -160,6 +160,7 @@ Result RecordFile::AddRecord(const void* slot) {
   const std::int64_t offset = FindPlace(reused);
   if (offset <= 0) return Result::kFailed;
   const std::int64_t size = file.Size();
+  if (place != nullptr) *place = static_cast<std::int32_t>(offset);
   const Result result = Publish(slot, offset);
   if (result == Result::kFailed) {
     const FileFault why = fault;

@@ -129,8 +129,9 @@ class RecordFile {
 
   // Adds a record that the caller prepared whole (see InitRecordHeader). It takes a free slot when the header
   // block tells of one, else it is appended. Here and below, kRefused at a level that allows no changes, none
-  // included, and kFailed with the file as it was. To an address book a Reader may add.
-  [[nodiscard]] Result AddRecord(const void* slot);
+  // included, and kFailed with the file as it was. To an address book a Reader may add. `place`, if any, gets
+  // the offset of the slot.
+  [[nodiscard]] Result AddRecord(const void* slot, std::int32_t* place = nullptr);
 
   [[nodiscard]] Result WriteRecord(const void* slot, std::int32_t offset);
   [[nodiscard]] Result WriteRecord(const void* slot, const RecordKey& key);

@@ -178,7 +178,7 @@ bool WriteProfileString(const std::string& path, std::string_view section, std::
 }
 
 bool WriteProfileStrings(const std::string& path, std::string_view section,
-                         std::span<const ProfileEntry> entries) {
+                         std::span<const ProfileEntry> entries, bool privately) {
   section = Trim(section);
   const auto writable = [section](const ProfileEntry& entry) {
     return NamesCanBeWritten(section, Trim(entry.key));
@@ -194,6 +194,7 @@ bool WriteProfileStrings(const std::string& path, std::string_view section,
   }
   LockFile guard;
   if (!reach && guard.Take(target, GuardPatience()) != GuardResult::kHeld) return false;
+  if (privately && !MakePrivateFile(target)) return false;
   std::string content;
   // A file that is there but cannot be read must not be mistaken for an empty one.
   if (!ReadWholeFile(target, kMostBytes, content) && FileExists(target)) return false;

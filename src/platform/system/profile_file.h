@@ -29,11 +29,13 @@ bool WriteProfileString(const std::string& path, std::string_view section, std::
                         std::string_view value);
 
 // The same of several keys of one section, in one write: all of them are in the file afterwards, or none.
+// `privately` first makes the file its user's alone (MakePrivateFile), and no writer of another copy, who
+// passes on the rights that he found, can come between.
 struct ProfileEntry {
   std::string_view key;
   std::string value;
 };
 bool WriteProfileStrings(const std::string& path, std::string_view section,
-                         std::span<const ProfileEntry> entries);
+                         std::span<const ProfileEntry> entries, bool privately = false);
 
 }  // namespace platform

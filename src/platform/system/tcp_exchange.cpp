@@ -38,15 +38,14 @@ bool FindAddress(const TcpRequest& request, sockaddr_in& address) {
 TcpResult Exchange(const TcpRequest& request, std::string& answer) {
   const Descriptor connection(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
   if (!connection.IsOpen()) return TcpResult::kNoSocket;
-  if (!LimitTime(connection.Number(), SO_SNDTIMEO, request.sendMs) ||
-      !LimitTime(connection.Number(), SO_RCVTIMEO, request.receiveMs)) {
-    return TcpResult::kNoTimeouts;
-  }
+  if (!LimitTime(connection.Number(), SO_RCVTIMEO, request.receiveMs)) return TcpResult::kNoTimeouts;
   sockaddr_in address = {};
   if (request.host.empty() || !FindAddress(request, address)) return TcpResult::kUnknownHost;
   if (connect(connection.Number(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
     return TcpResult::kNotConnected;
   }
+  // Not before, because the limit on sending would hold for connecting too.
+  if (!LimitTime(connection.Number(), SO_SNDTIMEO, request.sendMs)) return TcpResult::kNoTimeouts;
   // A server that hangs up must not end the program.
   if (send(connection.Number(), request.bytes.data(), request.bytes.size(), MSG_NOSIGNAL) < 0) {
     return TcpResult::kTransferFailed;
