@@ -8,7 +8,7 @@
 #include "calendar/view_switch.h"
 #include "calendar/views/category_selector.h"
 #include "calendar/views/day_list.h"
-#include "calendar/views/kept_selection.h"
+#include "controls/kept_selection.h"
 #include "calendar/views/notice_line.h"
 #include "calendar/views/recycle_bin.h"
 #include "core/calendar/calendar_session.h"

@@ -8,7 +8,7 @@
 
 #include "calendar/views/find_list.h"
 #include "calendar/views/header_strip.h"
-#include "calendar/views/kept_selection.h"
+#include "controls/kept_selection.h"
 #include "calendar/window_host.h"
 #include "core/calendar/text_search.h"
 #include "framework/dialog_items.h"

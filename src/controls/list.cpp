@@ -244,7 +244,12 @@ LRESULT ZarfWndList::OnKeyDown(const MessageRecord& record) {
     owner.SelectItem(*next);
     return 0;
   }
-  return DefaultProc(record);
+  return owner.ListKey(key) ? 0 : DefaultProc(record);
+}
+
+LRESULT ZarfWndList::OnChar(const MessageRecord& record) {
+  owner.ListCharacter(static_cast<char>(record.wParam));
+  return 0;
 }
 
 void ZarfWndList::Notify(unsigned code, int value) {

@@ -39,6 +39,10 @@ class ListOwner {
   virtual bool SelectItem(int index) = 0;
   // What a cell says, for those who do not see it (code page 1252).
   virtual std::string ListCellText(int index) = 0;
+  // A key (VK_...) that is none of the list's own; true when it was of use.
+  virtual bool ListKey(unsigned key) = 0;
+  // A character that was typed (code page 1252).
+  virtual void ListCharacter(char typed) = 0;
 
  protected:
   ~ListOwner() = default;
@@ -92,6 +96,7 @@ class ZarfWndList : public OwnerDrawn {
   LRESULT OnRButtonUp(const MessageRecord& record) override;
   LRESULT OnMouseWheel(const MessageRecord& record) override;
   LRESULT OnKeyDown(const MessageRecord& record) override;
+  LRESULT OnChar(const MessageRecord& record) override;
   void Describe(int item, AccessiblePart* part) override;
   int ItemAt(POINT point) override;
   void DoAction(AccessibleAction action, int value) override;

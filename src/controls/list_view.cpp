@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "core/store/value_compare.h"
 #include "framework/services.h"
 
 namespace {
@@ -194,6 +195,21 @@ std::string ZarfWndListView::ListCellText(int index) {
   return ShowsFile() ? RecordCellText(*shownFile, *shownRecords, index) : CellText(index);
 }
 
+// From the selected item on, and at the end from the top again.
+void ZarfWndListView::ListCharacter(char typed) {
+  const unsigned char letter = core::FoldCase(static_cast<unsigned char>(typed));
+  if (!viewSetup.findsByLetter || letter <= ' ') return;
+  const int count = ItemCount();
+  for (int step = 1; step <= count; ++step) {
+    const int index = (SelectedItem() + step) % count;
+    const std::string text = ListCellText(index);
+    if (!text.empty() && core::FoldCase(static_cast<unsigned char>(text.front())) == letter) {
+      SelectItem(index);
+      return;
+    }
+  }
+}
+
 void ZarfWndListView::DrawCell(HDC, COLORREF, int, int, const RECT&) {}
 void ZarfWndListView::OnCellMouseMove(POINT, int, const RECT&) {}
 void ZarfWndListView::OnCellLButtonDown(POINT, int, const RECT&) {}
@@ -209,4 +225,7 @@ std::string ZarfWndListView::CellText(int) {
 }
 std::string ZarfWndListView::RecordCellText(core::RecordFile&, core::RecordList&, int) {
   return {};
+}
+bool ZarfWndListView::OnListKey(unsigned) {
+  return false;
 }

@@ -26,6 +26,7 @@ struct ListViewSetup {
   int rowHeight = 16;  // pixels
   bool scrollBarOnLeft = false;
   bool dragEnabled = false;
+  bool findsByLetter = false;  // a letter typed selects the next item whose text begins with it
   COLORREF oddCell = RGB(255, 255, 255);
   COLORREF evenCell = RGB(255, 255, 255);
   COLORREF scrollBar = RGB(212, 208, 200);
@@ -62,6 +63,8 @@ class ZarfWndListView : public ZarfWnd, private ListOwner, private core::FileWat
   int FirstRow() const { return cellList.FirstRow(); }
   bool SetRowHeight(int rowHeight) { return cellList.SetRowHeight(rowHeight); }
   void FocusList();
+  // For items that look different by now, while the list itself is the same.
+  void RedrawItems() { cellList.Invalidate(nullptr, 0); }
   // Where the menu of an item belongs when no mouse asked for it, in screen pixels: under the item's left
   // end, or in the list's corner for none (-1) and for one out of sight.
   POINT MenuPoint(int index) const;
@@ -93,6 +96,8 @@ class ZarfWndListView : public ZarfWnd, private ListOwner, private core::FileWat
   // What a cell says, read out to those who do not see it (code page 1252). Empty by default.
   virtual std::string CellText(int index);
   virtual std::string RecordCellText(core::RecordFile& file, core::RecordList& records, int index);
+  // A key (VK_...) that no list uses; true, when it is one of this list's own.
+  virtual bool OnListKey(unsigned key);
 
  private:
   void DrawListCell(HDC hdc, COLORREF colour, int index, int selected, const RECT& rect) override;
@@ -100,6 +105,8 @@ class ZarfWndListView : public ZarfWnd, private ListOwner, private core::FileWat
   void ListLButtonDown(POINT point, int index, const RECT& rect) override;
   void ListLButtonUp(POINT point, int index, const RECT& rect) override;
   std::string ListCellText(int index) override;
+  bool ListKey(unsigned key) override { return OnListKey(key); }
+  void ListCharacter(char typed) override;
   const core::RecordFile* WatchedFile() const override { return ShowsFile() ? shownFile : nullptr; }
   void OnLook(const core::FileLook& look) override;
   bool ShowsFile() const { return shownFile != nullptr && shownRecords != nullptr; }

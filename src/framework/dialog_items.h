@@ -79,6 +79,7 @@ class ComboItem : public TextItem {
   using TextItem::TextItem;
 
   void Add(const std::string& line) const { SendText(CB_ADDSTRING, line); }
+  void Clear() const { Send(CB_RESETCONTENT); }
   void Select(int line) const { Send(CB_SETCURSEL, static_cast<WPARAM>(line)); }
   [[nodiscard]] int Selected() const { return static_cast<int>(Send(CB_GETCURSEL)); }
   // The line with just this text.
@@ -92,6 +93,7 @@ class ListItem : public DialogItem {
 
   // Answers the new line's number: a sorted list has its own place for it.
   int Add(const std::string& line) const { return static_cast<int>(SendText(LB_ADDSTRING, line)); }
+  void Clear() const { Send(LB_RESETCONTENT); }
   void Remove(int line) const { Send(LB_DELETESTRING, static_cast<WPARAM>(line)); }
   void Select(int line) const { Send(LB_SETCURSEL, static_cast<WPARAM>(line)); }
   [[nodiscard]] int Selected() const { return static_cast<int>(Send(LB_GETCURSEL)); }

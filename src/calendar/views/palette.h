@@ -1,14 +1,11 @@
 // The colours of the calendar panel and what lies on it.
 #pragma once
 
-#include "platform/desktop/types.h"
+#include "controls/selection_colours.h"
 
 constexpr COLORREF kPanelBackground = RGB(255, 255, 195);
 constexpr COLORREF kPanelText = RGB(0, 0, 0);
 constexpr COLORREF kTodayColour = RGB(255, 0, 0);
-// The selected day and the selected row; a row's is lighter while the keyboard is elsewhere.
-constexpr COLORREF kSelection = RGB(224, 219, 239);
-constexpr COLORREF kIdleSelection = RGB(240, 237, 247);
 // Rows of the day list alternate between two shades close enough not to disturb reading.
 constexpr COLORREF kEvenRow = kPanelBackground;
 constexpr COLORREF kOddRow = RGB(255, 255, 213);
