@@ -2,12 +2,14 @@
 
 #include <utility>
 
+#include "addressbook/address_book_window.h"
 #include "calendar/file_commands.h"
 #include "core/calendar/calendar_opening.h"
 #include "core/ini_file.h"
 #include "framework/compaction_progress.h"
 #include "framework/file_type.h"
 #include "framework/notices.h"
+#include "framework/password_dialog.h"
 #include "framework/shell_services.h"
 #include "shell/application.h"
 #include "shell/commands.h"
@@ -123,6 +125,9 @@ LRESULT CalendarPane::OnCommand(const MessageRecord& record) {
     case ID_FILE_SAVE_AS:
       RunFileCommand(LowWord(record.wParam));
       return 0;
+    case ID_ADDRESS_BOOK:
+      ShowAddressBook();
+      return 0;
     case kLookAfterFile:
       LookAfterFile();
       return 0;
@@ -151,6 +156,11 @@ void CalendarPane::RunFileCommand(unsigned command) {
       SaveAsCommand(session, this);
       break;
   }
+}
+
+void CalendarPane::ShowAddressBook() {
+  const CommandScope scope(gate);
+  if (scope.Entered()) AddressBookCommand(this);
 }
 
 // Posted: what is looked after may be in use by whoever told.

@@ -35,6 +35,7 @@ class CalendarPane : public ZarfWndApp, private core::SessionListener {
   // closed.
   void OpenAtStart();
   void RunFileCommand(unsigned command);
+  void ShowAddressBook();
   void LookAfterFile();
 
   core::CalendarSession session;  // the panel, which borrows both, ends first

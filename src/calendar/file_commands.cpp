@@ -8,6 +8,7 @@
 #include "core/store/value_compare.h"
 #include "framework/compaction_progress.h"
 #include "framework/notices.h"
+#include "framework/password_dialog.h"
 #include "framework/shell_services.h"
 #include "platform/desktop/application.h"
 #include "platform/system/file.h"
@@ -65,15 +66,6 @@ bool AskForPasswords(ZarfWnd* owner, core::FilePasswords& passwords) {
 }
 
 }  // namespace
-
-core::PasswordPrompt AskOver(ZarfWnd* owner) {
-  return [owner](const std::string& path, std::string& password) {
-    PasswordDialog dialog(path);
-    if (dialog.Run(owner) != 1) return false;
-    password = dialog.Password();
-    return true;
-  };
-}
 
 bool CreateAndOpen(core::CalendarSession& session, ZarfWnd* owner, const std::string& note) {
   NewFileDialog dialog(note);

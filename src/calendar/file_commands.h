@@ -23,5 +23,3 @@ void CompactCommand(ZarfWnd* owner);
 // Makes a calendar with the dialog for it, under which `note` (UTF-8, may be empty) says why, opens it and
 // notes it down for the next start; or tells why it was not opened. False when the user cancelled.
 bool CreateAndOpen(core::CalendarSession& session, ZarfWnd* owner, const std::string& note);
-// Asks for passwords over a window.
-core::PasswordPrompt AskOver(ZarfWnd* owner);

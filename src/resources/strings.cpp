@@ -134,6 +134,7 @@ constexpr Text kTexts[] = {
 
     // Menu items.
     {text::kServerSetupItem, "Zarf &Server Setup"},
+    {text::kAddressBookItem, "Name&leaf..."},
     {text::kImportItem, "&Import..."},
     {text::kExportItem, "&Export..."},
     {text::kPrintReportItem, "&Print Report..\tCtrl+P"},

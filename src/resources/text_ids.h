@@ -80,6 +80,7 @@ inline constexpr int kHelpButton = 3005;
 
 // Further menu items; the last three are of the File menu.
 inline constexpr int kServerSetupItem = 3016;
+inline constexpr int kAddressBookItem = 3017;
 inline constexpr int kImportItem = 3050;
 inline constexpr int kExportItem = 3051;
 inline constexpr int kPrintReportItem = 3052;

@@ -13,6 +13,7 @@ constexpr unsigned ID_OPTIONS = 1009;
 constexpr unsigned ID_PASSWORDS = 1010;
 constexpr unsigned ID_COMPACT = 1011;
 constexpr unsigned ID_EXIT = 1012;
+constexpr unsigned ID_ADDRESS_BOOK = 1013;
 constexpr unsigned ID_HELP_MENU = 1014;
 constexpr unsigned ID_ABOUT = 1016;
 constexpr unsigned ID_UNDO_DELETE = 1023;

@@ -30,6 +30,8 @@ constexpr MenuItem kFileMenu[] = {
     {0, 0, false},
     {ID_PASSWORDS, text::kPasswordsItem, true},
     {0, 0, false},
+    {ID_ADDRESS_BOOK, text::kAddressBookItem, true},
+    {0, 0, false},
     {ID_OPTIONS, text::kOptionsItem, true},
     {0, 0, false},
     {ID_SKINS, text::kSkinsItem, true},

@@ -7,6 +7,7 @@
 #include "calendar/dialogs/new_file_dialog.h"
 #include "calendar/dialogs/password_dialogs.h"
 #include "core/ini_file.h"
+#include "framework/password_dialog.h"
 #include "platform/desktop/dialog.h"
 #include "platform/desktop/message_box.h"
 #include "platform/system/file.h"

@@ -4,10 +4,10 @@
 
 #include <cstdlib>
 
-#include "calendar/dialogs/password_dialogs.h"
 #include "calendar/views/day_row.h"
 #include "core/ini_file.h"
 #include "framework/date_word.h"
+#include "framework/password_dialog.h"
 #include "platform/desktop/application.h"
 #include "resources/resources.h"
 #include "shell/application.h"

@@ -3,6 +3,7 @@
 #include <cstring>
 #include <string>
 
+#include "addressbook/with_dialog.h"
 #include "calendar/dialogs/alarm_settings_dialog.h"
 #include "calendar/dialogs/attach_dialog.h"
 #include "calendar/dialogs/repeat_dialog.h"
@@ -97,6 +98,9 @@ LRESULT AppointmentEditor::OnCommand(const MessageRecord& record) {
     case kAttachButton:
       AttachDialog(appointment).Run(this);
       return 1;
+    case kWithButton:
+      OnWith();
+      return 1;
     case kAllDayBox:
       OnAllDay();
       return 1;
@@ -123,6 +127,13 @@ void AppointmentEditor::OnTimeButton() {
     appointment.endTime = picked->end;
     ShowTimes();
   }
+  subject.Focus();
+}
+
+// What the dialog answers may be longer than what is stored.
+void AppointmentEditor::OnWith() {
+  WithDialog with;
+  if (with.Run(this)) subject.SetText(with.Description().substr(0, sizeof appointment.subject - 1));
   subject.Focus();
 }
 

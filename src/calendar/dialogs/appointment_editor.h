@@ -45,6 +45,7 @@ class AppointmentEditor : public ZarfDialog {
   void ShowTimes();
   void OnDateButton();
   void OnTimeButton();
+  void OnWith();
   void OnAllDay();
   void TellFirstOccurrence();
   void OnOk();

@@ -1,30 +1,10 @@
-// The dialogs around a file's passwords. What is typed is in code page 1252, as the file keeps it.
+// The dialogs that set a file's passwords. What is typed is in code page 1252, as the file keeps it.
 #pragma once
 
 #include <string>
 
 #include "core/store/file_passwords.h"
 #include "framework/dialog_items.h"
-
-// Asks for the password of the file at `path`.
-class PasswordDialog : public ZarfDialog {
- public:
-  enum ControlId { kPasswordEdit = 100 };
-
-  explicit PasswordDialog(std::string filePath) : path(std::move(filePath)) {}
-
-  // 1 for OK, with what was typed in Password(); 0 for Cancel.
-  int Run(ZarfWnd* owner);
-  const std::string& Password() const { return password; }
-
-  LRESULT OnInitDialog(const MessageRecord& record) override;
-  LRESULT OnCommand(const MessageRecord& record) override;
-
- private:
-  const std::string path;
-  std::string password;
-  TextItem edit{*this, kPasswordEdit};
-};
 
 // Asks for the three passwords of a file, or for them once more.
 class NetworkPasswordsDialog : public ZarfDialog {

@@ -49,4 +49,26 @@ CommandResult AddContact(RecordFile& book, std::string_view name, std::string_vi
   return IsMade(added) ? Flush(book, added) : added;
 }
 
+CommandResult PutContact(RecordFile& book, Contact& contact) {
+  RecordQuery present;
+  // One that is only not found would be added a second time.
+  if (!ListContacts(book, present)) return CommandResult::kFailed;
+  for (const RecordKey& key : present.Keys()) {
+    if (key.id != contact.header.recordId) continue;
+    EditLock lock(book);
+    const CommandResult taken = lock.Take(key);
+    if (taken != CommandResult::kDone) return taken;
+    const CommandResult written = lock.Write(&contact);
+    return IsMade(written) ? lock.Finish(written) : written;
+  }
+  return AddContact(book, std::string(ReadText(contact.name)), std::string(ReadText(contact.email)), contact);
+}
+
+CommandResult DeleteContact(EditLock& lock) {
+  const CommandResult deleted = lock.Delete();
+  if (IsMade(deleted)) return lock.Finish(deleted);
+  const CommandResult released = lock.Release();
+  return released == CommandResult::kDone ? deleted : released;
+}
+
 }  // namespace core

@@ -45,4 +45,11 @@ bool ListContacts(const RecordFile& book, RecordQuery& list);
 [[nodiscard]] CommandResult AddContact(RecordFile& book, std::string_view name, std::string_view email,
                                        Contact& contact);
 
+// Stores a contact that was read from a file that is no longer at its path: over the one with its id, or as a
+// new one where the book at the path has none.
+[[nodiscard]] CommandResult PutContact(RecordFile& book, Contact& contact);
+
+// Deletes the contact under a lock, which is then given back, whatever came of it.
+[[nodiscard]] CommandResult DeleteContact(EditLock& lock);
+
 }  // namespace core
