@@ -5,12 +5,15 @@
 #include "core/contacts/external_contacts.h"
 #include "core/ini_file.h"
 #include "gtest/gtest.h"
+#include "support/external_file.h"
 #include "support/temporary_calendar.h"
 #include "unit/core/program_folder.h"
 
 namespace core {
 namespace {
 
+using tests::ExternalFile;
+using tests::ExternalSlot;
 using tests::TemporaryFolder;
 using Names = std::vector<std::string>;
 
@@ -64,6 +67,26 @@ TEST(AddressBook, IsMadeSharedAndSorted) {
   EXPECT_EQ(other.List().Count(), 2U);
 }
 
+TEST(AddressBook, AContactIsPutOverItselfOrAddedAnew) {
+  const TemporaryFolder folder;
+  AddressBook book;
+  std::string message;
+  ASSERT_TRUE(book.Open(folder.Join("book"), message)) << message;
+  Contact contact;
+  ASSERT_EQ(AddContact(*book.File(), "Ann", "a@x", contact), CommandResult::kDone);
+  SetContact(contact, "Anna", "a@x");
+  EXPECT_EQ(PutContact(*book.File(), contact), CommandResult::kDone);
+  contact.header.recordId ^= 1;
+  EXPECT_EQ(PutContact(*book.File(), contact), CommandResult::kDone);
+  ASSERT_TRUE(book.Refresh());
+  EXPECT_EQ(Listed(book), (Names{"Anna=a@x", "Anna=a@x"}));
+  EditLock lock(*book.File());
+  ASSERT_EQ(lock.Take(book.List().KeyAt(0)), CommandResult::kDone);
+  EXPECT_EQ(DeleteContact(lock), CommandResult::kDone);
+  EXPECT_FALSE(lock.IsHeld());
+  EXPECT_TRUE(book.Refresh() && book.List().Count() == 1);
+}
+
 TEST(AddressBook, AReaderAddsAndDoesNoMore) {
   const TemporaryFolder folder;
   HeaderBlock header;
@@ -94,29 +117,6 @@ TEST(AddressBook, WhatIsNoBookIsSaid) {
     EXPECT_NE(message.find(path), std::string::npos) << message;
     EXPECT_EQ(book.File(), nullptr);
   }
-}
-
-// A file of the other program: its slots are larger than those of ours.
-std::string ExternalFile(std::uint32_t slotSize, const std::vector<std::string>& slots,
-                         const char* ownerPassword = "") {
-  HeaderBlock header;
-  InitHeaderBlock(header, "Contacts", "Theirs", 1);
-  WriteText(header.ownerPassword, ownerPassword);
-  WriteText(header.readerPassword, "rd");
-  const FileHeader sizes{sizeof(HeaderBlock), sizeof(CategoryBlock), slotSize};
-  const CategoryBlock categories{};
-  std::string bytes(reinterpret_cast<const char*>(&sizes), sizeof sizes);
-  bytes.append(reinterpret_cast<const char*>(&header), sizeof header);
-  bytes.append(reinterpret_cast<const char*>(&categories), sizeof categories);
-  for (const std::string& slot : slots) bytes.append(slot).append(slotSize - slot.size(), '\0');
-  return bytes;
-}
-
-std::string ExternalSlot(const std::string& first, const std::string& last, char inUse = 1, char secret = 0) {
-  std::string slot(949, '\0');
-  slot[4] = inUse;
-  slot[14] = secret;
-  return slot.replace(829, first.size(), first).replace(889, last.size(), last);
 }
 
 TEST(ExternalContacts, NamesAreReadAndNothingIsBelieved) {
