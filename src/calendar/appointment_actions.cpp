@@ -2,6 +2,8 @@
 
 #include <optional>
 
+#include "calendar/action_reports.h"
+#include "calendar/event_actions.h"
 #include "core/calendar/appointment_commands.h"
 #include "core/store/file_messages.h"
 #include "resources/text_ids.h"
@@ -18,38 +20,16 @@ constexpr const char* kNotOpened = "Nothing was opened.";
 constexpr const char* kOnNoDay =
     "The date of this appointment is none of the calendar's, so that no day shows it.";
 
-// Tells the user what came of a command; a silent result is silent. `failed` is added to what failed.
-void Report(const core::CalendarSession& session, ActionHost& host, CommandResult result,
-            const char* failed) {
-  if (result == CommandResult::kCancelledEvent || result == CommandResult::kInternetEvent) host.Beep();
-  std::string message = core::DescribeResult(*session.File(), result);
-  if (result == CommandResult::kFailed) message.append("\r\n").append(failed);
-  if (!message.empty()) host.Tell(message);
-}
-
-// The same for a command that holds no edit lock any more: when it failed because the file is no longer the
-// one at its path, that one is opened now.
-void ReportAndLook(core::CalendarSession& session, ActionHost& host, CommandResult result,
-                   const char* failed) {
-  const std::string news = result == CommandResult::kFailed ? session.LookAfterFile() : "";
-  if (news.empty()) {
-    Report(session, host, result, failed);
-  } else {
-    host.Tell(news + "\r\n" + failed);
-  }
-}
-
-bool IsFileLost(const core::RecordFile& file, CommandResult result) {
-  return result == CommandResult::kFailed &&
-         (file.LastFault() == core::FileFault::kReplaced || file.LastFault() == core::FileFault::kGone);
-}
-
 // Runs the editor until its record is stored (true) or the user gives up: as long as it is in no file, what
 // was typed comes back. The lock is the one under which the record was read. In a file that is no longer at
 // its path it protects nothing; the record is then looked for in the one that is open by now.
 bool EditAndStore(core::CalendarSession& session, ActionHost& host, std::optional<core::EditLock>& lock,
                   core::Appointment& record) {
   while (host.EditRecord(record, false)) {
+    if (!NotifyOfChange(host, *session.File(), record)) {
+      if (host.IsEnding()) break;
+      continue;
+    }
     const CommandResult result = lock ? EndEdit(*lock, record) : PutAppointment(*session.File(), record);
     if (IsFileLost(*session.File(), result)) lock.reset();
     if (lock) {
@@ -63,28 +43,20 @@ bool EditAndStore(core::CalendarSession& session, ActionHost& host, std::optiona
   return false;
 }
 
-// Whether a command that changes records may begin on the selected one; tells why not.
-bool MayBegin(core::CalendarSession& session, ActionHost& host, const core::RecordKey& selected) {
-  if (session.File() == nullptr) return false;
-  const CommandResult allowed = CheckMayChange(*session.File());
-  if (allowed != CommandResult::kDone) ReportAndLook(session, host, allowed, kNotChanged);
-  return allowed == CommandResult::kDone && !selected.IsNone();
-}
-
 // Deletes a record, which is then in the bin, after a question if there is one (a text's number). What came
-// of it, kDone also for No; `deleted` only when it is gone.
-CommandResult Delete(core::CalendarSession& session, ActionHost& host, const core::RecordKey& selected,
-                     std::optional<int> question, bool& deleted) {
+// of it, kDone also for No; `deleted` only when it is gone, or stays as a cancelled event.
+core::EventOutcome Delete(core::CalendarSession& session, ActionHost& host, const core::RecordKey& selected,
+                          std::optional<int> question, bool& deleted) {
   deleted = false;
   core::EditLock lock(*session.File());
   const CommandResult taken = lock.Take(selected);
-  if (taken != CommandResult::kDone) return taken;
-  if (question && !host.Ask(*question)) return lock.Release();
+  if (taken != CommandResult::kDone) return {taken};
+  if (question && !host.Ask(*question)) return {lock.Release()};
   core::Appointment record;
-  const CommandResult result = DeleteLocked(lock, record);
-  deleted = IsMade(result);
+  core::EventOutcome outcome = DeleteAndNotify(host, lock, record);
+  deleted = IsMade(outcome.result);
   if (deleted) session.PutInBin(record);
-  return result;
+  return outcome;
 }
 
 // Adds a record that comes from no list, and shows it: true when it is in the file.
@@ -159,9 +131,9 @@ void EditCommand(core::CalendarSession& session, ActionHost& host, const core::R
 void DeleteCommand(core::CalendarSession& session, ActionHost& host, const core::RecordKey& selected) {
   if (!MayBegin(session, host, selected)) return;
   bool deleted = false;
-  const CommandResult result = Delete(session, host, selected, text::kDeleteAppointment, deleted);
+  const core::EventOutcome outcome = Delete(session, host, selected, text::kDeleteAppointment, deleted);
   if (deleted) host.Play("bindel.wav");
-  ReportAndLook(session, host, result, kNotChanged);
+  ReportAndLook(session, host, outcome, kNotChanged);
   session.RecordsChanged();
 }
 
@@ -169,8 +141,8 @@ bool DropOnBinCommand(core::CalendarSession& session, ActionHost& host, const co
   if (session.File() != nullptr && selected.IsNone()) host.Beep();
   if (!MayBegin(session, host, selected)) return false;
   bool deleted = false;
-  const CommandResult result = Delete(session, host, selected, std::nullopt, deleted);
-  ReportAndLook(session, host, result, kNotChanged);
+  const core::EventOutcome outcome = Delete(session, host, selected, std::nullopt, deleted);
+  ReportAndLook(session, host, outcome, kNotChanged);
   session.RecordsChanged();
   return deleted;
 }

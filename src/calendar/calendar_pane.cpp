@@ -11,6 +11,8 @@
 #include "framework/notices.h"
 #include "framework/password_dialog.h"
 #include "framework/shell_services.h"
+#include "net/server_setup.h"
+#include "platform/desktop/application.h"
 #include "shell/application.h"
 #include "shell/commands.h"
 #include "shell/frame_placement.h"
@@ -118,8 +120,13 @@ LRESULT CalendarPane::OnCommand(const MessageRecord& record) {
     case ID_OPEN_ATTACHMENT:
       // On the title page there is nothing to work on.
       return CurrentPane() == &work ? work.Panel().Send(WM_COMMAND, record.wParam, record.lParam) : 0;
+    case ID_INTERNET_EVENTS:
+      if (CurrentPane() == &work) return work.Panel().Send(WM_COMMAND, record.wParam, record.lParam);
+      MessageBeep();
+      return 0;
     case ID_FILE_NEW:
     case ID_FILE_OPEN:
+    case ID_SERVER_SETUP:
     case ID_PASSWORDS:
     case ID_COMPACT:
     case ID_FILE_SAVE_AS:
@@ -148,6 +155,9 @@ void CalendarPane::RunFileCommand(unsigned command) {
       break;
     case ID_PASSWORDS:
       NetworkPasswordsCommand(session, this);
+      break;
+    case ID_SERVER_SETUP:
+      ServerSetupCommand(session.File(), this);
       break;
     case ID_COMPACT:
       CompactCommand(this);

@@ -2,6 +2,7 @@
 
 #include "calendar/appointment_actions.h"
 #include "calendar/appointment_menu.h"
+#include "calendar/event_actions.h"
 #include "calendar/find_dialog.h"
 #include "calendar/views/recycle_bin.h"
 #include "shell/commands.h"
@@ -21,6 +22,7 @@ bool PanelCommands::Run(unsigned command) {
     case ID_CUT:
     case ID_COPY:
     case ID_PASTE:
+    case ID_INTERNET_EVENTS:
     case ID_OPEN_ATTACHMENT:
       RunInScope(command);
       return true;
@@ -53,6 +55,9 @@ void PanelCommands::RunInScope(unsigned command) {
       break;
     case ID_PASTE:
       PasteCommand(session, host);
+      break;
+    case ID_INTERNET_EVENTS:
+      InternetEventsCommand(session, host, views.ShowingDay() ? SelectedKey() : core::RecordKey());
       break;
     default:
       OpenAttachmentCommand(session, host, SelectedKey());

@@ -4,6 +4,7 @@
 #include "framework/notices.h"
 #include "framework/services.h"
 #include "framework/shell_services.h"
+#include "net/internet_events_dialog.h"
 #include "platform/desktop/application.h"
 
 bool WindowHost::EditRecord(core::Appointment& record, bool isNew) {
@@ -11,6 +12,10 @@ bool WindowHost::EditRecord(core::Appointment& record, bool isNew) {
   AppointmentEditor editor(*session.File(), record, session.CurrentDate(), isNew ? Mode::kNew : Mode::kEdit,
                            session.Filter());
   return editor.Run(&window) == 1;
+}
+
+bool WindowHost::ChooseParticipants(core::Appointment& record, core::ParticipantList& participants) {
+  return InternetEventsDialog(record, participants, *session.File()).Run(&window) == 1;
 }
 
 bool WindowHost::Ask(int question) {

@@ -31,6 +31,8 @@ constexpr MenuItem kFileMenu[] = {
     {ID_PASSWORDS, text::kPasswordsItem, true},
     {0, 0, false},
     {ID_ADDRESS_BOOK, text::kAddressBookItem, true},
+    {ID_INTERNET_EVENTS, text::kInternetEventsItem, true},
+    {ID_SERVER_SETUP, text::kServerSetupItem, true},
     {0, 0, false},
     {ID_OPTIONS, text::kOptionsItem, true},
     {0, 0, false},

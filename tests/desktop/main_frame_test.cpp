@@ -159,7 +159,8 @@ TEST_F(MainFrame, MenusOpenUnderTheirButtonsAndByKey) {
     driver.Wait(50);
     EXPECT_EQ(Items(),
               "New...|Open...|-|Save As...|Compact...|-|(Import...)|(Export...)|-|(Print Report..)|-|"
-              "Network Passwords...|-|Nameleaf...|-|General Options...|-|Skins...|-|Exit|");
+              "Network Passwords...|-|Nameleaf...|Internet Events...|Zarf Server Setup|-|General "
+              "Options...|-|Skins...|-|Exit|");
     driver.ChooseMenuItem("About...");
     driver.AnswerMessageBox("Daybrix Tempoline", 1);
     driver.Press(program.Frame(), 'H', 0, true);

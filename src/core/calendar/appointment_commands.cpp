@@ -89,10 +89,16 @@ CommandResult PutAppointment(RecordFile& file, Appointment record) {
   return begun == CommandResult::kDone ? EndEdit(lock, record) : begun;
 }
 
-CommandResult DeleteLocked(EditLock& lock, Appointment& record) {
+CommandResult ReadLocked(EditLock& lock, Appointment& record) {
   CommandResult result = lock.Read(&record);
   if (result == CommandResult::kDone) result = CheckConfidential(lock.File(), record);
-  if (result == CommandResult::kDone) result = lock.Delete();
+  return result == CommandResult::kDone ? result : GiveUp(lock, result);
+}
+
+CommandResult DeleteLocked(EditLock& lock, Appointment& record) {
+  CommandResult result = ReadLocked(lock, record);
+  if (result != CommandResult::kDone) return result;
+  result = lock.Delete();
   return IsMade(result) ? lock.Finish(result) : GiveUp(lock, result);
 }
 

@@ -22,6 +22,10 @@ namespace core {
 // BeginEdit and EndEdit do, or as a new one where the file has none.
 [[nodiscard]] CommandResult PutAppointment(RecordFile& file, Appointment record);
 
+// Reads the record whose lock is held, unless it is the Owner's alone and the user another. Unless the result
+// is kDone the lock is given back.
+[[nodiscard]] CommandResult ReadLocked(EditLock& lock, Appointment& record);
+
 // Deletes the record whose lock is held, gives the lock back and brings the file to the disk. `record` is
 // what was deleted.
 [[nodiscard]] CommandResult DeleteLocked(EditLock& lock, Appointment& record);

@@ -41,7 +41,8 @@ void Show(QWidget& control, const QString& text) {
   } else if (auto* button = qobject_cast<QAbstractButton*>(&control)) {
     button->setText(text);
   } else if (auto* label = qobject_cast<QLabel*>(&control)) {
-    label->setText(text);
+    // A carriage return beside the line end would be drawn as a blank.
+    label->setText(QString(text).remove(u'\r'));
   }
 }
 

@@ -1,21 +1,17 @@
 #include "core/events/registration.h"
 
-#include <arpa/inet.h>
-#include <sys/socket.h>
-#include <unistd.h>
-
 #include <filesystem>
 
 #include "core/ini_file.h"
 #include "gtest/gtest.h"
-#include "support/child_process.h"
 #include "support/document.h"
+#include "support/talking_server.h"
 #include "unit/core/program_folder.h"
 
 namespace core {
 namespace {
 
-using Talk = std::function<void(int connection)>;
+using tests::Talk;
 
 const RegistrationLimits kShort{200, 200};
 
@@ -28,37 +24,10 @@ void Configure(const std::string& host, const std::string& port) {
   ASSERT_TRUE(IniFile("Daybrix.ini").WriteString("eServer", "port", port));
 }
 
-// A server on this machine that takes one request, which must be the documented one, and then talks.
-class Server {
+// A server that expects the documented request.
+class Server : public tests::TalkingServer {
  public:
-  explicit Server(const Talk& talk) : listener(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
-    sockaddr_in address = {};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    socklen_t size = sizeof address;
-    auto* any = reinterpret_cast<sockaddr*>(&address);
-    EXPECT_TRUE(bind(listener, any, size) == 0 && listen(listener, 1) == 0 &&
-                getsockname(listener, any, &size) == 0);
-    port = std::to_string(ntohs(address.sin_port));
-    child = std::make_unique<tests::ChildProcess>([&](const auto&) {
-      const int connection = accept(listener, nullptr, nullptr);
-      std::string request(100, '\0');
-      const ssize_t got = recv(connection, request.data(), request.size(), MSG_WAITALL);
-      const bool right = got == 100 && request == Documented("hex request", 100);
-      talk(connection);
-      return right ? 0 : 1;
-    });
-  }
-  ~Server() { EXPECT_EQ(close(listener), 0); }
-  Server(const Server&) = delete;
-  Server& operator=(const Server&) = delete;
-
-  bool WasAskedRightly() { return child->ExitCode() == 0; }
-  std::string port;
-
- private:
-  int listener;
-  std::unique_ptr<tests::ChildProcess> child;
+  explicit Server(const Talk& talk) : TalkingServer(Documented("hex request", 100), talk) {}
 };
 
 Talk Say(const std::string& bytes, int pauseMs = 0) {
