@@ -7,6 +7,7 @@
 #include <sys/socket.h>
 #include <sys/time.h>
 
+#include <cerrno>
 #include <chrono>
 #include <condition_variable>
 #include <mutex>
@@ -35,6 +36,17 @@ bool FindAddress(const TcpRequest& request, sockaddr_in& address) {
   return true;
 }
 
+// A process that was stopped, or slept with its machine, finds a call that has a time-out interrupted when it
+// goes on; no signal need reach it.
+template <typename Call>
+ssize_t GoingOn(const Call& call) {
+  ssize_t moved = 0;
+  do {
+    moved = call();
+  } while (moved < 0 && errno == EINTR);
+  return moved;
+}
+
 TcpResult Exchange(const TcpRequest& request, std::string& answer) {
   const Descriptor connection(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
   if (!connection.IsOpen()) return TcpResult::kNoSocket;
@@ -47,11 +59,12 @@ TcpResult Exchange(const TcpRequest& request, std::string& answer) {
   // Not before, because the limit on sending would hold for connecting too.
   if (!LimitTime(connection.Number(), SO_SNDTIMEO, request.sendMs)) return TcpResult::kNoTimeouts;
   // A server that hangs up must not end the program.
-  if (send(connection.Number(), request.bytes.data(), request.bytes.size(), MSG_NOSIGNAL) < 0) {
-    return TcpResult::kTransferFailed;
-  }
+  const ssize_t sent = GoingOn(
+      [&] { return send(connection.Number(), request.bytes.data(), request.bytes.size(), MSG_NOSIGNAL); });
+  if (sent < 0) return TcpResult::kTransferFailed;
   answer.resize(request.answerSize);
-  const ssize_t received = recv(connection.Number(), answer.data(), answer.size(), 0);
+  const ssize_t received =
+      GoingOn([&] { return recv(connection.Number(), answer.data(), answer.size(), 0); });
   answer.resize(received > 0 ? static_cast<std::size_t>(received) : 0);
   return received < 0 ? TcpResult::kTransferFailed : TcpResult::kDone;
 }

@@ -1,5 +1,8 @@
 #include "core/events/registration.h"
 
+#include <signal.h>
+#include <unistd.h>
+
 #include <filesystem>
 
 #include "core/ini_file.h"
@@ -45,6 +48,16 @@ void Reset(int connection) {
   close(connection);
 }
 
+// Stops the program, which waits for the answer, for a moment.
+void SayAfterAStop(int connection) {
+  usleep(20'000);
+  kill(getppid(), SIGSTOP);
+  usleep(20'000);
+  kill(getppid(), SIGCONT);
+  usleep(20'000);
+  Say(std::string(4, '\0'))(connection);
+}
+
 std::ptrdiff_t OpenDescriptors() {
   const std::filesystem::directory_iterator all("/proc/self/fd");
   return std::distance(begin(all), end(all));
@@ -67,6 +80,7 @@ TEST(Registration, AnswersOfTheServer) {
       {"three bytes", Say(std::string(3, '\0')), 0xFF000000, 138},
       {"one byte at a time", Say(zero, 30), 0xFFFFFF00, 138},
       {"four thousand bytes", Say(std::string(4000, '\0')), kRegistered, 136},
+      {"after a stop", SayAfterAStop, kRegistered, 136},
       {"a reset", Reset, kExchangeFailed, 138},
       {"silence", [](int) { usleep(600'000); }, kExchangeFailed, 138},
   };
