@@ -4,6 +4,7 @@
 
 #include "calendar/dialogs/alarm_dialog.h"
 #include "core/store/file_messages.h"
+#include "core/store/file_watch.h"
 #include "framework/notices.h"
 #include "platform/desktop/menu.h"
 
@@ -66,7 +67,8 @@ void AlarmCheck::Ring(core::EditLock& lock, const core::Appointment& record) {
   AlarmDialog dialog(record);
   if (!dialog.Run(&frame)) return;  // it rings again when the program is started next
   const std::string news = Store(lock, dialog.WantsNoMore());
-  session.RecordsChanged();
+  // Shown as a change of another copy's would be: what the user has selected stays selected.
+  core::FileWatch::OfProcess().Look();
   for (const std::string& told : {news, dialog.ToneFault()}) {
     if (!told.empty()) ShowInfo(&frame, told);
   }

@@ -20,8 +20,8 @@ class AlarmCheck {
       : session(calendarSession), gate(commandGate), frame(mainFrame) {}
 
   // Shows the first alarm that is due, if any, and returns when the user has seen it. Does nothing while a
-  // command runs, an alarm being one, while this program holds an edit lock, and while a menu or a drag has
-  // the mouse.
+  // command runs, an alarm being one, and does not merely wait, while this program holds an edit lock, and
+  // while a menu or a drag has the mouse.
   void Run();
 
  private:

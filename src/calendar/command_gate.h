@@ -32,19 +32,27 @@ class CommandGate {
 
  private:
   friend class CommandScope;
+  friend class WaitingScope;
 
   WhenEnded ended;
   bool running = false;
+  bool waiting = false;
   bool closeWanted = false;
 };
 
-// A command, from its beginning to its end, whichever way out it takes.
+// A command, from its beginning to its end, whichever way out it takes. One of the program's own also runs
+// inside one that only waits.
 class CommandScope {
  public:
   explicit CommandScope(CommandGate& passed, CommandKind commandKind = CommandKind::kOfUser)
-      : gate(passed), kind(commandKind), entered(!std::exchange(gate.running, true)) {}
+      : gate(passed),
+        kind(commandKind),
+        inside(kind == CommandKind::kOfProgram && std::exchange(gate.waiting, false)),
+        entered(!std::exchange(gate.running, true) || inside) {}
   ~CommandScope() {
     if (!entered) return;
+    gate.waiting = inside;
+    if (inside) return;
     gate.running = false;
     gate.ended(kind, gate.closeWanted);
   }
@@ -56,5 +64,20 @@ class CommandScope {
  private:
   CommandGate& gate;
   const CommandKind kind;
+  const bool inside;
   const bool entered;
+};
+
+// While the running command waits for the user, maybe for hours, and has nothing of the file in its hands.
+class WaitingScope {
+ public:
+  explicit WaitingScope(CommandGate& passed, bool waits = true)
+      : gate(passed), before(std::exchange(gate.waiting, waits)) {}
+  ~WaitingScope() { gate.waiting = before; }
+  WaitingScope(const WaitingScope&) = delete;
+  WaitingScope& operator=(const WaitingScope&) = delete;
+
+ private:
+  CommandGate& gate;
+  const bool before;
 };

@@ -13,8 +13,8 @@ constexpr const char* kPartMissing = ". Not all appointments could be read.";
 
 }  // namespace
 
-FindDialog::FindDialog(core::CalendarSession& calendarSession, const CommandGate& gate)
-    : session(calendarSession), host(*this, list, session, gate) {
+FindDialog::FindDialog(core::CalendarSession& calendarSession, CommandGate& commandGate)
+    : session(calendarSession), gate(commandGate), host(*this, list, session, gate) {
   session.AddListener(*this);
 }
 
@@ -23,6 +23,7 @@ FindDialog::~FindDialog() {
 }
 
 bool FindDialog::Run(ZarfWnd* owner) {
+  const WaitingScope waiting(gate);
   return Open(owner, kTemplate) == 1;
 }
 
@@ -141,7 +142,10 @@ void FindDialog::OnListNotice(unsigned code, LPARAM value) {
 void FindDialog::Edit(int index) {
   // Posted: the rows may be others by now, or the editor may be open already.
   if (index != list.SelectedItem() || std::exchange(editing, true)) return;
-  EditCommand(session, host, list.KeyAt(index));
+  {
+    const WaitingScope working(gate, false);
+    EditCommand(session, host, list.KeyAt(index));
+  }
   editing = false;
   list.FocusList();
 }

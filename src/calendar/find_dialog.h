@@ -1,6 +1,6 @@
 // The dialog "Find": a text to look for in the subjects and notes of the open calendar, and what was found.
 // An appointment can be edited in its list; "Go to" ends the dialog with it. It lives on the stack for one
-// Run, inside the command that opened it.
+// Run, inside the command that opened it: while it stands there alarms ring over it.
 #pragma once
 
 #include <optional>
@@ -27,7 +27,7 @@ class FindDialog : public ZarfDialog, private core::SessionListener {
   };
 
   // Looks only among the appointments that the session's category filter shows. Both must outlive the dialog.
-  FindDialog(core::CalendarSession& calendarSession, const CommandGate& gate);
+  FindDialog(core::CalendarSession& calendarSession, CommandGate& commandGate);
   ~FindDialog() override;
 
   // True for "Go to".
@@ -52,6 +52,7 @@ class FindDialog : public ZarfDialog, private core::SessionListener {
   void PlaceList();
 
   core::CalendarSession& session;
+  CommandGate& gate;
   core::TextSearch results;
   std::optional<std::string> searched;
   core::Appointment chosen{};

@@ -7,8 +7,10 @@
 #include "calendar/dialogs/alarm_dialog.h"
 #include "calendar/dialogs/alarm_settings_dialog.h"
 #include "calendar/dialogs/attach_dialog.h"
+#include "calendar/find_dialog.h"
 #include "platform/desktop/message_box.h"
 #include "resources/resources.h"
+#include "shell/commands.h"
 #include "support/calendar_program.h"
 #include "support/temporary_calendar.h"
 #include "support/windows.h"
@@ -153,6 +155,32 @@ TEST_F(RingingAlarms, OneACheckInTheirOrderAndEachOnce) {
     ExpectRing("Unseen", [](HWND) { raise(SIGTERM); });
     EXPECT_EQ(Stored(late).alarmOn, 1);
     EXPECT_EQ(Stored(late).header.editLock, 0);
+  });
+}
+
+TEST_F(RingingAlarms, OverAListOfFindWhichKeepsItsRow) {
+  calendar.Add(Alarm("First", 12));
+  calendar.Add(Alarm("Second", 13));
+  program.Run(calendar.Path(), [&] {
+    program.driver.WhenDialogOpens([&](HWND find) {
+      program.driver.TypeInto(find, FindDialog::kTextEdit, "s");
+      program.driver.ClickControl(find, FindDialog::kFindButton);
+      program.driver.Press(GetFocus(), VK_DOWN);
+      EXPECT_TRUE(Enabled(find, FindDialog::kGoToButton)) << "a row is selected";
+      ExpectRing("First");
+      program.driver.ProcessEvents();
+      EXPECT_TRUE(Enabled(find, FindDialog::kGoToButton));
+      program.driver.WhenDialogOpens([&](HWND editor) {
+        core::SetRefreshEnabled(true);  // it is not its lock alone that keeps the editor from alarms
+        Tick();
+        program.driver.Press(editor, VK_ESCAPE);
+      });
+      program.driver.Press(GetFocus(), VK_SPACE);
+      program.driver.ProcessEvents();
+      ExpectRing("Second");
+      program.driver.ClickControl(find, FindDialog::kDoneButton);
+    });
+    SendMessage(program.Frame(), WM_COMMAND, ID_FIND, 0);
   });
 }
 

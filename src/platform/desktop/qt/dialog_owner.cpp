@@ -1,6 +1,6 @@
 #include "platform/desktop/qt/dialog_owner.h"
 
-#include <QCoreApplication>
+#include <QApplication>
 #include <QElapsedTimer>
 #include <QThread>
 #include <QWidget>
@@ -33,7 +33,10 @@ QWidget* ReadyOwner(HWND window) {
 
 void ReturnToOwner(HWND window) {
   const WindowEntry* entry = FindWindowEntry(window);
-  if (entry != nullptr && entry->widget->isVisible()) entry->widget->window()->activateWindow();
+  if (entry == nullptr || !entry->widget->isVisible()) return;
+  // Another dialog may stand over the owner and keep it from input.
+  QWidget* dialog = QApplication::activeModalWidget();
+  (dialog != nullptr ? dialog : entry->widget->window())->activateWindow();
 }
 
 void TrimDialogFrame(QWidget& dialog) {
