@@ -7,7 +7,7 @@ _tempoline_cli() {
   [ "$current" = "=" ] && current=
   for word in "${COMP_WORDS[@]:1:COMP_CWORD-1}"; do
     case $word in
-      info | list | alarms | add | edit | move | copy | delete | compact | check | new | contacts | participants | register | export | report) command=$word && break ;;
+      info | list | alarms | add | edit | move | copy | delete | compact | check | new | contacts | participants | register | export | report | import) command=$word && break ;;
     esac
   done
   local password="--password --password-file" record="--offset"
@@ -29,9 +29,10 @@ _tempoline_cli() {
     participants) options="--format $password" ;;
     register) options= ;;
     export) options="--from --to --subject --format $password" ;;
+    import) options="--header --separator --quote --map --dry-run $password" ;;
     report) options="--from --to --subject --id $password" ;;
     *)
-      options="info list alarms add edit move copy delete compact check new contacts participants register export report"
+      options="info list alarms add edit move copy delete compact check new contacts participants register export report import"
       COMPREPLY=($(compgen -W "$options --help --version" -- "$current"))
       return
       ;;
@@ -42,11 +43,13 @@ _tempoline_cli() {
       [ "$command" = export ] && word="csv" || word="text csv json"
       COMPREPLY=($(compgen -W "$word" -- "$current"))
       ;;
+    --header | --quote) COMPREPLY=($(compgen -W "yes no" -- "$current")) ;;
+    --separator) COMPREPLY=($(compgen -W "comma tab" -- "$current")) ;;
     --repeat) COMPREPLY=($(compgen -W "daily:1 weekly:1 monthly:1 yearly:1" -- "$current")) ;;
     --day | --from | --to | --week | --date | --until) COMPREPLY=($(compgen -W "$(date +%F)" -- "$current")) ;;
     --month) COMPREPLY=($(compgen -W "$(date +%Y-%m)" -- "$current")) ;;
     --at) COMPREPLY=($(compgen -W "$(date +%FT%H:%M)" -- "$current")) ;;
-    --start | --end | --subject | --notes | --category | --find | --offset | --password | --name | --email | --id) COMPREPLY=() ;;
+    --start | --end | --subject | --notes | --category | --find | --offset | --password | --name | --email | --id | --map) COMPREPLY=() ;;
     *)
       if [[ $current == -* ]]; then
         COMPREPLY=($(compgen -W "$options --help" -- "$current"))

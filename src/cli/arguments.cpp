@@ -37,6 +37,7 @@ constexpr CommandInfo kCommands[] = {
     {Command::kExport, "export", "FILE OUT",
      "write appointments to a file, a line for each; - is the output"},
     {Command::kReport, "report", "FILE [OUT]", "write appointments as a text to read"},
+    {Command::kImport, "import", "FILE IN", "add an appointment for each line of a file; - is the input"},
     {Command::kRegister, "register", "", "register on the event server"},
 };
 
@@ -54,8 +55,9 @@ constexpr unsigned kMoving = In(Command::kMove) | In(Command::kCopy);
 constexpr unsigned kNaming = In(Command::kEdit) | In(Command::kDelete) | kMoving;
 constexpr unsigned kReporting = In(Command::kReport);
 constexpr unsigned kExporting = In(Command::kExport) | kReporting;
-constexpr unsigned kGuarded = kExporting | kListing | kAlarms | kWriting | kNaming | In(Command::kInfo) |
-                              kContacting | In(Command::kParticipants);
+constexpr unsigned kImporting = In(Command::kImport);
+constexpr unsigned kGuarded = kExporting | kImporting | kListing | kAlarms | kWriting | kNaming |
+                              In(Command::kInfo) | kContacting | In(Command::kParticipants);
 
 struct OptionInfo {
   std::string_view name;
@@ -78,6 +80,11 @@ constexpr OptionInfo kOptions[] = {
     {"to", "D", kExporting, "with --from: to D, included"},
     {"subject", "TEXT", kExporting, "only those with TEXT in the subject"},
     {"id", "ID", kReporting, "only this appointment"},
+    {"header", "H", kImporting, "yes or no: whether the first line holds names; yes if not given"},
+    {"separator", "S", kImporting, "comma or tab; else the first of both that comes"},
+    {"quote", "Q", kImporting, "yes or no; else yes when the file begins with a quote"},
+    {"map", "NAMES", kImporting, "the fields of the columns, with commas between them; - for none"},
+    {"dry-run", "", kImporting, "only say what would be added"},
     {"format", "F", In(Command::kExport), "csv, which is the only one"},
     {"to", "D", kMoving, "the day to go to, YYYY-MM-DD"},
     {"date", "D", kWriting, "the day, YYYY-MM-DD"},

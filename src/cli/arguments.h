@@ -30,7 +30,8 @@ enum class Command {
   kParticipants,
   kRegister,
   kExport,
-  kReport
+  kReport,
+  kImport
 };
 
 // What the user asked for. Options are known ones of the command, each with its value ("" for a switch).
@@ -41,7 +42,7 @@ struct Arguments {
   std::string action;                                       // of contacts, as given
   std::string file;                                         // a path, as given
   std::string id;                                           // of edit, move, copy and delete, as given
-  std::string other;                                        // of export and report: the file to write
+  std::string other;                                        // of export, report and import: the other file
   std::map<std::string, std::string, std::less<>> options;  // by name, without the dashes
 
   bool Has(std::string_view option) const { return options.contains(option); }

@@ -41,6 +41,8 @@ Outcome RunCommand(const Arguments& arguments, Output& output) {
       return ExportCommand(arguments, output);
     case Command::kReport:
       return ReportCommand(arguments, output);
+    case Command::kImport:
+      return ImportCommand(arguments, output);
     case Command::kNone:
       break;
   }

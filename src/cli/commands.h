@@ -24,6 +24,7 @@ Outcome CompactCommand(const Arguments& arguments);
 
 Outcome ExportCommand(const Arguments& arguments, Output& output);
 Outcome ReportCommand(const Arguments& arguments, Output& output);
+Outcome ImportCommand(const Arguments& arguments, Output& output);
 
 Outcome ContactsCommand(const Arguments& arguments, Output& output);
 Outcome ParticipantsCommand(const Arguments& arguments, Output& output);

@@ -1,5 +1,5 @@
-// Reads the JSON of the test data: objects, arrays, strings without escapes but \" and \\, whole numbers, and
-// true, false and null as texts.
+// Reads the JSON of the test data: objects, arrays, strings without escapes but \", \\, \n and \r, whole
+// numbers, and true, false and null as texts.
 #pragma once
 
 #include <cctype>
@@ -74,8 +74,9 @@ class JsonReader {
   std::string String() {
     std::string text;
     for (++at; *at != '"' && *at != '\0'; ++at) {
-      if (*at == '\\') ++at;
-      text += *at;
+      const bool escaped = *at == '\\';
+      if (escaped) ++at;
+      text += escaped && *at == 'n' ? '\n' : escaped && *at == 'r' ? '\r' : *at;
     }
     if (*at != '\0') ++at;
     return text;

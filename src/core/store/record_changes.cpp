@@ -94,6 +94,7 @@ bool RecordFile::AddToCounter(std::int64_t offset, T change) {
 }
 
 template bool RecordFile::AddToCounter(std::int64_t offset, std::uint32_t change);
+template bool RecordFile::AddToCounter(std::int64_t offset, std::int32_t change);
 
 // Makes others look at what was written.
 Result RecordFile::CountChange() {
@@ -161,7 +162,7 @@ Result RecordFile::AddRecord(const void* slot, std::int32_t* place) {
   if (offset <= 0) return Result::kFailed;
   const std::int64_t size = file.Size();
   if (place != nullptr) *place = static_cast<std::int32_t>(offset);
-  const Result result = Publish(slot, offset);
+  const Result result = PutSlot(slot, offset) ? CountChange() : Result::kFailed;
   if (result == Result::kFailed) {
     const FileFault why = fault;
     TakeBackAddition(reused, size);
@@ -181,17 +182,14 @@ void RecordFile::TakeBackAddition(bool reused, std::int64_t sizeBefore) {
 }
 
 // Writes a slot that nobody sees before its body is whole: as a free one first, then its in-use byte, then
-// the counter that makes others look. A writer that dies in between leaves a free slot.
-Result RecordFile::Publish(const void* slot, std::int64_t offset) {
+// its caller moves the counter that makes others look. A writer that dies in between leaves a free slot.
+bool RecordFile::PutSlot(const void* slot, std::int64_t offset) {
   constexpr std::size_t kInUse = offsetof(RecordHeader, inUse);
   char body[kLargestSlotSize];
   std::memcpy(body, slot, slotSize);
   const char inUse = body[kInUse];
   body[kInUse] = 0;
-  if (!WriteBytes(body, slotSize, offset) || !WriteBytes(&inUse, 1, SlotField(offset, kInUse))) {
-    return Result::kFailed;
-  }
-  return CountChange();
+  return WriteBytes(body, slotSize, offset) && WriteBytes(&inUse, 1, SlotField(offset, kInUse));
 }
 
 // The offset for a new record, 0 or less when there is none. A slot that is taken again leaves the balance
@@ -206,28 +204,31 @@ std::int64_t RecordFile::FindPlace(bool& reused) {
     Fail(end > 0 ? FileFault::kNoPlace : FileFault::kReadFailed);
     return 0;
   }
-  const std::int64_t offset = FindFreeSlot();
-  if (offset <= 0) return 0;
-  reused = AddToCounter<std::int32_t>(kFreeSlotBalanceOffset, 1);
-  return reused ? offset : 0;
+  const std::vector<std::int64_t> free = FindFreeSlots(1);
+  reused = !free.empty() && AddToCounter<std::int32_t>(kFreeSlotBalanceOffset, 1);
+  return reused ? free.front() : 0;
 }
 
-std::int64_t RecordFile::FindFreeSlot() const {
+// The first of them, as many as are wanted and there are; the fault tells why there are fewer.
+std::vector<std::int64_t> RecordFile::FindFreeSlots(std::size_t wanted) const {
+  std::vector<std::int64_t> found;
   Fail(FileFault::kNoPlace);
   const std::size_t bytes = kSlotsPerRead * slotSize;
   const std::unique_ptr<char[]> slots(new (std::nothrow) char[bytes]());
-  if (slots == nullptr) return 0;
+  if (slots == nullptr) return found;
   const std::int64_t end = SlotsEnd();
   for (std::int64_t offset = kFirstSlotOffset; offset < end; offset += static_cast<std::int64_t>(bytes)) {
     const int count = ReadSlots(slots.get(), offset);
     for (int i = 0; i < count; ++i) {
       const std::size_t at = static_cast<std::size_t>(i) * slotSize;
-      if (slots[at + offsetof(RecordHeader, inUse)] == 0) return offset + static_cast<std::int64_t>(at);
+      if (slots[at + offsetof(RecordHeader, inUse)] != 0) continue;
+      found.push_back(offset + static_cast<std::int64_t>(at));
+      if (found.size() == wanted) return found;
     }
     if (count < 0) Fail(FileFault::kReadFailed);
     if (count >= 0 && count < static_cast<int>(kSlotsPerRead)) break;
   }
-  return 0;
+  return found;
 }
 
 // ---- Changing what is there ----

@@ -133,6 +133,10 @@ class RecordFile {
   // the offset of the slot.
   [[nodiscard]] Result AddRecord(const void* slot, std::int32_t* place = nullptr);
 
+  // Adds `count` records, which lie one behind the other, as one change: under one guard, and counted once.
+  // `added` says how many of them are in the file, from the first on, also when the result is kFailed.
+  [[nodiscard]] Result AddRecords(const void* slots, std::size_t count, std::size_t& added);
+
   [[nodiscard]] Result WriteRecord(const void* slot, std::int32_t offset);
   [[nodiscard]] Result WriteRecord(const void* slot, const RecordKey& key);
 
@@ -205,8 +209,10 @@ class RecordFile {
   bool ReadWanted(RecordHeader& record, std::int64_t offset, WantedId id) const;
   std::int64_t FindPlace(bool& reused);
   void TakeBackAddition(bool reused, std::int64_t sizeBefore);
-  std::int64_t FindFreeSlot() const;
-  Result Publish(const void* slot, std::int64_t offset);
+  std::vector<std::int64_t> FindFreeSlots(std::size_t wanted) const;
+  bool PutSlot(const void* slot, std::int64_t offset);
+  bool FillFreeSlots(const char* records, std::size_t count, std::size_t& added);
+  bool Append(const char* records, std::size_t count, std::size_t& added);
   Result Write(const void* slot, std::int32_t offset, WantedId id);
   Result Delete(std::int32_t offset, WantedId id);
   bool Lock(std::int32_t offset, WantedId id);

@@ -99,6 +99,28 @@ bool CodePageFromUtf8(std::string_view text, std::string& bytes) {
   return true;
 }
 
+std::string NearestInCodePage(std::string_view text, bool& replaced) {
+  std::string bytes;
+  bytes.reserve(text.size());
+  while (!text.empty()) {
+    std::string_view rest = text;
+    char32_t character = 0;
+    char byte = '?';
+    if (!TakeCharacter(rest, character)) {
+      // The whole of a character that takes four bytes, else what stands in a character's place.
+      rest = text.substr(1);
+      while (!rest.empty() && (static_cast<unsigned char>(rest.front()) & 0xC0) == 0x80)
+        rest.remove_prefix(1);
+      replaced = true;
+    } else if (!ByteOf(character, byte)) {
+      replaced = true;
+    }
+    bytes += byte;
+    text = rest;
+  }
+  return bytes;
+}
+
 bool InCodePage(char32_t character) {
   char byte = 0;
   return ByteOf(character, byte);

@@ -15,6 +15,10 @@ std::string Utf8FromCodePage(std::string_view bytes);
 // false, and `bytes` is empty.
 bool CodePageFromUtf8(std::string_view text, std::string& bytes);
 
+// The same with a "?" for every character that the code page lacks and for what is no UTF-8; `replaced`
+// becomes true where there is one.
+std::string NearestInCodePage(std::string_view text, bool& replaced);
+
 // Whether the code page has this Unicode character.
 bool InCodePage(char32_t character);
 

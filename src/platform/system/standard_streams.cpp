@@ -5,6 +5,7 @@
 #include <sys/ioctl.h>
 #include <unistd.h>
 
+#include <array>
 #include <cerrno>
 
 namespace platform {
@@ -38,6 +39,18 @@ bool WriteStandardOutput(std::string_view bytes) {
 
 bool WriteStandardError(std::string_view bytes) {
   return WriteAll(STDERR_FILENO, bytes);
+}
+
+bool ReadStandardInput(std::size_t limit, std::string& bytes) {
+  std::array<char, 65536> piece;
+  bytes.clear();
+  for (;;) {
+    const ssize_t count = read(STDIN_FILENO, piece.data(), piece.size());
+    if (count < 0 && errno == EINTR) continue;
+    if (count <= 0) return count == 0;
+    bytes.append(piece.data(), static_cast<std::size_t>(count));
+    if (bytes.size() > limit) return false;
+  }
 }
 
 int TerminalWidth() {

@@ -2,6 +2,8 @@
 // what was written is written, and what could not be is known.
 #pragma once
 
+#include <cstddef>
+#include <string>
 #include <string_view>
 
 namespace platform {
@@ -14,6 +16,9 @@ void PrepareStandardStreams();
 // Writes all bytes. False, with `errno` telling why, when they did not all go out.
 bool WriteStandardOutput(std::string_view bytes);
 bool WriteStandardError(std::string_view bytes);
+
+// Reads standard input to its end. False when that fails, or there are more than `limit` bytes.
+[[nodiscard]] bool ReadStandardInput(std::size_t limit, std::string& bytes);
 
 // Columns of the terminal that standard output goes to; 0 where it goes elsewhere.
 int TerminalWidth();

@@ -1,9 +1,13 @@
-// Export and report by their commands.
+// Export, report and import by their commands.
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <array>
+#include <fstream>
+
 #include "core/date_time.h"
 #include "core/time_texts.h"
+#include "platform/system/code_page.h"
 #include "support/command_line.h"
 #include "support/era.h"
 #include "support/source_folder.h"
@@ -78,6 +82,100 @@ TEST(CliExport, ReplacesAWholeFileOrNothing) {
   EXPECT_EQ(RunShell(cli + old).code, 0);
   EXPECT_EQ(folder.Read("old.csv"), RunCli({"export", calendar.Path(), "-"}).output);
   EXPECT_EQ(RunShell("ls -A " + folder.Path()).output, "link\nold.csv\n") << "nothing is left beside it";
+}
+
+std::vector<int> Numbers(const Json& list) {
+  std::vector<int> numbers;
+  for (const Json& item : list.items) numbers.push_back(static_cast<int>(item.number));
+  return numbers;
+}
+
+std::vector<int> Numbers(const core::TimeOfDay& time) {
+  return {time.hour, time.minute, time.second, time.half};
+}
+
+TEST(CliImport, AddsWhatAnotherProgramReads) {
+  const std::string folder = tests::SourceFolder() + "/tests/data/import/";
+  std::ifstream stream(folder + "expected.json");
+  const Json expected =
+      Json::Parse({std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()});
+  ASSERT_EQ(expected.fields.size(), 7U);
+  for (const auto& [name, wanted] : expected.fields) {
+    TemporaryCalendar calendar;
+    const std::string header = wanted["header"].text == "true" ? "--header=yes" : "--header=no";
+    const CommandResult result = RunCli({"import", calendar.Path(), folder + name, header});
+    EXPECT_EQ(result.code, 0) << result.errors;
+    EXPECT_TRUE(result.output.starts_with(std::to_string(wanted["rows"].items.size()))) << result.output;
+    const core::RecordQuery records = AllRecords(calendar.file);
+    ASSERT_EQ(records.Count(), wanted["rows"].items.size()) << name;
+    for (std::size_t i = 0; i < records.Count(); ++i) {
+      core::Appointment record;
+      ASSERT_TRUE(calendar.file.ReadRecord(&record, records.KeyAt(i)));
+      const Json& row = wanted["rows"].items[i];
+      EXPECT_EQ((std::vector<int>{record.date.day, record.date.month, record.date.year}),
+                Numbers(row["date"]));
+      EXPECT_EQ(Numbers(record.startTime), Numbers(row["start"]));
+      EXPECT_EQ(Numbers(record.endTime), Numbers(row["end"]));
+      EXPECT_EQ(platform::Utf8FromCodePage(core::ReadText(record.header.category)), row["category"].text);
+      EXPECT_EQ(Value(record.allDay), row["allDay"].number);
+      EXPECT_EQ(platform::Utf8FromCodePage(core::ReadText(record.subject)), row["subject"].text);
+      EXPECT_EQ(platform::Utf8FromCodePage(core::ReadText(record.notes)), row["notes"].text);
+    }
+  }
+}
+
+TEST(CliImport, SaysWhatItDidAndWhatIsWrong) {
+  const TemporaryFolder folder;
+  TemporaryCalendar calendar;
+  const auto import = [&](const std::string& text, const std::string& options) {
+    const std::string file = folder.Write("in.txt", text);
+    std::vector<std::string> words = Words("import " + calendar.Path() + ' ' + file + options);
+    const CommandResult result = RunCli(words);
+    return std::to_string(result.code) + ' ' + (result.code == 0 ? result.output : result.errors);
+  };
+  const std::string broken =
+      "\xEF\xBB\xBF"
+      "1/2/2004,a\xE6\x97\xA5\n13/1/2004,b\nnever,c\n1/2/1999,d\n";
+  EXPECT_EQ(
+      import(broken, " --header=no --map=Date,Subject --dry-run"),
+      "0 4 appointments would be added. 1 line could not be completed. 3 have a date outside the calendar. "
+      "The first number of a date is read as the month. In 1 text a \"?\" stands for characters that cannot "
+      "be stored.\n");
+  EXPECT_EQ(AllRecords(calendar.file).Count(), 0U);
+  EXPECT_EQ(import("x\t1/2/2004\n", " --header=no --map=-,Date --separator=tab --quote=no"),
+            "0 1 appointment was added.\n");
+  const std::vector<std::array<const char*, 3>> wrong = {{"a", "", "No column"},
+                                                         {"a", " --map=-,-", "No column"},
+                                                         {"a", " --map=Day", "no field \"Day\""},
+                                                         {"a", " --header=maybe", "yes or no"},
+                                                         {"a", " --separator=;", "comma or tab"}};
+  for (const auto& [text, options, why] : wrong) {
+    const std::string said = import(text, options);
+    EXPECT_TRUE(said.starts_with("1 ") && said.find(why) != std::string::npos) << said;
+  }
+  EXPECT_NE(import("", "").find("It is empty."), std::string::npos);
+  EXPECT_NE(import("\xFF\xFE"
+                   "a",
+                   "")
+                .find("UTF-16"),
+            std::string::npos);
+  const std::vector<std::pair<std::string, std::string>> unfit = {
+      {folder.Join("none"), "Import file could not be found."},
+      {folder.Path(), "It is a folder."},
+      {"/dev/zero", "not a regular file"},
+      {calendar.Path(), "It is the calendar"}};
+  for (const auto& [path, why] : unfit) {
+    const CommandResult result = RunCli({"import", calendar.Path(), path});
+    EXPECT_EQ(result.code, 2);
+    EXPECT_NE(result.errors.find(why), std::string::npos) << result.errors;
+  }
+  EXPECT_EQ(AllRecords(calendar.file).Count(), 1U);
+  const std::string cli = "'" TEMPOLINE_CLI "' ";
+  EXPECT_EQ(
+      RunShell(cli + "export '" + calendar.Path() + "' - | " + cli + "import '" + calendar.Path() + "' -")
+          .code,
+      0);
+  EXPECT_EQ(AllRecords(calendar.file).Count(), 2U);
 }
 
 }  // namespace
