@@ -125,6 +125,7 @@ LRESULT CalendarPane::OnCommand(const MessageRecord& record) {
     case ID_PASSWORDS:
     case ID_COMPACT:
     case ID_FILE_SAVE_AS:
+    case ID_IMPORT:
     case ID_EXPORT:
     case ID_PRINT:
       RunFileCommand(LowWord(record.wParam));
@@ -155,6 +156,9 @@ void CalendarPane::RunFileCommand(unsigned command) {
       break;
     case ID_COMPACT:
       CompactCommand(this);
+      break;
+    case ID_IMPORT:
+      ImportCommand(session, this);
       break;
     case ID_EXPORT:
       ExportCommand(session, this, exchangeChoices);

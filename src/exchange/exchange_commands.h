@@ -10,6 +10,8 @@
 
 // Writes appointments to a file that the user names.
 void ExportCommand(core::CalendarSession& session, ZarfWnd* owner, ExchangeChoices& choices);
+// Adds the appointments of a file that the user names. A Reader is refused.
+void ImportCommand(core::CalendarSession& session, ZarfWnd* owner);
 // Makes, shows and prints a report. `selected`: the id of the selected appointment.
 void ReportCommand(core::CalendarSession& session, ZarfWnd* owner, ExchangeChoices& choices,
                    std::optional<std::uint64_t> selected);

@@ -23,7 +23,7 @@ constexpr MenuItem kFileMenu[] = {
     {ID_FILE_SAVE_AS, text::kSaveAsItem, true},
     {ID_COMPACT, text::kCompactItem, true},
     {0, 0, false},
-    {ID_IMPORT, text::kImportItem, false},
+    {ID_IMPORT, text::kImportItem, true},
     {ID_EXPORT, text::kExportItem, true},
     {0, 0, false},
     {ID_PRINT, text::kPrintReportItem, true},

@@ -1,10 +1,11 @@
-// The dialogs by which appointments go out: export, and report with preview and paper.
+// The dialogs by which appointments go out and come in: export, report with preview and paper, import.
 #include <gtest/gtest.h>
 
 #include "core/ini_file.h"
 #include "core/time_texts.h"
 #include "desktop/picker_steps.h"
 #include "exchange/export_dialog.h"
+#include "exchange/import_wizard.h"
 #include "exchange/report_dialog.h"
 #include "exchange/report_pages.h"
 #include "platform/desktop/font.h"
@@ -129,6 +130,77 @@ TEST_F(Exchange, ReportIsMadeShownAndPrinted) {
       driver.Press(dialog, VK_ESCAPE);
     });
     Command(ID_PRINT);
+  });
+}
+
+TEST_F(Exchange, ImportAsksStepByStepAndKeepsWhatWasChosen) {
+  const std::string file = folder.Write(
+      "in.csv",
+      "\"What\",\"Date\",\"Start Time\",\"Place\"\r\n\"Choir, all\",\"3/14/2004\",\"8:15\",\"Hall\"\r\n"
+      "\"Broken\",\"soon\",\"8:15\",\"\"\r\n");
+  const auto mapping = [](HWND dialog) {
+    std::string all;
+    for (WPARAM row = 0; row < 4; ++row) {
+      char name[40] = "";
+      SendDlgItemMessage(dialog, ImportWizard::kTargetList, LB_GETTEXT, row, reinterpret_cast<LPARAM>(name));
+      all += std::string(name) + "|";
+    }
+    return all;
+  };
+  const auto shows = [](HWND dialog, int page) {
+    for (const int id : {ImportWizard::kFilePage, ImportWizard::kFormatPage, ImportWizard::kMapPage})
+      EXPECT_EQ(IsWindowVisible(GetDlgItem(dialog, id)), id == page) << id;
+  };
+  program.Run(calendar.Path(), [&] {
+    driver.WhenDialogOpens([&](HWND dialog) {
+      const auto next = [&] { driver.ClickControl(dialog, ImportWizard::kNextButton); };
+      const auto back = [&] { driver.ClickControl(dialog, ImportWizard::kBackButton); };
+      shows(dialog, ImportWizard::kFilePage);
+      for (const auto& [bad, text] :
+           {std::pair<std::string, const char*>{folder.Join("none"), "Import file could not be found."},
+            {folder.Path(), "folder"},
+            {calendar.Path(), "It is the calendar"}}) {
+        driver.TypeInto(dialog, ImportWizard::kFileEdit, bad);
+        driver.AnswerMessageBox(text, IDOK);
+        next();
+        shows(dialog, ImportWizard::kFilePage);
+      }
+      driver.TypeInto(dialog, ImportWizard::kFileEdit, file);
+      next();
+      shows(dialog, ImportWizard::kFormatPage);
+      EXPECT_EQ(TextOf(dialog, ImportWizard::kContentsEdit), Text(file));
+      for (const int id : {ImportWizard::kYesRadio, ImportWizard::kCommaRadio})
+        EXPECT_TRUE(IsDlgButtonChecked(dialog, id)) << id;
+      driver.ClickControl(dialog, ImportWizard::kTabRadio);
+      next();
+      EXPECT_EQ(SendDlgItemMessage(dialog, ImportWizard::kSourceList, LB_GETCOUNT, 0, 0), 1);
+      back();
+      EXPECT_TRUE(IsDlgButtonChecked(dialog, ImportWizard::kTabRadio)) << "kept";
+      driver.ClickControl(dialog, ImportWizard::kCommaRadio);
+      next();
+      shows(dialog, ImportWizard::kMapPage);
+      EXPECT_EQ(TextOf(dialog, ImportWizard::kNextButton), "&Finish");
+      EXPECT_EQ(mapping(dialog), "Date|Start Time|End Time|Category|");
+      driver.ClickControl(dialog, ImportWizard::kDefaultMapButton);
+      EXPECT_EQ(mapping(dialog), "IGNORE THIS FIELD|Date|Start Time|IGNORE THIS FIELD|");
+      // The first row becomes "Subject", by the keyboard.
+      SetFocus(GetDlgItem(dialog, ImportWizard::kTargetList));
+      driver.Press(dialog, VK_HOME);
+      EXPECT_EQ(SendDlgItemMessage(dialog, ImportWizard::kSourceList, LB_GETCURSEL, 0, 0), 0);
+      SetFocus(GetDlgItem(dialog, ImportWizard::kFieldBox));
+      driver.Press(dialog, VK_UP);
+      driver.Press(dialog, VK_UP);
+      back();
+      next();
+      EXPECT_EQ(mapping(dialog), "Subject|Date|Start Time|IGNORE THIS FIELD|") << "kept";
+      driver.AnswerMessageBox("2 appointments were added. 1 line could not be completed.", IDOK);
+      next();
+    });
+    Command(ID_IMPORT);
+    EXPECT_EQ(program.Subjects(), (std::vector<std::string>{"Dentist", "Lunch, \"late\"", "Choir, all"}));
+    std::string setting;
+    core::IniFile().ReadString("Preference", "ImportFile", setting);
+    EXPECT_EQ(setting, file);
   });
 }
 
