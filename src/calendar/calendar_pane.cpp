@@ -1,11 +1,13 @@
 #include "calendar/calendar_pane.h"
 
+#include <optional>
 #include <utility>
 
 #include "addressbook/address_book_window.h"
 #include "calendar/file_commands.h"
 #include "core/calendar/calendar_opening.h"
 #include "core/ini_file.h"
+#include "exchange/exchange_commands.h"
 #include "framework/compaction_progress.h"
 #include "framework/file_type.h"
 #include "framework/notices.h"
@@ -130,6 +132,9 @@ LRESULT CalendarPane::OnCommand(const MessageRecord& record) {
     case ID_PASSWORDS:
     case ID_COMPACT:
     case ID_FILE_SAVE_AS:
+    case ID_IMPORT:
+    case ID_EXPORT:
+    case ID_PRINT:
       RunFileCommand(LowWord(record.wParam));
       return 0;
     case ID_ADDRESS_BOOK:
@@ -162,6 +167,15 @@ void CalendarPane::RunFileCommand(unsigned command) {
     case ID_COMPACT:
       CompactCommand(this);
       break;
+    case ID_IMPORT:
+      ImportCommand(session, this);
+      break;
+    case ID_EXPORT:
+      ExportCommand(session, this, exchangeChoices);
+      break;
+    case ID_PRINT:
+      Report();
+      break;
     default:
       SaveAsCommand(session, this);
       break;
@@ -171,6 +185,15 @@ void CalendarPane::RunFileCommand(unsigned command) {
 void CalendarPane::ShowAddressBook() {
   const CommandScope scope(gate);
   if (scope.Entered()) AddressBookCommand(this);
+}
+
+// Who sees a week or a month means no appointment that was selected in the list.
+void CalendarPane::Report() {
+  CalendarPanel& panel = work.Panel();
+  core::RecordKey selected;
+  if (panel.Views().ShowingDay()) selected = panel.List().KeyAt(panel.List().SelectedItem());
+  ReportCommand(session, this, exchangeChoices,
+                selected.IsNone() ? std::nullopt : std::optional(selected.id));
 }
 
 // Posted: what is looked after may be in use by whoever told.

@@ -5,6 +5,7 @@
 #include "calendar/alarm_check.h"
 #include "calendar/work_pane.h"
 #include "core/calendar/calendar_session.h"
+#include "exchange/range_dialog.h"
 #include "shell/intro_pane.h"
 #include "shell/main_frame.h"
 
@@ -36,10 +37,12 @@ class CalendarPane : public ZarfWndApp, private core::SessionListener {
   void OpenAtStart();
   void RunFileCommand(unsigned command);
   void ShowAddressBook();
+  void Report();
   void LookAfterFile();
 
   core::CalendarSession session;  // the panel, which borrows both, ends first
   CommandGate gate;
+  ExchangeChoices exchangeChoices;
   ZarfIntroPane intro;
   WorkPane work;
   AlarmCheck alarms;

@@ -4,12 +4,15 @@
 
 #include "framework/services.h"
 #include "platform/desktop/application.h"
+#include "platform/system/clock.h"
 
 namespace {
 
 constexpr int kTemplate = 1009;
 constexpr int kLine = 99;
 constexpr int kBar = 100;
+
+constexpr std::int64_t kLookEveryMs = 100;
 
 }  // namespace
 
@@ -20,6 +23,7 @@ ProgressWindow::~ProgressWindow() {
 void ProgressWindow::Begin(ZarfWnd* owner, const std::string& text, std::uint32_t newSteps) {
   Close();
   dialogOwner = owner;
+  cancelled = false;
   steps = std::max<std::uint32_t>(newSteps, 1);
   done = 0;
   shown = 0;
@@ -32,13 +36,32 @@ void ProgressWindow::Begin(ZarfWnd* owner, const std::string& text, std::uint32_
   WaitUntilShown(hwnd);
 }
 
+void ProgressWindow::BeginCancellable(ZarfWnd* owner, const std::string& title, const std::string& text) {
+  cancellable = true;
+  Begin(owner, text, 1);
+  cancellable = false;
+  SetDialogTitle(hwnd, title);
+}
+
 void ProgressWindow::Step() {
   ++done;
   const std::uint64_t pixels = std::min(done, steps) * barWidth / steps;
-  if (pixels == shown) return;
+  if (pixels != shown) Grow(pixels);
+}
+
+bool ProgressWindow::Advance(std::int64_t doneSoFar, std::int64_t whole) {
+  const double part = whole > 0 ? static_cast<double>(doneSoFar) / static_cast<double>(whole) : 0;
+  const auto pixels = static_cast<std::uint64_t>(std::clamp(part, 0.0, 1.0) * static_cast<double>(barWidth));
+  // The user may cancel what takes its time over one pixel.
+  if (pixels != shown || platform::TickMs() >= nextLookMs) Grow(pixels);
+  return !cancelled;
+}
+
+void ProgressWindow::Grow(std::uint64_t pixels) {
   shown = pixels;
   SendItemMessage(kBar, PBM_SETPOS, pixels, 0);
   RunWaitingMessages();
+  nextLookMs = platform::TickMs() + kLookEveryMs;
 }
 
 void ProgressWindow::Close() {
@@ -56,9 +79,11 @@ int ProgressWindow::Open(ZarfWnd* owner, int templateId) {
 
 LRESULT ProgressWindow::OnInitDialog(const MessageRecord&) {
   BlockOtherWindows(hwnd);
+  ShowWindow(GetDlgItem(hwnd, IDCANCEL), cancellable ? SW_SHOW : SW_HIDE);
   return 1;
 }
 
-LRESULT ProgressWindow::OnCommand(const MessageRecord&) {
+LRESULT ProgressWindow::OnCommand(const MessageRecord& record) {
+  if (LowWord(record.wParam) == IDCANCEL) cancelled = true;
   return 1;
 }

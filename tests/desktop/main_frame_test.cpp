@@ -158,7 +158,7 @@ TEST_F(MainFrame, MenusOpenUnderTheirButtonsAndByKey) {
     driver.Press(program.Frame(), 'F', 0, true);
     driver.Wait(50);
     EXPECT_EQ(Items(),
-              "New...|Open...|-|Save As...|Compact...|-|(Import...)|(Export...)|-|(Print Report..)|-|"
+              "New...|Open...|-|Save As...|Compact...|-|Import...|Export...|-|Print Report..|-|"
               "Network Passwords...|-|Nameleaf...|Internet Events...|Zarf Server Setup|-|General "
               "Options...|-|Skins...|-|Exit|");
     driver.ChooseMenuItem("About...");

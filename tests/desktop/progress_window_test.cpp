@@ -57,6 +57,21 @@ TEST(ProgressWindow, PaintsByThePixelAndTakesTheInputAway) {
   EXPECT_EQ(GetForegroundWindow(), owner.Handle());
 }
 
+TEST(ProgressWindow, IsCancelledOnlyWhereItCanBe) {
+  DesktopDriver driver;
+  HostWindow owner;
+  ProgressWindow progress;
+  progress.BeginCancellable(&owner, "Import...", "in.csv");
+  EXPECT_EQ(GetWindowText(progress.Handle()), "Import...");
+  EXPECT_TRUE(progress.Advance(1, 1000000));
+  EXPECT_TRUE(progress.Advance(0, 0)) << "an empty file";
+  driver.ClickControl(progress.Handle(), IDCANCEL);
+  EXPECT_FALSE(progress.Advance(2, 1000000));
+  progress.Begin(&owner, "Compacting", 10);
+  EXPECT_FALSE(IsWindowVisible(GetDlgItem(progress.Handle(), IDCANCEL)));
+  EXPECT_TRUE(progress.Advance(1, 10)) << "begun anew";
+}
+
 TEST(ProgressWindow, ALongNameDoesNotWidenItAndNothingToDoIsFine) {
   DesktopDriver driver;
   HostWindow owner;

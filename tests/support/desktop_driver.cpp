@@ -169,6 +169,7 @@ void DesktopDriver::Poll() {
   const Answer::Kind kind = qobject_cast<QMenu*>(open) != nullptr         ? Answer::kMenu
                             : qobject_cast<QMessageBox*>(open) != nullptr ? Answer::kMessageBox
                             : qobject_cast<QFileDialog*>(open) != nullptr ? Answer::kFile
+                            : open->inherits("QPrintDialog")              ? Answer::kFile
                                                                           : Answer::kDialog;
   if (answers.empty() || answers.front().kind != kind) {
     auto* box = qobject_cast<QMessageBox*>(open);
@@ -192,6 +193,13 @@ void DesktopDriver::Give(const Answer& answer, QWidget* open) {
   }
   if (auto* files = qobject_cast<QFileDialog*>(open)) {
     AnswerFileDialog(answer, *files);
+    return;
+  }
+  if (open->inherits("QPrintDialog")) {
+    // Without a printer it prints to a file.
+    auto* name = open->findChild<QLineEdit*>(QStringLiteral("filename"));
+    if (name != nullptr) name->setText(QString::fromStdString(answer.text));
+    QMetaObject::invokeMethod(open, name == nullptr || answer.text.empty() ? "reject" : "accept");
     return;
   }
   auto* box = qobject_cast<QMessageBox*>(open);

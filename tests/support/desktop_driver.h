@@ -49,7 +49,7 @@ class DesktopDriver {
   void AnswerMessageBox(const std::string& textPart, int answer);
   // Called with the next dialog that opens; it must end it or register what does.
   void WhenDialogOpens(std::function<void(HWND dialog)> callback);
-  // Answers the next dialog for a file or a folder with a path; empty: cancels it.
+  // Answers the next dialog for a file or a folder, or for printing, with a path; empty: cancels it.
   void ChooseFile(const std::string& path);
   // The kinds of files that the last one offered.
   const std::vector<std::string>& LastFileKinds() const { return lastFileKinds; }

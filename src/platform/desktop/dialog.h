@@ -54,6 +54,7 @@ LRESULT SendDlgItemMessage(HWND dialog, int id, UINT message, WPARAM wParam, LPA
 constexpr LRESULT kControlError = -1;
 constexpr UINT EM_LIMITTEXT = 0x00C5;      // wParam: most bytes the user can type; a text set stays whole
 constexpr UINT WM_GETTEXTLENGTH = 0x000E;  // answers bytes
+// A control takes WM_SETFONT as well, with an HFONT in wParam, which it does not keep.
 constexpr UINT PBM_SETPOS = 0x0402;        // wParam: how far a progress bar is
 constexpr UINT PBM_SETRANGE32 = 0x0406;    // wParam: where it begins, lParam: where it ends
 constexpr UINT CB_ADDSTRING = 0x0143;      // lParam: text; answers its index

@@ -20,6 +20,7 @@
 
 #include "platform/desktop/qt/control_text.h"
 #include "platform/desktop/qt/dialog_widget.h"
+#include "platform/desktop/qt/font_handle.h"
 #include "platform/desktop/qt/storable_text.h"
 #include "platform/desktop/qt/window_table.h"
 
@@ -28,7 +29,7 @@ namespace {
 void Report(const QWidget* control, unsigned code) {
   const WindowEntry* entry = FindWindowEntry(HandleOf(control));
   if (entry == nullptr) return;
-  const HWND dialog = HandleAround(control->parentWidget());
+  const HWND dialog = HandleOf(control->window());
   SendMessage(dialog, WM_COMMAND, MakeWParam(static_cast<unsigned>(entry->controlId), code),
               reinterpret_cast<LPARAM>(entry->handle));
 }
@@ -275,6 +276,10 @@ LRESULT SendToControl(const WindowEntry& control, UINT message, WPARAM wParam, L
   if (message == WM_GETTEXTLENGTH) return static_cast<LRESULT>(ControlText(*control.widget).size());
   if (message == WM_SETTEXT) {
     SetControlText(*control.widget, reinterpret_cast<const char*>(lParam));
+    return 1;
+  }
+  if (message == WM_SETFONT) {
+    control.widget->setFont(reinterpret_cast<HFONT>(wParam)->Resolve().font);
     return 1;
   }
   if (message == EM_LIMITTEXT) {
