@@ -1,7 +1,8 @@
 // How commands on appointments begin, and what their users are told of what came of them.
 #pragma once
 
-#include "calendar/appointment_actions.h"
+#include "calendar/action_host.h"
+#include "core/calendar/calendar_session.h"
 #include "core/events/event_commands.h"
 
 // Whether a command that changes records may begin on the selected one; tells why not.

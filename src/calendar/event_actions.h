@@ -2,7 +2,8 @@
 // of its end.
 #pragma once
 
-#include "calendar/appointment_actions.h"
+#include "calendar/action_host.h"
+#include "core/calendar/calendar_session.h"
 #include "core/events/event_commands.h"
 
 // Has the participants of the selected appointment chosen, which is an event from then on. Without one it

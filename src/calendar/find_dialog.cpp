@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "calendar/appointment_actions.h"
 #include "framework/services.h"
 
 namespace {

@@ -8,8 +8,8 @@
 
 #include "calendar/views/find_list.h"
 #include "calendar/views/header_strip.h"
-#include "controls/kept_selection.h"
 #include "calendar/window_host.h"
+#include "controls/kept_selection.h"
 #include "core/calendar/text_search.h"
 #include "framework/dialog_items.h"
 

@@ -3,9 +3,10 @@
 // each.
 #pragma once
 
-#include "calendar/appointment_actions.h"
+#include "calendar/action_host.h"
 #include "calendar/command_gate.h"
 #include "controls/list_view.h"
+#include "core/calendar/calendar_session.h"
 
 class WindowHost final : public ActionHost {
  public:

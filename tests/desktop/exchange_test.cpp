@@ -205,6 +205,7 @@ TEST_F(Exchange, ImportAsksStepByStepAndKeepsWhatWasChosen) {
 }
 
 TEST(ReportPages, HaveTheTitleAndLoseNothing) {
+  const DesktopDriver driver;  // fonts are those of a running program
   const HFONT font = CreateFont({"Verdana", -11, 400, false});
   const int line = GetTextMetrics(font).height + GetTextMetrics(font).externalLeading;
   const int width = MeasureText(font, "one two three").cx;

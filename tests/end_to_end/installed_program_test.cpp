@@ -42,8 +42,8 @@ TEST(InstalledProgram, LooksAsBuiltAndWritesIntoTheUsersFolderOnly) {
   for (const char* name :
        {"lib/daybrix/libtempoline_sound.so", "share/daybrix/select.wav", "share/daybrix/Help/calendar.htm",
         "share/applications/tempoline.desktop", "share/mime/packages/tempoline.xml",
-        "share/man/man1/tempoline-cli.1", "share/bash-completion/completions/tempoline-cli", "share/icons/hicolor/48x48/apps/tempoline.png",
-        "share/icons/hicolor/scalable/apps/tempoline.svg"}) {
+        "share/man/man1/tempoline-cli.1", "share/bash-completion/completions/tempoline-cli",
+        "share/icons/hicolor/48x48/apps/tempoline.png", "share/icons/hicolor/scalable/apps/tempoline.svg"}) {
     EXPECT_TRUE(platform::FileExists(prefix + "/" + name)) << name;
   }
 

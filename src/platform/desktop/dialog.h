@@ -55,10 +55,10 @@ constexpr LRESULT kControlError = -1;
 constexpr UINT EM_LIMITTEXT = 0x00C5;      // wParam: most bytes the user can type; a text set stays whole
 constexpr UINT WM_GETTEXTLENGTH = 0x000E;  // answers bytes
 // A control takes WM_SETFONT as well, with an HFONT in wParam, which it does not keep.
-constexpr UINT PBM_SETPOS = 0x0402;        // wParam: how far a progress bar is
-constexpr UINT PBM_SETRANGE32 = 0x0406;    // wParam: where it begins, lParam: where it ends
-constexpr UINT CB_ADDSTRING = 0x0143;      // lParam: text; answers its index
-constexpr UINT CB_RESETCONTENT = 0x014B;   // empties list and edit field
+constexpr UINT PBM_SETPOS = 0x0402;       // wParam: how far a progress bar is
+constexpr UINT PBM_SETRANGE32 = 0x0406;   // wParam: where it begins, lParam: where it ends
+constexpr UINT CB_ADDSTRING = 0x0143;     // lParam: text; answers its index
+constexpr UINT CB_RESETCONTENT = 0x014B;  // empties list and edit field
 constexpr UINT CB_GETCOUNT = 0x0146;
 constexpr UINT CB_GETCURSEL = 0x0147;
 constexpr UINT CB_SETCURSEL = 0x014E;        // wParam: index, -1 for none
