@@ -43,6 +43,8 @@ std::string MessageOf(const core::RecordFile& file, core::CommandResult result) 
       return "The record is the owner's alone.";
     case core::CommandResult::kCancelledEvent:
       return "The record is an internet event that was cancelled.";
+    case core::CommandResult::kRepeats:
+      return "The appointment repeats: change its date with edit.";
     default:
       return core::DescribeResult(file, result);
   }

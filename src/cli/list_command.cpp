@@ -160,7 +160,7 @@ const core::DayTable* Lister::FindDays() {
   if (selection.text) {
     const core::ScanResult scanned = core::ScanRecords(file, [this](const char* slot, std::int32_t offset) {
       const auto& record = *reinterpret_cast<const Appointment*>(slot);
-      if (selection.text->Matches(record)) found.emplace(offset, record.header.recordId);
+      if (selection.text->Matches(record)) found[offset] = record.header.recordId;
     });
     complete = scanned == core::ScanResult::kAll;
   }

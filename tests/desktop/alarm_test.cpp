@@ -43,8 +43,7 @@ TEST_F(AlarmSettings, AnAlarmIsSet) {
   Accept(Settings(record, true), [&](HWND dialog) {
     EXPECT_FALSE(Enabled(dialog, Settings::kToneEdit));
     driver.ClickControl(dialog, Settings::kSetRadio);
-    SendDlgItemMessage(dialog, Settings::kDaysBox, CB_SETCURSEL, 2, 0);
-    SendMessage(dialog, WM_COMMAND, MakeWParam(Settings::kDaysBox, CBN_SELCHANGE), 0);
+    driver.TypeInto(dialog, Settings::kDaysBox, "2");
     EXPECT_EQ(TextOf(dialog, Settings::kRingLabel), "Date: 18/3/2004\r\nTime: 13:30");
     driver.TypeInto(dialog, Settings::kToneEdit, "/none.wav");
     driver.AnswerMessageBox("\"/none.wav\" cannot be played", IDOK);

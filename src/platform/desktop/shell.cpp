@@ -7,6 +7,7 @@
 #include <QFileInfo>
 #include <QProcess>
 #include <QRegularExpression>
+#include <QSet>
 #include <QStandardPaths>
 #include <QUrl>
 #include <utility>
@@ -33,14 +34,22 @@ void MakeMute(QProcess& process) {
   process.setStandardErrorFile(QProcess::nullDevice());
 }
 
-// Runs a program, and goes on listening for how it ends. It outlives this one.
+// The programs that run. They outlive this one, so nothing here is ever destroyed, which would stop them.
+QSet<QProcess*>& Listened() {
+  static auto* const processes = new QSet<QProcess*>;
+  return *processes;
+}
+
+// Runs a program, and goes on listening for how it ends.
 void RunAndListen(const QString& program, const QString& argument, WhenNotOpened notOpened) {
-  auto* process = new QProcess;  // gone when it has ended; where this program ends first, nobody stops it
+  auto* process = new QProcess;  // gone when it has ended
+  Listened().insert(process);
   process->setProgram(program);
   process->setArguments({argument});
   process->setChildProcessModifier([] { setsid(); });
   MakeMute(*process);
   const auto end = [process, notOpened = std::move(notOpened)](bool opened) {
+    Listened().remove(process);
     process->deleteLater();
     if (!opened && notOpened) notOpened();
   };

@@ -64,8 +64,32 @@ class WheelWithFocus : public QObject {
   QComboBox* box;
 };
 
+// A letter typed in a closed box selects the next line that begins with it, which the box tells nobody.
+class ChoiceByLetter : public QObject {
+ public:
+  explicit ChoiceByLetter(QComboBox* typedIn) : QObject(typedIn), box(typedIn) {
+    box->installEventFilter(this);
+  }
+
+  bool eventFilter(QObject*, QEvent* event) override {
+    if (event->type() != QEvent::KeyPress) return false;
+    const QString text = static_cast<QKeyEvent*>(event)->text();
+    if (text.isEmpty() || !text.front().isPrint()) return false;
+    const auto tell = [this, before = box->currentIndex()] {
+      if (box->currentIndex() != before) Report(box, CBN_SELCHANGE);
+    };
+    QMetaObject::invokeMethod(box, tell, Qt::QueuedConnection);  // by then the box has taken the key
+    return false;
+  }
+
+ private:
+  QComboBox* box;
+};
+
 void BindComboBox(QComboBox* box) {
-  new WheelWithFocus(box);  // the box's, which owns it
+  // Both are the box's, which owns them.
+  new WheelWithFocus(box);
+  if (!box->isEditable()) new ChoiceByLetter(box);
   // A list of as many lines as the template says; as a menu of all its lines it would be as high as the
   // screen.
   box->setStyleSheet(QStringLiteral("combobox-popup: 0"));

@@ -99,7 +99,8 @@ TEST_F(Batches, FreeSlotsAreTakenAndOthersSeeEachBatch) {
   const std::uint64_t before = Counter();
   EXPECT_EQ(Import(600).added, 600);
   EXPECT_EQ(Counter(), before + 3);
-  EXPECT_EQ(calendar.Header().freeSlotBalance, 0);
+  const std::int32_t balance = calendar.Header().freeSlotBalance;
+  EXPECT_EQ(balance, 0);
   EXPECT_EQ(calendar.file.SlotsEnd(), core::kFirstSlotOffset + 603 * 2627);
   const std::vector<std::string> subjects = Subjects(calendar.file, AllRecords(calendar.file));
   ASSERT_EQ(subjects.size(), 603U);
