@@ -17,10 +17,27 @@ bool Leaves(Participant&) {
   return false;
 }
 
+// Looks for a participant that a compaction has moved; kVanished when it is in the store no more.
+CommandResult FindMoved(const RecordFile& store, StoredParticipant& known) {
+  std::vector<StoredParticipant> stored;
+  const CommandResult read =
+      ReadParticipants(store, known.participant.eventId, RecordList::kMostRecords, stored);
+  const auto found = std::find_if(stored.begin(), stored.end(), [&known](const StoredParticipant& one) {
+    return ReadText(one.participant.email) == ReadText(known.participant.email);
+  });
+  if (found == stored.end()) return read == CommandResult::kDone ? CommandResult::kVanished : read;
+  known.offset = found->offset;
+  return CommandResult::kDone;
+}
+
 // One whom somebody edits, or who is gone, is passed over.
-CommandResult Change(RecordFile& store, const StoredParticipant& known,
+CommandResult Change(RecordFile& store, StoredParticipant& known,
                      const std::function<bool(Participant&)>& change) {
-  const CommandResult result = ChangeParticipant(store, known, change);
+  CommandResult result = ChangeParticipant(store, known, change);
+  if (result == CommandResult::kVanished) {
+    result = FindMoved(store, known);
+    if (result == CommandResult::kDone) result = ChangeParticipant(store, known, change);
+  }
   const bool passedOver = result == CommandResult::kLocked || result == CommandResult::kVanished;
   return passedOver ? CommandResult::kDone : result;
 }

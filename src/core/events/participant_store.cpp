@@ -3,6 +3,13 @@
 #include "core/store/record_query.h"
 
 namespace core {
+namespace {
+
+bool IsSame(const Participant& now, const Participant& known) {
+  return now.eventId == known.eventId && ReadText(now.email) == ReadText(known.email);
+}
+
+}  // namespace
 
 CommandResult ReadParticipants(const RecordFile& store, std::uint64_t eventId, std::size_t most,
                                std::vector<StoredParticipant>& participants) {
@@ -30,14 +37,15 @@ CommandResult ChangeParticipant(RecordFile& store, const StoredParticipant& know
                                 const std::function<bool(Participant&)>& change) {
   // The caller may hold the lock of the appointment, under which no list is rebuilt.
   const bool refreshed = RefreshEnabled();
+  // Looked at first: a compaction may have put somebody else's participant there, and its lock would keep who
+  // works on that one from it.
+  Participant now;
+  if (store.ReadSlot(&now, known.offset) && !IsSame(now, known.participant)) return CommandResult::kVanished;
   EditLock lock(store);
   CommandResult result = lock.Take({known.offset, known.participant.header.recordId});
   if (result != CommandResult::kDone) return result;
-  Participant now;
   result = lock.Read(&now);
-  const bool same =
-      now.eventId == known.participant.eventId && ReadText(now.email) == ReadText(known.participant.email);
-  if (result == CommandResult::kDone && !same) result = CommandResult::kVanished;
+  if (result == CommandResult::kDone && !IsSame(now, known.participant)) result = CommandResult::kVanished;
   if (result == CommandResult::kDone) result = change(now) ? lock.Write(&now) : lock.Delete();
   const CommandResult released = lock.Release();
   SetRefreshEnabled(refreshed);
