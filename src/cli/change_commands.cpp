@@ -7,6 +7,7 @@
 #include "cli/commands.h"
 #include "cli/values.h"
 #include "core/calendar/appointment_commands.h"
+#include "core/events/event_commands.h"
 #include "core/store/file_messages.h"
 
 namespace cli {
@@ -131,10 +132,16 @@ Outcome DeleteCommand(const Arguments& arguments) {
   if (!outcome.IsDone()) return outcome;
   core::EditLock lock(*target.file);
   Appointment record;
-  CommandResult result = lock.Take(target.key);
-  if (result == CommandResult::kDone) result = core::DeleteLocked(lock, record);
-  outcome = DescribeChange(*target.file, result);
-  return outcome.IsDone() ? Outcome{kDone, target.notice} : outcome;
+  core::EventOutcome deleted{lock.Take(target.key)};
+  if (deleted.result == CommandResult::kDone) deleted.result = core::ReadLocked(lock, record);
+  if (deleted.result == CommandResult::kDone) {
+    // Nobody is to be invited any more to what is gone.
+    deleted = IsInternetEvent(record) ? core::DeleteEvent(lock, false)
+                                      : core::EventOutcome{core::DeleteLocked(lock, record)};
+  }
+  outcome = DescribeChange(*target.file, deleted.result);
+  if (outcome.IsDone()) return {kDone, target.notice};
+  return deleted.message.empty() ? outcome : FailOn(target.file->Path(), outcome.code, deleted.message);
 }
 
 }  // namespace cli

@@ -52,6 +52,7 @@ TEST(CliParticipants, OfVisibleEventsAreListedAndNothingIsMade) {
   };
   Entry shown("Party");
   shown.appointment.header.recordId = 0xF1;
+  shown.appointment.header.eventFlag = core::kInternetEvent;
   Entry secret("Secret");
   secret.appointment.header.recordId = 0xF2;
   calendar.Add(shown);
@@ -73,6 +74,10 @@ TEST(CliParticipants, OfVisibleEventsAreListedAndNothingIsMade) {
   EXPECT_NE(run({"--password=own"}).output.find("Secret"), std::string::npos);
   EXPECT_EQ(run({"00000000000000f1", "--password=own"}).output, "event,subject,state,name,email\r\n" + party);
   EXPECT_EQ(run({"00000000000000f2"}).code, 3);
+  EXPECT_EQ(RunCli({"delete", calendar.Path(), "00000000000000f1"}).code, 0);
+  core::ParticipantList left;
+  ASSERT_EQ(left.Load(store, 0xF1), core::CommandResult::kDone);
+  EXPECT_TRUE(left.Participants().empty()) << "nobody is invited to what is gone";
 }
 
 TEST(CliRegister, SaysWhatCameOfIt) {
