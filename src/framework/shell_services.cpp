@@ -30,12 +30,19 @@ std::string FolderOf(int choice) {
 }
 
 // Over the window, or, when that is gone by then, over whichever is in front.
-WhenNotOpened TellNotOpened(const ZarfWnd* owner, const std::string& target) {
-  const HWND window = owner != nullptr ? owner->Handle() : nullptr;
-  return [window, target] {
+WhenNotOpened Tell(HWND window, const std::string& what) {
+  return [window, what] {
     const HWND over = IsWindow(window) ? window : GetForegroundWindow();
-    ShowInfo(ObjectFromHandle(over), core::Quoted(target) + " cannot be opened.");
+    ShowInfo(ObjectFromHandle(over), what);
   };
+}
+
+void OpenOr(const WhenNotOpened& tell, const std::string& target) {
+  if (!OpenOnDesktop(target, tell)) tell();
+}
+
+WhenNotOpened TellNotOpened(const ZarfWnd* owner, const std::string& target) {
+  return Tell(owner != nullptr ? owner->Handle() : nullptr, core::Quoted(target) + " cannot be opened.");
 }
 
 }  // namespace
@@ -69,7 +76,9 @@ void OpenHelp(const char* fileName, bool) {
   const std::string name = std::string("Help/") + fileName;
   const std::string path = platform::SharedFilePath(name);
   if (platform::FileExists(path)) {
-    OpenOnDesktop(path);
+    OpenOr(Tell(GetForegroundWindow(), "No program here shows the help. Its pages lie in\r\n" +
+                                           core::Quoted(path.substr(0, path.rfind('/'))) + "."),
+           path);
     return;
   }
   ShowInfo(ObjectFromHandle(GetForegroundWindow()),
@@ -77,8 +86,7 @@ void OpenHelp(const char* fileName, bool) {
 }
 
 void OpenOrTell(ZarfWnd* owner, const std::string& target) {
-  const WhenNotOpened tell = TellNotOpened(owner, target);
-  if (!OpenOnDesktop(target, tell)) tell();
+  OpenOr(TellNotOpened(owner, target), target);
 }
 
 void MailOrTell(ZarfWnd* owner, const std::string& address) {

@@ -28,8 +28,8 @@ std::vector<FileFilter> ParseFileFilter(std::string_view filter);
 // Asks for a folder, beginning with the one in `path` if it is not empty.
 bool BrowseFolder(HWND owner, std::string& path);
 
-// Opens a page of the help folder, or says that it is missing. There is no viewer of the program's own: with
-// and without useBrowser it is the desktop that shows it.
+// Opens a page of the help folder, or says that it is missing or, where nothing shows it, where it lies.
+// There is no viewer of the program's own: with and without useBrowser it is the desktop that shows it.
 void OpenHelp(const char* fileName, bool useBrowser);
 
 // A file, folder or address that a record holds, with whatever the desktop opens it with; a new message to an

@@ -36,7 +36,11 @@ const std::string& CommandLineFile() {
 
 int RunApplication(ZarfWndApp& application, const std::string& file) {
   CommandLineStore() = file;
-  if (file.empty() && !platform::HoldInstance(application.WindowClass())) return 0;
+  if (file.empty() && !platform::HoldInstance(application.WindowClass())) {
+    JoinCopies();
+    BroadcastNotify(kNotifyRaise, nullptr);
+    return 0;
+  }
   CreateFonts();
   LoadSwitches();
   JoinCopies();

@@ -6,6 +6,7 @@
 // Codes of notices.
 constexpr int kNotifySettings = 100;  // sound, animation or the refresh time changed
 constexpr int kNotifySkin = 101;      // another skin was chosen
+constexpr int kNotifyRaise = 102;     // somebody started the program again, without a file
 
 // The message in which a notice arrives at every top-level window: wParam is the code, lParam the handle of
 // the window that sent it when this process did, else 0: a handle means nothing outside its process.

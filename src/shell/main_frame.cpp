@@ -9,6 +9,7 @@
 #include "platform/desktop/application.h"
 #include "platform/desktop/cursor.h"
 #include "platform/desktop/frame.h"
+#include "platform/system/running_copies.h"
 #include "resources/text_ids.h"
 #include "shell/commands.h"
 #include "shell/copy_notices.h"
@@ -133,6 +134,7 @@ LRESULT ZarfWndApp::OnNotice(const MessageRecord& record) {
     RearmWatchTimer();
   }
   if (record.wParam == kNotifySkin) RepaintSkin();
+  if (record.wParam == kNotifyRaise && platform::HoldsInstance(WindowClass())) BringToFront(hwnd);
   return 0;
 }
 

@@ -8,6 +8,7 @@
 #include "core/ini_file.h"
 #include "framework/notices.h"
 #include "framework/services.h"
+#include "platform/system/file.h"
 #include "platform/system/program_folder.h"
 #include "platform/system/program_start.h"
 #include "shell/copy_notices.h"
@@ -51,7 +52,7 @@ LRESULT OptionsDialog::OnInitDialog(const MessageRecord&) {
   for (const auto& [box, key] : kSwitches) CheckDlgButton(hwnd, box, IsShownOn(settings, key));
   const bool trayRuns = platform::ProgramRuns(TrayProgram());
   tray.Check(trayRuns);
-  tray.Enable(!trayRuns);
+  tray.Enable(!trayRuns && platform::FileExists(TrayProgram()));
   for (int seconds = 1; seconds <= kMostSeconds; ++seconds) {
     refresh.Add(std::to_string(seconds) + " sec.");
   }

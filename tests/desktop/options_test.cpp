@@ -99,9 +99,10 @@ TEST_F(Options, TheTrayProgramIsStartedWhenAskedForAndThere) {
   const std::string program = own.substr(0, own.rfind('/') + 1) + "Daybrix";
   const auto start = [&](bool wanted) {
     Open([&](HWND dialog) {
-      EXPECT_TRUE(Enabled(dialog, OptionsDialog::kTrayBox));
+      EXPECT_EQ(Enabled(dialog, OptionsDialog::kTrayBox), std::filesystem::exists(program));
       EXPECT_FALSE(IsDlgButtonChecked(dialog, OptionsDialog::kTrayBox));
-      if (wanted) driver.ClickControl(dialog, OptionsDialog::kTrayBox);
+      if (wanted && Enabled(dialog, OptionsDialog::kTrayBox))
+        driver.ClickControl(dialog, OptionsDialog::kTrayBox);
       driver.ClickControl(dialog, IDOK);
     });
   };

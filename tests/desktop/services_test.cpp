@@ -231,6 +231,12 @@ TEST_F(Services, WhatNothingOpensIsToldOf) {
   driver.AnswerMessageBox("\"mailto:ann@example.org\" cannot be opened.", IDOK);
   MailOrTell(&host, "ann@example.org");
   driver.Wait(300);
+  platform::MakeFolder(Folder().Join("Help"));
+  Folder().Write("Help/page.htm", "x");
+  driver.AnswerMessageBox(
+      "No program here shows the help. Its pages lie in\r\n\"" + Folder().Join("Help") + "\".", IDOK);
+  OpenHelp("page.htm", false);
+  driver.Wait(300);
   AddProgram("xdg-open");
   OpenOrTell(&host, "https://example.org");
   EXPECT_EQ(Called("xdg-open"), "https://example.org\n");

@@ -65,10 +65,21 @@ class EndToEnd : public testing::Test {
 
 TEST_F(EndToEnd, TheFirstStartMakesTheDefaultCalendarWithItsExamples) {
   RunningProgram program(display.Name(), folder.Path(), "", "2033-01-01T08:00:00");
-  display.WaitForWindow(program.Process(), kFrame);
-  // One copy is enough when no file is named.
-  RunningProgram second(display.Name(), folder.Path(), "");
-  EXPECT_EQ(second.ExitCode(), 0);
+  const std::string frame = display.WaitForWindow(program.Process(), kFrame);
+  {
+    // One copy is enough when no file is named. The second one brings its window to the front.
+    const RunningProgram other(display.Name(), folder.Path(), NewCalendar());
+    const std::string otherFrame = display.WaitForWindow(other.Process(), kFrame);
+    const auto inFront = [&] {
+      const std::string all = tests::Shell("DISPLAY=" + display.Name() +
+                                           " xdotool search --onlyvisible --name '^" + kFrame + "$'");
+      return all.substr(all.rfind('\n') + 1);
+    };
+    ASSERT_TRUE(WaitUntil([&] { return inFront() == otherFrame; }, 3000));
+    RunningProgram second(display.Name(), folder.Path(), "");
+    EXPECT_EQ(second.ExitCode(), 0);
+    EXPECT_TRUE(WaitUntil([&] { return inFront() == frame; }, 3000));
+  }
   EXPECT_EQ(program.Close(), 0);
   const std::string bytes = folder.Read("works/tempoline.cld");
   ASSERT_EQ(bytes.size(), kFirstSlot + 3 * kSlot);

@@ -70,6 +70,11 @@ bool IsSocketName(std::string_view name) {
   return name.starts_with(kSocketStem) && name.ends_with(kSocketEnding) && name.size() <= kLongestSocketName;
 }
 
+std::map<std::string, Descriptor>& HeldInstances() {
+  static std::map<std::string, Descriptor> held;
+  return held;
+}
+
 std::vector<std::string> SocketsIn(const std::string& folder) {
   std::vector<std::string> paths;
   DIR* listing = opendir(folder.c_str());
@@ -83,9 +88,12 @@ std::vector<std::string> SocketsIn(const std::string& folder) {
 
 }  // namespace
 
+bool HoldsInstance(const std::string& name) {
+  return HeldInstances().contains(name);
+}
+
 bool HoldInstance(const std::string& name) {
-  static std::map<std::string, Descriptor> held;
-  if (held.contains(name)) return true;
+  if (HoldsInstance(name)) return true;
   const std::string folder = RuntimeFolder();
   if (folder.empty() || name.empty() || name.find('/') != std::string::npos) return false;
   Descriptor lock;
@@ -94,7 +102,7 @@ bool HoldInstance(const std::string& name) {
   // The sticky bit tells those who tidy runtime folders to leave the file alone; a second copy could start if
   // not.
   fchmod(lock.Number(), S_ISVTX | 0600);
-  held.emplace(name, std::move(lock));
+  HeldInstances().emplace(name, std::move(lock));
   return true;
 }
 

@@ -11,6 +11,8 @@ namespace platform {
 // Holds `name` for this process until it ends. False when another process holds it, or when there is no
 // folder to hold it in. `name` is used as part of a file name and has no slash.
 bool HoldInstance(const std::string& name);
+// Whether this process does.
+bool HoldsInstance(const std::string& name);
 
 // This copy's place among the others. Open it once, at start.
 class RunningCopies {
