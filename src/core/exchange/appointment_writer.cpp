@@ -1,6 +1,9 @@
 #include "core/exchange/appointment_writer.h"
 
 #include <algorithm>
+#include <memory>
+#include <new>
+#include <utility>
 #include <vector>
 
 #include "core/calendar/day_table.h"
@@ -8,18 +11,47 @@
 #include "core/store/record_query.h"
 #include "core/store/record_scan.h"
 #include "core/time_texts.h"
+#include "platform/system/large_block.h"
 #include "platform/system/replacement_file.h"
 
 namespace core {
 namespace {
 
-constexpr std::size_t kPiece = 65536;  // bytes that are gathered before they go out
+constexpr std::size_t kPiece = 262144;  // bytes that are gathered before they go out
 constexpr std::string_view kLineEnd = "\r\n";
 constexpr std::string_view kDayLine = "----------------------------------------\r\n";
+
+// The texts of appointments, which are met in another order than they go out in: as many as find room, so
+// that memory does not grow with the file.
+class KeptTexts {
+ public:
+  // A copy of the text that stays where it is; without data when there is no room for it.
+  std::string_view Keep(std::string_view text);
+
+ private:
+  static constexpr std::size_t kMostBlocks = 32;
+
+  std::vector<platform::LargeBlock> blocks;
+  std::size_t used = platform::kLargeBlock;  // bytes of the last one
+};
+
+std::string_view KeptTexts::Keep(std::string_view text) {
+  if (text.size() > platform::kLargeBlock - used) {
+    if (blocks.size() == kMostBlocks) return {};
+    platform::LargeBlock block = platform::TakeLargeBlock();
+    if (block == nullptr) return {};
+    blocks.push_back(std::move(block));
+    used = 0;
+  }
+  char* const place = blocks.back().get() + used;
+  used += text.copy(place, text.size());
+  return {place, text.size()};
+}
 
 struct Entry {
   std::uint64_t order;
   RecordKey record;
+  std::string_view text;  // without data for one that is to be read again
 };
 
 class Writer {
@@ -48,6 +80,7 @@ class Writer {
     if (waiting.size() >= kPiece) Flush();
   }
   void PutTitle();
+  void PutRecord(const Appointment& record);
   void PutExported(const Appointment& record);
   void PutEntry(const Appointment& record);
   void PutShortEntry(const Appointment& record);
@@ -60,6 +93,7 @@ class Writer {
   DateRange range{};
   Access level = Access::kNone;
   std::vector<Entry> entries;
+  KeptTexts kept;
   std::string waiting;
   WriteResult result;
 };
@@ -118,8 +152,11 @@ bool Writer::Collect() {
       return;
     }
     const auto& record = *reinterpret_cast<const Appointment*>(slot);
-    entries.push_back({kListOrder.key(slot), {offset, record.header.recordId}});
+    waiting.clear();
+    PutRecord(record);
+    entries.push_back({kListOrder.key(slot), {offset, record.header.recordId}, kept.Keep(waiting)});
   });
+  waiting.clear();
   if (scanned == ScanResult::kParts) result.outcome = WriteOutcome::kParts;
   std::stable_sort(entries.begin(), entries.end(),
                    [](const Entry& a, const Entry& b) { return a.order < b.order; });
@@ -135,15 +172,16 @@ void Writer::WriteList() {
   const auto whole = static_cast<std::int64_t>(entries.size());
   std::int64_t done = 0;
   for (const Entry& entry : entries) {
-    Appointment record;
     if (!GoesOn(done++, whole)) return;
-    if (!Read(entry.record, record)) continue;
-    ++result.written;
-    if (options.mode == ExchangeMode::kExport) {
-      PutExported(record);
+    Appointment record;
+    if (entry.text.data() != nullptr) {
+      Put(entry.text);
+    } else if (Read(entry.record, record)) {
+      PutRecord(record);
     } else {
-      PutEntry(record);
+      continue;
     }
+    ++result.written;
   }
 }
 
@@ -206,6 +244,14 @@ void Writer::PutTitle() {
     Put(&field == kExchangeFields.data() ? "\"" : ",\"", field.name, "\"");
   }
   Put(kLineEnd);
+}
+
+void Writer::PutRecord(const Appointment& record) {
+  if (options.mode == ExchangeMode::kExport) {
+    PutExported(record);
+  } else {
+    PutEntry(record);
+  }
 }
 
 void Writer::PutExported(const Appointment& record) {
