@@ -1,8 +1,6 @@
 # daybrix_dialog_templates(TARGET FUNCTION FILES ...): compiles Qt Designer files named <number>.ui and generates a
 # function `void FUNCTION()` that makes them known to the desktop layer. The generated sources are the only ones outside
 # src/platform/desktop that see Qt; nobody but the build reads them.
-find_program(DAYBRIX_UIC uic HINTS /usr/lib/qt6/libexec REQUIRED NO_DEFAULT_PATH)
-
 function(daybrix_dialog_templates target function)
   cmake_parse_arguments(ARG "" "QRC" "FILES" ${ARGN})
   set(folder ${CMAKE_CURRENT_BINARY_DIR}/${target}_templates)
@@ -14,7 +12,7 @@ function(daybrix_dialog_templates target function)
     set(header ${folder}/ui_${number}.h)
     add_custom_command(OUTPUT ${header} DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${file}
       COMMAND ${CMAKE_COMMAND} -E make_directory ${folder}
-      COMMAND ${DAYBRIX_UIC} -o ${header} ${CMAKE_CURRENT_SOURCE_DIR}/${file} VERBATIM)
+      COMMAND Qt6::uic -o ${header} ${CMAKE_CURRENT_SOURCE_DIR}/${file} VERBATIM)
     list(APPEND headers ${header})
     string(APPEND includes "#include \"ui_${number}.h\"\n")
     string(APPEND calls "  AddDialogTemplate(${number}, [](QDialog& dialog) { Ui::Dialog${number}().setupUi(&dialog); });\n")

@@ -3,7 +3,7 @@
 add_library(daybrix_options INTERFACE)
 target_compile_definitions(daybrix_options INTERFACE DAYBRIX_VERSION="${PROJECT_VERSION}")
 target_compile_options(daybrix_options INTERFACE
-  -Wall -Wextra -Wconversion -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wimplicit-fallthrough -Werror
+  -Wall -Wextra -Wconversion -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wimplicit-fallthrough
   -fno-exceptions -fno-rtti)
 target_include_directories(daybrix_options INTERFACE ${PROJECT_SOURCE_DIR}/src)
 

@@ -14,7 +14,7 @@ using PlayWave = void (*)(const char* path);
 // Null when the module is not installed: the program is then silent.
 PlayWave LoadModule() {
   const QString folder = QCoreApplication::applicationDirPath();
-  for (const QString& place : {folder, folder + QStringLiteral("/../lib/daybrix")}) {
+  for (const QString& place : {folder, folder + QStringLiteral("/" MODULES_FROM_PROGRAM)}) {
     QLibrary library(place + QStringLiteral("/lib") + QLatin1String(kSoundModule));
     if (library.load()) return reinterpret_cast<PlayWave>(library.resolve(kPlayWaveSymbol));
   }

@@ -54,9 +54,13 @@ std::string HomeFolder() {
   return user == nullptr ? "/" : user->pw_dir;
 }
 
-// What an installed program reads.
+// What an installed program reads. The build says where it lies as seen from the program's folder.
 std::string InstalledShareFolder() {
-  return FolderOf(FolderOf(ExecutablePath())) + "/share/" + std::string(kProduct);
+  std::string folder = FolderOf(ExecutablePath());
+  std::string_view rest = SHARE_FROM_PROGRAM;
+  for (constexpr std::string_view kUp = "../"; rest.starts_with(kUp); rest.remove_prefix(kUp.size()))
+    folder = FolderOf(folder);
+  return folder.append("/").append(rest);
 }
 
 std::string UserFolder() {
@@ -72,8 +76,7 @@ std::string ChooseProgramFolder() {
   }
   std::string own = FolderOf(ExecutablePath());
   // Even who may write there (root, or a user with programs of his own) wants no settings among programs.
-  const bool installed = FileExists(InstalledShareFolder() + "/Styles");
-  if (!installed && access(own.c_str(), W_OK | X_OK) == 0) return own;
+  if (!IsInstalled() && access(own.c_str(), W_OK | X_OK) == 0) return own;
   std::string folder = UserFolder();
   MakeFolder(folder);  // if it cannot be made, nothing is saved, and what tries to save says so
   return folder;
@@ -91,6 +94,10 @@ std::string ExecutableBaseName() {
   const std::string name = path.substr(path.rfind('/') + 1);
   const std::size_t dot = name.rfind('.');
   return dot == std::string::npos || dot == 0 ? name : name.substr(0, dot);
+}
+
+bool IsInstalled() {
+  return FileExists(InstalledShareFolder() + "/Styles");
 }
 
 std::string ProgramFolder() {
