@@ -9,7 +9,7 @@
 #include "core/ini_file.h"
 #include "exchange/exchange_commands.h"
 #include "framework/compaction_progress.h"
-#include "framework/file_type.h"
+#include "framework/menu_entry.h"
 #include "framework/notices.h"
 #include "framework/password_dialog.h"
 #include "framework/shell_services.h"
@@ -71,7 +71,7 @@ LRESULT CalendarPane::OnCreate(const MessageRecord& record) {
 }
 
 LRESULT CalendarPane::OnAfterCreate(const MessageRecord&) {
-  RegisterFileType("cld");
+  RemoveStaleMenuEntry();
   SwitchPane(ReadPane(core::IniFile(), kWorkPane), false);
   const CommandScope start(gate);
   if (start.Entered()) OpenAtStart();

@@ -1,4 +1,4 @@
-// Sounds, files to be chosen, help, other programs of the desktop, and the file type.
+// Sounds, files to be chosen, help, and other programs of the desktop.
 #include "framework/services.h"
 
 #include <gtest/gtest.h>
@@ -8,7 +8,7 @@
 #include <cstdlib>
 
 #include "framework/drawing.h"
-#include "framework/file_type.h"
+#include "framework/menu_entry.h"
 #include "framework/shell_services.h"
 #include "platform/desktop/message_box.h"
 #include "platform/system/file.h"
@@ -253,44 +253,19 @@ TEST_F(Services, PrintingGoesToThePrinterOrElseToAProgramThatCan) {
   EXPECT_FALSE(WasCalled("xdg-open"));
 }
 
-TEST_F(Services, TheFileTypeIsWrittenOnceAndOnlyForAProgramInItsPlace) {
-  const HostWindow host;
-  const TemporaryFolder data;
-  setenv("XDG_DATA_HOME", data.Path().c_str(), 1);
-  AddProgram("update-mime-database");
-  AddProgram("update-desktop-database");
-  EXPECT_TRUE(RegisterFileType("cld"));
-  EXPECT_EQ(data.Count(), 0u) << "with a folder of its own the program leaves no traces";
-
-  unsetenv("DAYBRIX_FOLDER");
-  EXPECT_TRUE(RegisterFileType("cld"));
-  EXPECT_EQ(Called("update-mime-database"), data.Join("mime") + "\n");
-  EXPECT_EQ(Called("update-desktop-database"), data.Join("applications") + "\n");
-  const std::string mime = data.Read("mime/packages/tempoline-mime.xml");
-  EXPECT_NE(mime.find("type=\"application/x-daybrix-calendar\""), std::string::npos) << mime;
-  EXPECT_NE(mime.find("\"*.cld\""), std::string::npos);
-  const std::string entry = data.Read("applications/tempoline.desktop");
-  EXPECT_NE(entry.find("\nExec=\"" + platform::ExecutablePath() + "\" %f\n"), std::string::npos) << entry;
-  EXPECT_NE(entry.find("\nMimeType=application/x-daybrix-calendar;\n"), std::string::npos);
-  EXPECT_EQ(data.Read("icons/hicolor/48x48/apps/tempoline.png").substr(1, 3), "PNG");
-
-  const auto inode = [&](const char* name) {
-    struct stat status = {};
-    stat(data.Join(name).c_str(), &status);
-    return status.st_ino;
+TEST(MenuEntry, IsStaleOnlyIfACloneWroteItForAnotherProgram) {
+  const auto stale = [](const std::string& command) {
+    return IsStaleMenuEntry("[Desktop Entry]\nType=Application\nExec=" + command + "\nIcon=tempoline\n",
+                            "/usr/bin/tempoline");
   };
-  const auto before = inode("applications/tempoline.desktop");
-  RegisterFileType("cld");
-  driver.Wait(100);
-  EXPECT_EQ(inode("applications/tempoline.desktop"), before) << "unchanged, so not written";
-  EXPECT_FALSE(WasCalled("update-mime-database"));
-  data.Write("applications/tempoline.desktop", "of another version");
-  RegisterFileType("cld");
-  EXPECT_EQ(Called("update-desktop-database"), data.Join("applications") + "\n");
-  EXPECT_EQ(data.Read("applications/tempoline.desktop"), entry);
-
-  setenv("XDG_DATA_HOME", "/proc/none", 1);
-  EXPECT_TRUE(RegisterFileType("cld")) << "what cannot be written is left";
+  EXPECT_TRUE(stale("\"/home/ann/a clone/build/release/bin/tempoline\" %f"));
+  EXPECT_TRUE(stale("\"/tempoline\" %f"));
+  EXPECT_FALSE(stale("\"/usr/bin/tempoline\" %f")) << "this program";
+  EXPECT_FALSE(stale("tempoline %f")) << "an installed one";
+  EXPECT_FALSE(stale("env LANG=de_DE.UTF-8 \"/opt/tempoline\" %f")) << "the user's own";
+  EXPECT_FALSE(stale("\"/opt/tempoline\" --fresh %f"));
+  EXPECT_FALSE(stale("\"/opt/nameleaf\" %f\nComment=\"/opt/tempoline\" %f"));
+  EXPECT_FALSE(IsStaleMenuEntry("\nExec=\"/", "/usr/bin/tempoline"));
 }
 
 }  // namespace

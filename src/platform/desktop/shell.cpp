@@ -100,8 +100,3 @@ bool RunInBackground(const std::string& program, const std::vector<std::string>&
   MakeMute(process);
   return process.startDetached();
 }
-
-std::string BuiltInPictureFile(const std::string& name) {
-  QFile file(QStringLiteral(":/daybrix/") + QString::fromStdString(name) + QStringLiteral(".png"));
-  return file.open(QIODevice::ReadOnly) ? file.readAll().toStdString() : std::string();
-}

@@ -21,6 +21,3 @@ void PrintFile(const std::string& path);
 // Starts a program, found by its name as the shell finds it, and leaves it to itself, mute. False when there
 // is none.
 bool RunInBackground(const std::string& program, const std::vector<std::string>& arguments);
-
-// The file of a built-in picture as it is stored (PNG); empty when there is none of that name.
-std::string BuiltInPictureFile(const std::string& name);
