@@ -31,11 +31,16 @@ void AlarmCheck::Run() {
   }
   const CommandScope scope(gate, CommandKind::kOfProgram);
   if (!scope.Entered()) return;
-  const CommandResult allowed = core::CheckMayChange(*session.File());
+  const bool onlyRead = session.File()->IsOnlyRead();
+  const CommandResult allowed = onlyRead ? CommandResult::kDone : core::CheckMayChange(*session.File());
   const core::AlarmMoment now = core::AlarmNow();
   core::AlarmList alarms;
   bool answers = allowed != CommandResult::kFailed;
   if (allowed == CommandResult::kDone) answers = core::ListAlarms(*session.File(), now, alarms);
+  if (onlyRead) {
+    RingUnwritten(alarms, now);
+    alarms.due.clear();
+  }
   for (const core::RecordKey& key : alarms.due) {
     const CommandResult result = RingIfDue(key, now);
     answers = result == CommandResult::kDone || IsPassedOver(result);
@@ -58,15 +63,28 @@ CommandResult AlarmCheck::RingIfDue(const core::RecordKey& key, const core::Alar
   if (result != CommandResult::kDone) return result;
   const bool shown = record.header.confidential == 0 || session.File()->AccessLevel() == core::Access::kOwner;
   if (!shown || !core::IsDue(record, now)) return CommandResult::kVanished;
-  Ring(lock, record);
+  Ring(record, [&](bool disable) { return Store(lock, disable); });
   return CommandResult::kDone;
 }
 
-void AlarmCheck::Ring(core::EditLock& lock, const core::Appointment& record) {
+void AlarmCheck::RingUnwritten(const core::AlarmList& alarms, const core::AlarmMoment& now) {
+  for (const core::RecordKey& key : alarms.due) {
+    core::Appointment record;
+    if (!session.File()->ReadRecord(&record, key) || !rung.IsDue(record, now)) continue;
+    Ring(record, [&](bool disable) {
+      rung.Note(record, disable);
+      return std::string();
+    });
+    return;
+  }
+}
+
+void AlarmCheck::Ring(const core::Appointment& record,
+                      const std::function<std::string(bool disable)>& store) {
   BringToFront(frame.Handle());
   AlarmDialog dialog(record);
   if (!dialog.Run(&frame)) return;  // it rings again when the program is started next
-  const std::string news = Store(lock, dialog.WantsNoMore());
+  const std::string news = store(dialog.WantsNoMore());
   // Shown as a change of another copy's would be: what the user has selected stays selected.
   core::FileWatch::OfProcess().Look();
   for (const std::string& told : {news, dialog.ToneFault()}) {

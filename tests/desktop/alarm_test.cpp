@@ -213,6 +213,18 @@ TEST_F(RingingAlarms, NothingIsWrittenIntoAnotherRecordOrFile) {
   });
 }
 
+TEST_F(RingingAlarms, OfAFileThatIsOnlyReadOnceAndWithoutATrace) {
+  calendar.Add(Alarm("Once", 14));
+  program.Run(calendar.Path(), [&] {
+    program.Session().Take(
+        std::make_unique<core::RecordFile>(calendar.Path(), "", core::OpenMode::kAsReader));
+    const std::string before = calendar.Bytes();
+    ExpectRing("Once");
+    Tick();
+    EXPECT_EQ(calendar.Bytes(), before);
+  });
+}
+
 TEST(AlarmRights, AReaderRingsNothingAndAnAssistantNothingConfidential) {
   for (const std::string password : {"Reader", "Assistant"}) {
     TemporaryCalendar guarded({"Owner", "Assistant", "Reader"});

@@ -1,6 +1,7 @@
 #include "core/calendar/alarm_schedule.h"
 
 #include <algorithm>
+#include <limits>
 #include <optional>
 #include <utility>
 
@@ -62,6 +63,27 @@ void AfterAlarm(Appointment& appointment, bool disable) {
   }
   appointment.alarmOn = 0;
   appointment.alarmState = 0;
+}
+
+bool RungAlarms::IsDue(Appointment& appointment, const AlarmMoment& now) const {
+  const int today = StoredDayIndex(now.date);
+  if (HasRepeat(appointment) && StoredDayIndex(RingMoment(appointment).date) < today) {
+    Date passed = now.date;  // the last day whose occurrence would have rung before today
+    if (!StepDays(passed, std::max(appointment.alarmDaysBefore, 0) - 1)) return false;
+    const std::optional<Date> next = NextOccurrence(appointment, passed);
+    if (!next) return false;
+    appointment.alarmDate = *next;
+  }
+  const AlarmMoment moment = RingMoment(appointment);
+  if (StoredDayIndex(moment.date) != today || !core::IsDue(appointment, now)) return false;
+  const std::uint64_t id = appointment.header.recordId;
+  const auto rung = last.find(id);
+  return rung == last.end() || rung->second < MomentKey(moment);
+}
+
+void RungAlarms::Note(const Appointment& appointment, bool disable) {
+  const std::uint64_t id = appointment.header.recordId;
+  last[id] = disable ? std::numeric_limits<std::int64_t>::max() : MomentKey(RingMoment(appointment));
 }
 
 bool ListAlarms(const RecordFile& file, const AlarmMoment& now, AlarmList& list) {

@@ -3,6 +3,8 @@
 // asks IsDue again, shows it, and writes the record back after AfterAlarm.
 #pragma once
 
+#include <cstdint>
+#include <unordered_map>
 #include <vector>
 
 #include "core/calendar/appointment.h"
@@ -32,6 +34,21 @@ Date AlarmOccurrence(const Appointment& appointment);
 // Makes the record what it is once its alarm has been shown: the alarm of one that repeats waits for the next
 // occurrence, unless there is none any more or the user wants no more of it (`disable`); every other is off.
 void AfterAlarm(Appointment& appointment, bool disable);
+
+// Which alarms have rung in a copy that cannot write it into the file, until the copy ends. Only those of the
+// day ring: of what is older nobody knows whether it rang, and it would ring at every start.
+class RungAlarms {
+ public:
+  // Whether the alarm is to ring. Of one that repeats, alarmDate gets the occurrence it rings for: nobody may
+  // have moved it on.
+  bool IsDue(Appointment& appointment, const AlarmMoment& now) const;
+
+  // That it has rung, or is to ring no more (`disable`).
+  void Note(const Appointment& appointment, bool disable);
+
+ private:
+  std::unordered_map<std::uint64_t, std::int64_t> last;  // moment by id
+};
 
 // The alarms of a file that its password shows.
 struct AlarmList {

@@ -18,6 +18,10 @@ std::string TextOf(int id) {
   return resources::FindText(id);
 }
 
+bool IsCalendar(const RecordFile& file) {
+  return !file.OpenFailed() && file.SlotSize() == kCalendarKind.slotSize;
+}
+
 // Writes the default file into the settings. Nothing is chosen when a file is there that the settings did not
 // know.
 StartupChoice ChooseDefaultFile() {
@@ -83,7 +87,12 @@ OpenedCalendar OpenCalendarFile(const std::string& path, const std::string& pass
   if (made != platform::FileResult::kDone && made != platform::FileResult::kExists) {
     return {nullptr, CannotCreateText(made) + "\r\n" + Quoted(path), OpenError::kFailed};
   }
-  return OpenExistingCalendar(path, password, watcher);
+  OpenedCalendar opened = OpenExistingCalendar(path, password, watcher);
+  if (opened.error == OpenError::kDenied) {
+    auto file = std::make_unique<RecordFile>(path, password, OpenMode::kAsReader);
+    if (IsCalendar(*file)) return {std::move(file), OpenAsReaderText(path), OpenError::kNone};
+  }
+  return opened;
 }
 
 OpenedCalendar OpenExistingCalendar(const std::string& path, const std::string& password,
@@ -93,8 +102,7 @@ OpenedCalendar OpenExistingCalendar(const std::string& path, const std::string& 
   if (const OpenError error = file->LastOpenError(); error != OpenError::kNone) {
     return {nullptr, DescribeOpenError(path, error), error};
   }
-  if (file->SlotSize() != kCalendarKind.slotSize)
-    return {nullptr, CannotOpenText(path, "It is not a calendar."), OpenError::kNone};
+  if (!IsCalendar(*file)) return {nullptr, CannotOpenText(path, "It is not a calendar."), OpenError::kNone};
   return {std::move(file), repair.message, OpenError::kNone};
 }
 

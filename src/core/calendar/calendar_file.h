@@ -54,8 +54,9 @@ struct OpenedCalendar {
                                                   const CompactionWatcher& watcher = {});
 
 // The same, but a calendar that does not exist is first created, with the three example appointments if asked
-// for. A new file appears at the path whole or not at all; of several copies that find it missing at the same
-// instant, one creates it and all open that one.
+// for, and one that may be read but not written is opened as a Reader's, which the message says. A new file
+// appears at the path whole or not at all; of several copies that find it missing at the same instant, one
+// creates it and all open that one.
 [[nodiscard]] OpenedCalendar OpenCalendarFile(const std::string& path, const std::string& password,
                                               bool withExamples, const CompactionWatcher& watcher = {});
 

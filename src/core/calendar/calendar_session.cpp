@@ -93,7 +93,11 @@ void CalendarSession::OnLook(const FileLook& look) {
   const bool lost = LostAccess();
   if (!lost && !IsLost(pathState)) {
     told.clear();
-    pause.Reset();
+    if (!file->IsOnlyRead()) {
+      pause.Reset();
+    } else if (pause.IsOver() && file->MayBeWritten()) {
+      Tell(SessionChange::kTrouble);
+    }
     return;
   }
   // Who replaces a file may take it away first: what holds at two looks is no mere step on the way.
@@ -104,7 +108,7 @@ void CalendarSession::OnLook(const FileLook& look) {
 bool CalendarSession::LostAccess() {
   HeaderBlock header;
   if (file->ReadHeaderBlock(header)) {
-    const Access now = LevelOf(file->Password(), header);
+    const Access now = file->LevelIn(header);
     if (std::exchange(level, now) != now) Tell(SessionChange::kRights);
   }
   return level == Access::kNone;
@@ -122,7 +126,11 @@ std::string CalendarSession::LookAfterFile() {
              "\r\nNothing can be saved until it is back. What is shown can be saved under another name.";
       break;
     default:
-      if (LostAccess()) news = DescribeFault(file->Path(), FileFault::kNoAccess);
+      if (LostAccess()) {
+        news = DescribeFault(file->Path(), FileFault::kNoAccess);
+      } else if (file->IsOnlyRead() && file->MayBeWritten()) {
+        return OpenForWriting();
+      }
       break;
   }
   if (!IsLost(file->PathState()) && level != Access::kNone) {
@@ -132,6 +140,17 @@ std::string CalendarSession::LookAfterFile() {
   }
   pause.Lengthen();
   return std::exchange(told, news) == news ? "" : news;
+}
+
+// A file server may say that writing is allowed and refuse it all the same: then the file that is open stays.
+std::string CalendarSession::OpenForWriting() {
+  OpenedCalendar opened = OpenExistingCalendar(file->Path(), file->Password(), compactionWatcher);
+  if (opened.file == nullptr) {
+    pause.Lengthen();
+    return "";
+  }
+  Take(std::move(opened.file));
+  return opened.message;
 }
 
 std::string CalendarSession::OpenReplacement() {

@@ -25,9 +25,9 @@ enum class SessionChange {
   kRecords,  // this program added, changed or deleted records; those of others are the file watch's news
   kBin,      // the last deleted appointment is another one, or none
   kRights,   // the file's passwords were changed: this user may see more, or less
-  kTrouble,  // the open file is no longer the one at its path, or the password opens it no more;
-             // LookAfterFile is to be called when nothing else is going on, and is asked for again until it
-             // was
+  kTrouble,  // the open file is no longer the one at its path, the password opens it no more, or it was
+             // opened as a Reader's and may be written by now; LookAfterFile is to be called when nothing
+             // else is going on, and is asked for again until it was
 };
 
 class SessionListener {
@@ -66,8 +66,9 @@ class CalendarSession final : private FileWatcher {
   void Take(std::unique_ptr<RecordFile> newFile);
 
   // Looks whether the path still names the open file, and the password still opens it. A calendar that took
-  // its place is opened in place of it with the same password. Answers what the user is to know and was not
-  // told yet; empty for nothing. Nothing may hold on to the file, an edit lock for example.
+  // its place is opened in place of it with the same password; one that was open as a Reader's and may be
+  // written by now is opened anew. Answers what the user is to know and was not told yet; empty for nothing.
+  // Nothing may hold on to the file, an edit lock for example.
   [[nodiscard]] std::string LookAfterFile();
 
   const Date& CurrentDate() const { return date; }
@@ -93,6 +94,7 @@ class CalendarSession final : private FileWatcher {
   const RecordFile* WatchedFile() const override { return file.get(); }
   void OnLook(const FileLook& look) override;
   bool LostAccess();
+  std::string OpenForWriting();
   std::string OpenReplacement();
   void Tell(SessionChange change);
 

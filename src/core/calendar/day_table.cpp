@@ -37,7 +37,7 @@ bool DayTable::Look(const RecordFile& file) {
   platform::FileState now;
   HeaderBlock header;
   if (!file.LookAt(now, header)) return false;
-  level = LevelOf(file.Password(), header);
+  level = file.LevelIn(header);
   if (level == Access::kNone) return false;
   const std::int64_t tick = platform::TickMs();
   if (now != state || header.changeCounter != counter) {

@@ -77,7 +77,7 @@ bool IsServerPassword(std::string_view typed) {
 CommandResult CheckMaySetUp(const RecordFile& calendar) {
   HeaderBlock header;
   if (!calendar.ReadHeaderBlock(header)) return CommandResult::kFailed;
-  const bool owner = LevelOf(calendar.Password(), header) == Access::kOwner;
+  const bool owner = calendar.LevelIn(header) == Access::kOwner;
   return owner && HasDefaultOwner(header) ? CommandResult::kDone : CommandResult::kReader;
 }
 

@@ -294,7 +294,10 @@ RepairOutcome SaveCopy(RecordFile& source, const std::string& target, const Comp
   // through what is open.
   File anew;
   const bool named = source.Opened().PathState() == platform::FileAtPath::kSame;
-  if (named && anew.OpenShared(source.Path()) != FileResult::kDone) return failed(OpenError::kFailed);
+  if (named && (source.IsOnlyRead() ? anew.OpenReadOnly(source.Path()) : anew.OpenShared(source.Path())) !=
+                   FileResult::kDone) {
+    return failed(OpenError::kFailed);
+  }
   const File& from = named ? anew : source.Opened();
   HeaderBlock header;
   std::uint32_t slotSize = 0;

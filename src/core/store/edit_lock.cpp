@@ -30,7 +30,7 @@ CommandResult FromFile(const RecordFile& file, Result result) {
 CommandResult CheckMayChange(const RecordFile& file) {
   HeaderBlock header;
   if (!file.ReadHeaderBlock(header)) return CommandResult::kFailed;
-  const Access level = LevelOf(file.Password(), header);
+  const Access level = file.LevelIn(header);
   if (AllowsChanges(level)) return CommandResult::kDone;
   return level == Access::kReader ? CommandResult::kReader : CommandResult::kNoAccess;
 }

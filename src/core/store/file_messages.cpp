@@ -85,6 +85,10 @@ std::string DescribeOpenError(const std::string& path, OpenError error) {
   return error == OpenError::kNone ? "" : CannotOpenText(path, ReasonText(error));
 }
 
+std::string OpenAsReaderText(const std::string& path) {
+  return "You may read " + Quoted(path) + " but not write it, so it is open as for a Reader.";
+}
+
 std::string DescribeFault(const std::string& path, FileFault fault) {
   std::string cannotWrite = "Can't write to " + Quoted(path) + ".";
   switch (fault) {

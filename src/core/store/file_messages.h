@@ -27,6 +27,9 @@ std::string DescribeOpenError(const std::string& path, OpenError error);
 // The text that a file could not be created, and why where the system says it; it does not name the file.
 std::string CannotCreateText(platform::FileResult why);
 
+// That a file which may not be written was opened all the same.
+std::string OpenAsReaderText(const std::string& path);
+
 // Why an operation on an open file failed; empty for kNone.
 std::string DescribeFault(const std::string& path, FileFault fault);
 

@@ -19,7 +19,7 @@ CommandResult OwnersAlone(Access level) {
 CommandResult ReadPasswords(const RecordFile& file, FilePasswords& passwords) {
   HeaderBlock header;
   if (!file.ReadHeaderBlock(header)) return CommandResult::kFailed;
-  const CommandResult allowed = OwnersAlone(LevelOf(file.Password(), header));
+  const CommandResult allowed = OwnersAlone(file.LevelIn(header));
   if (allowed != CommandResult::kDone) return allowed;
   passwords.owner = ReadText(header.ownerPassword);
   passwords.assistant = ReadText(header.assistantPassword);
@@ -31,7 +31,7 @@ CommandResult StorePasswords(RecordFile& file, const FilePasswords& passwords) {
   // Asked again where the block is read to be written: somebody may have set other ones meanwhile.
   Access level = Access::kNone;
   const bool written = file.UpdateHeaderBlock([&](HeaderBlock& header) {
-    level = LevelOf(file.Password(), header);
+    level = file.LevelIn(header);
     if (level != Access::kOwner) return;
     WriteText(header.ownerPassword, Kept(passwords.owner));
     WriteText(header.assistantPassword, Kept(passwords.assistant));

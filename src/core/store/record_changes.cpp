@@ -73,6 +73,7 @@ bool RecordFile::IsStillMine() const {
 }
 
 bool RecordFile::Entered(const FileGuard& guard) const {
+  if (mode == OpenMode::kAsReader && file.IsOpen()) return Fail(FileFault::kReader);
   if (guard.Held()) return file.LocksReach() || IsStillMine();
   return Fail(file.IsOpen() ? FaultOf(guard.Result()) : FileFault::kClosed);
 }
@@ -111,7 +112,7 @@ bool RecordFile::BumpChangeCounter() {
 Result RecordFile::Allowed() const {
   HeaderBlock header;
   if (!ReadHeaderBlock(header)) return Result::kFailed;
-  const Access level = LevelOf(password, header);
+  const Access level = LevelIn(header);
   if (AllowsChanges(level)) return Result::kDone;
   Fail(level == Access::kReader ? FileFault::kReader : FileFault::kNoAccess);
   return Result::kRefused;
@@ -301,7 +302,7 @@ bool RecordFile::Lock(std::int32_t offset, WantedId id) {
   HeaderBlock header;
   RecordHeader record;
   if (!ReadHeaderBlock(header) || !ReadWanted(record, offset, id)) return false;
-  if (LevelOf(password, header) == Access::kNone) return Fail(FileFault::kNoAccess);
+  if (LevelIn(header) == Access::kNone) return Fail(FileFault::kNoAccess);
   if (record.inUse == 0) return Fail(FileFault::kDeleted);
   if (record.editLock == 1) return Fail(FileFault::kLocked);
   const char locked = 1;

@@ -69,15 +69,14 @@ bool RecordFile::Open() {
 
 OpenError RecordFile::TryOpen(bool& replaced) {
   replaced = false;
-  const OpenError opened =
-      FromFileResult(mode == OpenMode::kReadOnly ? file.OpenReadOnly(path) : file.OpenShared(path));
+  const OpenError opened = FromFileResult(IsOnlyRead() ? file.OpenReadOnly(path) : file.OpenShared(path));
   if (opened != OpenError::kNone) return opened;
   HeaderBlock header;
   const bool firstTime = slotSize == 0;
   const OpenError checked = CheckRecordFile(file, header, slotSize);
   if (checked != OpenError::kNone) return checked;
   if (firstTime) counterAtOpen = header.changeCounter;
-  if (mode == OpenMode::kReadOnly) return OpenError::kNone;
+  if (IsOnlyRead()) return OpenError::kNone;
 
   const FileGuard guard(file);
   replaced = guard.Result() == platform::GuardResult::kReplaced;
@@ -87,7 +86,7 @@ OpenError RecordFile::TryOpen(bool& replaced) {
 
 void RecordFile::Close() {
   if (!file.IsOpen()) return;
-  if (mode == OpenMode::kReadAndWrite) {
+  if (!IsOnlyRead()) {
     LeaveCount();
     // What the commands wrote they have flushed. Without the count on the disk the file is only looked
     // through once more than needed.
@@ -112,7 +111,7 @@ void RecordFile::LeaveCount() {
 bool RecordFile::UsedByOthers() const {
   if (file.LocksReach()) return file.UsedByOthers();
   HeaderBlock header;
-  return !ReadHeaderBlock(header) || header.openCount > (mode == OpenMode::kReadAndWrite ? 1 : 0);
+  return !ReadHeaderBlock(header) || header.openCount > (IsOnlyRead() ? 0 : 1);
 }
 
 // ---- The blocks before the slots ----
@@ -138,7 +137,12 @@ bool RecordFile::ReadCategoryBlock(CategoryBlock& categories) const {
 
 Access RecordFile::AccessLevel() const {
   HeaderBlock header;
-  return ReadHeaderBlock(header) ? LevelOf(password, header) : Access::kNone;
+  return ReadHeaderBlock(header) ? LevelIn(header) : Access::kNone;
+}
+
+Access RecordFile::LevelIn(const HeaderBlock& header) const {
+  const Access level = LevelOf(password, header);
+  return mode == OpenMode::kAsReader && AllowsChanges(level) ? Access::kReader : level;
 }
 
 // ---- Records ----

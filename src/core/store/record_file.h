@@ -35,8 +35,9 @@ bool RefreshEnabled();
 void SetRefreshEnabled(bool enabled);
 
 // How a file is opened. Who only reads writes nothing at all, the open count included, and so can read what
-// may not be written; every operation that changes the file then fails.
-enum class OpenMode { kReadAndWrite, kReadOnly };
+// may not be written; every operation that changes the file then fails. Where it would change nothing anyhow
+// (kAsReader), the password gives a Reader's rights at most.
+enum class OpenMode { kReadAndWrite, kReadOnly, kAsReader };
 
 class RecordFile {
  public:
@@ -74,6 +75,12 @@ class RecordFile {
   // brings it in order (RepairCheck), which clears the lock.
   void Close();
   bool IsOpen() const { return file.IsOpen(); }
+
+  // Whether the file was opened for reading alone.
+  bool IsOnlyRead() const { return mode != OpenMode::kReadAndWrite; }
+
+  // Whether the path could be opened for reading and writing now, as far as the rights say.
+  bool MayBeWritten() const { return file.MayBeWritten(); }
 
   // What the path names now, compared with the open file.
   platform::FileAtPath PathState() const { return file.PathState(); }
@@ -114,6 +121,8 @@ class RecordFile {
 
   // Compares the password with the file's three, as they are now. kNone also when they cannot be read.
   Access AccessLevel() const;
+  // The same with those of a header block that was read from this file.
+  Access LevelIn(const HeaderBlock& header) const;
 
   // ---- Records; a buffer holds SlotSize() bytes and belongs to the caller ----
 

@@ -12,7 +12,7 @@ ScanResult ScanRecords(const RecordFile& file, const RecordVisit& visit) {
   // Who cannot be told to be the owner does not see what is the owner's.
   HeaderBlock header;
   const bool levelKnown = file.ReadHeaderBlock(header);
-  const Access level = levelKnown ? LevelOf(file.Password(), header) : Access::kReader;
+  const Access level = levelKnown ? file.LevelIn(header) : Access::kReader;
   if (level == Access::kNone) return ScanResult::kFailed;
   const ScanResult scanned = ScanLiveSlots(file, [&](const char* slot, std::int32_t offset) {
     if (slot[offsetof(RecordHeader, confidential)] != 1 || level == Access::kOwner) visit(slot, offset);

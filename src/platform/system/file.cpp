@@ -50,10 +50,15 @@ FileResult ResultOfGuard(GuardResult guard) {
   return errno == EACCES || errno == EPERM || errno == EROFS ? FileResult::kDenied : FileResult::kFailed;
 }
 
+// By the rights that opening goes by, not those of who started the program.
+bool MayUse(const std::string& path, int how) {
+  return faccessat(AT_FDCWD, path.c_str(), how, AT_EACCESS) == 0;
+}
+
 // A lock file could not be made beside a file that lies where nothing may be written.
 bool MayGuard(const std::string& path) {
   const std::string folder = LockFilePath(path);
-  return access(folder.substr(0, folder.rfind('/') + 1).append(".").c_str(), W_OK) == 0;
+  return MayUse(folder.substr(0, folder.rfind('/') + 1) + ".", W_OK);
 }
 
 FileResult ResultOfWrite(bool whole) {
@@ -232,6 +237,10 @@ bool File::ReadState(FileState& state) const {
 
 FileAtPath File::PathState() const {
   return IsOpen() ? WhatPathNames(path, !reach, {device, inode}) : FileAtPath::kUnknown;
+}
+
+bool File::MayBeWritten() const {
+  return IsOpen() && MayUse(path, R_OK | W_OK) && (reach || MayGuard(path));
 }
 
 bool File::IsAt(const std::string& otherPath) const {

@@ -155,6 +155,10 @@ class File {
   // and written, and all that is written to it is lost with the last program that has it open.
   FileAtPath PathState() const;
 
+  // Whether the path that the file was opened by could be opened for reading and writing now, as far as the
+  // rights say.
+  bool MayBeWritten() const;
+
   // Whether another path leads to this very file.
   bool IsAt(const std::string& otherPath) const;
 

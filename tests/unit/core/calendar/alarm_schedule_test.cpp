@@ -83,5 +83,45 @@ TEST(AlarmSchedule, Edges) {
   }
 }
 
+TEST(AlarmSchedule, WhoCannotWriteRingsThoseOfTheDayOnce) {
+  const struct {
+    Entry entry;
+    Date alarmDate;
+    Date tomorrow;  // what rings the day after; none for nothing
+    std::int32_t before;
+    bool rings;
+  } kCases[] = {
+      {Entry("today").On(14, 3, 2004), {1, 1, 2004}, {0, 0, 0}, 0, true},
+      {Entry("later today").On(14, 3, 2004).At(23, 0), {1, 1, 2004}, {0, 0, 0}, 0, false},
+      {Entry("yesterday").On(13, 3, 2004), {1, 1, 2004}, {0, 0, 0}, 0, false},
+      {Entry("no date").On(31, 2, 2004), {1, 1, 2004}, {0, 0, 0}, 0, false},
+      {Entry("daily").Every(1, kRepeatDaily), {2, 3, 2004}, {17, 3, 2004}, 2, true},
+      {Entry("ended").Every(1, kRepeatDaily).Until(13, 3, 2004), {2, 3, 2004}, {0, 0, 0}, 0, false},
+      {Entry("Tuesdays").Every(1, kRepeatWeekly, 4), {2, 3, 2004}, {16, 3, 2004}, 1, false},
+  };
+  AlarmMoment next = kNow;
+  next.date.day++;
+  for (const auto& test : kCases) {
+    RungAlarms rung;
+    Appointment record = test.entry.appointment;
+    record.header.recordId = 7;
+    record.alarmOn = 1;
+    record.alarmTime = record.startTime;
+    record.alarmDate = test.alarmDate;
+    record.alarmDaysBefore = test.before;
+    Appointment shown = record;
+    EXPECT_EQ(rung.IsDue(shown, kNow), test.rings) << record.subject;
+    if (test.rings) rung.Note(shown, false);
+    shown = record;
+    EXPECT_FALSE(rung.IsDue(shown, kNow)) << record.subject;
+    shown = record;
+    const bool again = rung.IsDue(shown, next);
+    EXPECT_EQ(again ? Spelled(shown.alarmDate) : "0-0-0", again ? Spelled(test.tomorrow) : "0-0-0");
+    EXPECT_EQ(again, test.tomorrow.year != 0) << record.subject;
+    rung.Note(shown, true);
+    EXPECT_FALSE(rung.IsDue(shown, next)) << record.subject;
+  }
+}
+
 }  // namespace
 }  // namespace core

@@ -1,12 +1,17 @@
 #include "core/calendar/calendar_file.h"
 
+#include <sys/stat.h>
+
 #include <cerrno>
 #include <climits>
 #include <filesystem>
 
+#include "core/calendar/appointment_commands.h"
+#include "core/calendar/calendar_session.h"
 #include "core/calendar/new_calendar.h"
 #include "core/ini_file.h"
 #include "core/store/file_messages.h"
+#include "core/store/file_passwords.h"
 #include "core/time_texts.h"
 #include "gtest/gtest.h"
 #include "platform/system/program_folder.h"
@@ -176,6 +181,57 @@ TEST_F(Settings, WhetherNewCalendarsHaveExamplesIsRemembered) {
   }
   EXPECT_EQ(RememberExamples(false), "");
   EXPECT_FALSE(ExamplesWanted());
+}
+
+// Counts what a session asks to be looked after.
+class Troubles final : public SessionListener {
+ public:
+  explicit Troubles(CalendarSession& watched) : session(watched) { session.AddListener(*this); }
+  ~Troubles() { session.RemoveListener(*this); }
+  void OnSessionChange(SessionChange change) override { count += change == SessionChange::kTrouble ? 1 : 0; }
+  int count = 0;
+
+ private:
+  CalendarSession& session;
+};
+
+TEST_F(CalendarFile, WhatMayNotBeWrittenIsOpenAsForAReaderUntilItMay) {
+  // Answers the last step that came out as it should.
+  const int steps = tests::RunUnprivileged([] {
+    TemporaryCalendar other;
+    other.Add(tests::Entry("seen"));
+    other.Add(tests::Entry("hidden").Confidential());
+    chmod(other.Path().c_str(), 0444);
+    const std::string before = other.Bytes();
+    CalendarSession session;
+    Troubles troubles(session);
+    std::string message;
+    if (!session.Open(other.Path(), "", false, message) || message != OpenAsReaderText(other.Path()))
+      return 0;
+    const auto subjects = [&] {
+      return tests::Subjects(*session.File(), tests::AllRecords(*session.File()));
+    };
+    if (subjects() != std::vector<std::string>{"seen"}) return 1;
+    FilePasswords passwords;
+    EditLock lock(*session.File());
+    if (AddAppointment(*session.File(), tests::Entry("mine").appointment) != CommandResult::kReader ||
+        lock.Take(tests::AllRecords(*session.File()).KeyAt(0)) != CommandResult::kReader ||
+        ReadPasswords(*session.File(), passwords) != CommandResult::kReader ||
+        session.File()->UpdateHeaderBlock([](HeaderBlock& header) { header.openCount = 9; }) ||
+        !SaveCopy(*session.File(), other.Folder() + "/copy.cld").clean || other.Bytes() != before) {
+      return 2;
+    }
+    other.Add(tests::Entry("later"));
+    FileWatch::OfProcess().Look();
+    if (subjects().size() != 2 || troubles.count != 0 || !session.LookAfterFile().empty()) return 3;
+    chmod(other.Path().c_str(), 0644);
+    FileWatch::OfProcess().Look();
+    if (troubles.count != 1 || !session.LookAfterFile().empty() || subjects().size() != 3) return 4;
+    const CommandResult added = AddAppointment(*session.File(), tests::Entry("mine").appointment);
+    FileWatch::OfProcess().Look();
+    return added == CommandResult::kDone && troubles.count == 1 ? 6 : 5;
+  });
+  EXPECT_EQ(steps, 6);
 }
 
 // Another copy creates the calendar, and adds to it, after this one found it missing.
