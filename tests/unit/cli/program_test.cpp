@@ -39,7 +39,7 @@ TEST(CliWords, HelpVersionAndWrongUse) {
 
 // The manual page knows every command and every option, and so does the completion, each command its own.
 TEST(CliWords, ManualAndCompletionAreWhole) {
-  std::ifstream stream(tests::SourceFolder() + "/packaging/tempoline-cli.1");
+  std::ifstream stream(tests::SourceFolder() + "/packaging/tempoline-cli.1.in");
   const std::string page{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
   const auto completed = [](const std::string& line, const std::string& word) {
     return RunShell("bash -c '. \"" + tests::SourceFolder() +
