@@ -7,7 +7,7 @@ _tempoline_cli() {
   [ "$current" = "=" ] && current=
   for word in "${COMP_WORDS[@]:1:COMP_CWORD-1}"; do
     case $word in
-      info | list | alarms | add | edit | move | copy | delete | compact | check | new | contacts | participants | register | export | report | import) command=$word && break ;;
+      info | list | alarms | add | edit | move | copy | delete | compact | check | new | share | contacts | participants | register | export | report | import) command=$word && break ;;
     esac
   done
   local password="--password --password-file" record="--offset"
@@ -24,7 +24,8 @@ _tempoline_cli() {
     delete) options="$record $password" ;;
     compact) options="--force" ;;
     check) options="--format" ;;
-    new) options="--examples" ;;
+    new) options="--examples --group" ;;
+    share) options="--group" ;;
     contacts) options="--name --email --book --format $record $password" ;;
     participants) options="--format $password" ;;
     register) options= ;;
@@ -32,7 +33,7 @@ _tempoline_cli() {
     import) options="--header --separator --quote --map --dry-run $password" ;;
     report) options="--from --to --subject --id $password" ;;
     *)
-      options="info list alarms add edit move copy delete compact check new contacts participants register export report import"
+      options="info list alarms add edit move copy delete compact check new share contacts participants register export report import"
       COMPREPLY=($(compgen -W "$options --help --version" -- "$current"))
       return
       ;;
@@ -43,6 +44,7 @@ _tempoline_cli() {
       [ "$command" = export ] && word="csv" || word="text csv json"
       COMPREPLY=($(compgen -W "$word" -- "$current"))
       ;;
+    --group) COMPREPLY=($(compgen -g -- "$current")) ;;
     --header | --quote) COMPREPLY=($(compgen -W "yes no" -- "$current")) ;;
     --separator) COMPREPLY=($(compgen -W "comma tab" -- "$current")) ;;
     --repeat) COMPREPLY=($(compgen -W "daily:1 weekly:1 monthly:1 yearly:1" -- "$current")) ;;

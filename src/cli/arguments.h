@@ -26,6 +26,7 @@ enum class Command {
   kCompact,
   kCheck,
   kNew,
+  kShare,
   kContacts,
   kParticipants,
   kRegister,

@@ -31,6 +31,8 @@ Outcome RunCommand(const Arguments& arguments, Output& output) {
       return CheckCommand(arguments, output);
     case Command::kNew:
       return NewCommand(arguments);
+    case Command::kShare:
+      return ShareCommand(arguments);
     case Command::kContacts:
       return ContactsCommand(arguments, output);
     case Command::kParticipants:

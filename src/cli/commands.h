@@ -20,6 +20,7 @@ Outcome CopyCommand(const Arguments& arguments, Output& output);
 Outcome DeleteCommand(const Arguments& arguments);
 
 Outcome NewCommand(const Arguments& arguments);
+Outcome ShareCommand(const Arguments& arguments);
 Outcome CompactCommand(const Arguments& arguments);
 
 Outcome ExportCommand(const Arguments& arguments, Output& output);

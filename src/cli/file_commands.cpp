@@ -1,19 +1,37 @@
-// The commands that make or rewrite a whole file: new and compact.
+// The commands on whole files: new, share and compact.
 #include "cli/calendar_access.h"
 #include "cli/commands.h"
 #include "core/calendar/new_calendar.h"
+#include "core/events/sharing.h"
 #include "core/store/compaction.h"
 #include "core/store/file_messages.h"
 #include "platform/system/file.h"
 
 namespace cli {
+namespace {
+
+Outcome OfSharing(const std::string& path, const core::SharingOutcome& sharing) {
+  if (sharing.shared && sharing.message.empty()) return {};
+  return FailOn(path, sharing.shared ? kDone : kFile, sharing.message);
+}
+
+}  // namespace
 
 Outcome NewCommand(const Arguments& arguments) {
   const std::string& path = arguments.file;
+  if (arguments.Has("group")) {
+    return OfSharing(path,
+                     core::CreateSharedCalendar(path, arguments.Value("group"), arguments.Has("examples")));
+  }
   const platform::FileResult made = core::CreateCalendar(path, arguments.Has("examples"));
   if (made == platform::FileResult::kDone) return {};
   const bool exists = made == platform::FileResult::kExists;
   return FailOn(path, kFile, exists ? "There is a file already." : core::CannotCreateText(made));
+}
+
+Outcome ShareCommand(const Arguments& arguments) {
+  if (!arguments.Has("group")) return Fail(kUsage, "share needs --group; --help tells more");
+  return OfSharing(arguments.file, core::ShareCalendar(arguments.file, arguments.Value("group")));
 }
 
 Outcome CompactCommand(const Arguments& arguments) {

@@ -1,8 +1,16 @@
 #include "core/events/participant.h"
 
+#include <algorithm>
+#include <string_view>
+
 #include "platform/system/file.h"
 
 namespace core {
+namespace {
+
+constexpr std::string_view kStoreEnding = ".tsi";
+
+}  // namespace
 
 Participant NewParticipant(std::uint64_t eventId, std::string_view name, std::string_view email) {
   Participant participant{};
@@ -44,7 +52,11 @@ std::string ParticipantItem(const Participant& participant) {
 }
 
 std::string ParticipantStorePath(const std::string& calendar) {
-  return platform::ResolvedPath(calendar) + ".tsi";
+  return platform::ResolvedPath(calendar).append(kStoreEnding);
+}
+
+std::string CalendarOfStore(const std::string& storePath) {
+  return storePath.substr(0, storePath.size() - std::min(storePath.size(), kStoreEnding.size()));
 }
 
 bool IsEventOwner(const RecordFile& file, const Appointment& record) {

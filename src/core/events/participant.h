@@ -68,6 +68,8 @@ std::string ParticipantItem(const Participant& participant);
 // The store of a calendar's events: beside the file that a link leads to, so that all who know the calendar
 // by different paths meet in one.
 std::string ParticipantStorePath(const std::string& calendar);
+// The calendar of such a store.
+std::string CalendarOfStore(const std::string& storePath);
 
 // Whether the open calendar's owner made the record: only he may change its event.
 bool IsEventOwner(const RecordFile& file, const Appointment& record);

@@ -30,6 +30,10 @@ CommandResult FindMoved(const RecordFile& store, StoredParticipant& known) {
   return CommandResult::kDone;
 }
 
+CompanionFile OpenStore(const std::string& path) {
+  return OpenOrMakeCompanion(path, kSendKind, "", CalendarOfStore(path));
+}
+
 // One whom somebody edits, or who is gone, is passed over.
 CommandResult Change(RecordFile& store, StoredParticipant& known,
                      const std::function<bool(Participant&)>& change) {
@@ -50,7 +54,7 @@ CommandResult ParticipantList::Load(const std::string& storePath, std::uint64_t 
   participants.clear();
   known.clear();
   leaving.clear();
-  const CompanionFile opened = OpenOrMakeCompanion(path, kSendKind);
+  const CompanionFile opened = OpenStore(path);
   message = opened.message;
   if (opened.file == nullptr) return CommandResult::kFailed;
   const CommandResult result = ReadParticipants(*opened.file, eventId, kMost, known);
@@ -145,7 +149,7 @@ CommandResult ParticipantList::SavePlace(RecordFile& store, std::size_t index) {
 
 CommandResult ParticipantList::Save(int& stored) {
   stored = static_cast<int>(InUseCount());
-  const CompanionFile opened = OpenOrMakeCompanion(path, kSendKind);
+  const CompanionFile opened = OpenStore(path);
   message = opened.message;
   if (opened.file == nullptr) return CommandResult::kFailed;
   RecordFile& store = *opened.file;

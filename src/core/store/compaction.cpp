@@ -55,6 +55,7 @@ class Compaction {
   bool CreateTemp(std::string& message);
   void TakeBack() const;
   bool KeepCutRecord(std::string& message) const;
+  bool BeginKept(const char* ending, File& kept, std::string& path) const;
   bool KeepDamaged(const char* slot);
   bool WriteTemp(const CompactionWatcher& watcher);
   bool WriteBlocks();
@@ -141,13 +142,24 @@ bool Compaction::KeepCutRecord(std::string& message) const {
   if (rest.size() <= kInUse || rest.size() >= slotSize) return true;
   if (source.ReadAt(rest.data(), rest.size(), end) != static_cast<std::int64_t>(rest.size())) return false;
   if (rest[kInUse] != 1) return true;
-  const std::string name = KeepUnderNewName(target + ".cut", [&rest](const std::string& to) {
-    return platform::WriteNewFile(to, rest.data(), rest.size()) == FileResult::kDone;
-  });
+  File cut;
+  std::string name;
+  const bool kept = BeginKept(".cut", cut, name) &&
+                    cut.WriteAt(rest.data(), rest.size(), 0) == static_cast<std::int64_t>(rest.size()) &&
+                    cut.Flush();
+  if (!kept && cut.IsOpen()) platform::RemoveFile(name);
   AddMessage(message, "The last record of " + Quoted(target) + " is incomplete.\r\n" +
-                          (name.empty() ? "It can't be kept in a file beside it."
-                                        : "What is left of it was kept as " + Quoted(name) + "."));
-  return !name.empty();
+                          (!kept ? "It can't be kept in a file beside it."
+                                 : "What is left of it was kept as " + Quoted(name) + "."));
+  return kept;
+}
+
+// Makes a file beside the target for bytes of the source, open to nobody who may not read that.
+bool Compaction::BeginKept(const char* ending, File& kept, std::string& path) const {
+  path = KeepUnderNewName(target + ending, [&kept](const std::string& to) {
+    return kept.CreateExclusive(to) == FileResult::kDone;
+  });
+  return !path.empty() && kept.TakeRightsOf(source);
 }
 
 bool Compaction::WriteTemp(const CompactionWatcher& watcher) {
@@ -202,12 +214,7 @@ bool Compaction::CopyLiveSlots(const CompactionWatcher& watcher) {
 // A slot that is neither live nor free was written by no program that knows the format. There may be a record
 // behind the one wrong byte.
 bool Compaction::KeepDamaged(const char* slot) {
-  if (!damaged.IsOpen()) {
-    damagedPath = KeepUnderNewName(target + ".damaged", [this](const std::string& to) {
-      return damaged.CreateExclusive(to) == FileResult::kDone;
-    });
-    if (damagedPath.empty() || !damaged.TakeRightsOf(source)) return false;
-  }
+  if (!damaged.IsOpen() && !BeginKept(".damaged", damaged, damagedPath)) return false;
   return damaged.WriteAt(slot, slotSize, damaged.Size()) == std::int64_t{slotSize};
 }
 

@@ -26,13 +26,13 @@ CompanionFile OpenCompanion(const std::string& path, const RecordKind& kind, std
   return opened;
 }
 
-CompanionFile OpenOrMakeCompanion(const std::string& path, const RecordKind& kind,
-                                  std::string_view password) {
+CompanionFile OpenOrMakeCompanion(const std::string& path, const RecordKind& kind, std::string_view password,
+                                  const std::string& beside) {
   if (!platform::FileExists(path)) {
     HeaderBlock header;
     InitHeaderBlock(header, kind.kind, kind.kindDetail, 1);
     const std::string image = NewFileImage(header, DefaultCategories(), kind.slotSize, {});
-    const platform::FileResult made = platform::WriteNewFile(path, image.data(), image.size());
+    const platform::FileResult made = platform::WriteNewFile(path, image.data(), image.size(), beside);
     // A file that another copy made meanwhile will do.
     if (made != platform::FileResult::kDone && made != platform::FileResult::kExists) {
       return {nullptr, CannotCreateText(made) + "\r\n" + Quoted(path), FromFileResult(made)};

@@ -22,9 +22,11 @@ struct CompanionFile {
                                           std::string_view password = {});
 
 // The same, but where nothing is at the path a new file is made, whole or not at all. Of several copies that
-// find it missing at the same instant, one makes it and all open that one.
+// find it missing at the same instant, one makes it and all open that one. A new one has the rights of the
+// file at `beside`, if one is named, so that whoever shares that one shares both.
 [[nodiscard]] CompanionFile OpenOrMakeCompanion(const std::string& path, const RecordKind& kind,
-                                                std::string_view password = {});
+                                                std::string_view password = {},
+                                                const std::string& beside = {});
 
 // Opens it for reading only, and changes nothing.
 [[nodiscard]] CompanionFile ReadCompanion(const std::string& path, const RecordKind& kind,

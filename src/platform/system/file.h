@@ -246,8 +246,10 @@ bool ReplaceFile(const std::string& path, const void* data, std::size_t size);
 
 // The same, but only where nothing is at `path`: of several processes that do this at the same instant, one
 // makes the file and the others get kExists, so that nobody's file is lost. On a file system that can neither
-// rename without replacing nor link, the test and the rename are two steps.
-[[nodiscard]] FileResult WriteNewFile(const std::string& path, const void* data, std::size_t size);
+// rename without replacing nor link, the test and the rename are two steps. The file has the rights of the
+// one at `beside`, if one is named and there (TakeRightsOf).
+[[nodiscard]] FileResult WriteNewFile(const std::string& path, const void* data, std::size_t size,
+                                      const std::string& beside = {});
 
 // Makes the file at `path` readable and writable by its user alone, and an empty one where there is none. A
 // link is followed. False when that cannot be had.

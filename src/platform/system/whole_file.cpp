@@ -63,9 +63,9 @@ bool RenameNew(const std::string& from, const std::string& to) {
   return errno != EEXIST && !FileExists(to) && Rename(from, to);
 }
 
-// Writes a file beside `target` and makes `publish` give it that name. `old` is the file there, if any is
-// open; it is closed, because an open file would have to be hidden on some file systems. When that fails,
-// errno tells why.
+// Writes a file beside `target` and makes `publish` give it that name. `old` is the file there, or another
+// one whose rights the new one gets, if any is open; it is closed, because an open file would have to be
+// hidden on some file systems. When that fails, errno tells why.
 bool WriteBeside(const std::string& target, Descriptor old, const void* data, std::size_t size,
                  bool (*publish)(const std::string& from, const std::string& to)) {
   // Created with no more rights than the old file, so that a private text is never open to others.
@@ -144,13 +144,16 @@ bool ReplaceFile(const std::string& path, const void* data, std::size_t size) {
   return WriteBeside(target, std::move(old), data, size, Rename);
 }
 
-FileResult WriteNewFile(const std::string& path, const void* data, std::size_t size) {
+FileResult WriteNewFile(const std::string& path, const void* data, std::size_t size,
+                        const std::string& beside) {
   // Held, because a file that is being replaced is missing for an instant on some file systems.
   File held;
   const FileResult hold = held.HoldPath(path);
   if (held.IsOpen() || FileExists(path)) return FileResult::kExists;
   if (hold != FileResult::kDone) return hold;
-  if (WriteBeside(ResolvedPath(path), Descriptor(), data, size, RenameNew)) return FileResult::kDone;
+  Descriptor like;
+  if (!beside.empty()) OpenRegular(beside, O_RDONLY, 0, like);
+  if (WriteBeside(ResolvedPath(path), std::move(like), data, size, RenameNew)) return FileResult::kDone;
   const FileResult why = ResultOfError(errno);
   return FileExists(path) ? FileResult::kExists : why;
 }

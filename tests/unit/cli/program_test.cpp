@@ -1,6 +1,8 @@
 // The words of the command line, and the program itself with pipes, full disks and files it may only read.
+#include <grp.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <fstream>
 
@@ -146,6 +148,53 @@ TEST_F(CliProgram, FilesThatMayNotBeWrittenAreRead) {
   ASSERT_EQ(chmod(path.c_str(), 0), 0);
   expectReading(2);
   ASSERT_EQ(chmod(folder.c_str(), 0755), 0);
+}
+
+unsigned ModeOf(const std::string& path) {
+  struct stat about = {};
+  return stat(path.c_str(), &about) == 0 ? about.st_mode & 07777 : 0;
+}
+
+TEST(CliSharing, AGroupGetsTheCalendarAndItsFolder) {
+  const struct group* const own = getgrgid(getegid());
+  ASSERT_NE(own, nullptr);
+  const std::string group = std::string("--group=") + own->gr_name;
+  const TemporaryFolder folder;
+  ASSERT_EQ(chmod(folder.Path().c_str(), 0755), 0);
+  const std::string path = folder.Join("team/team.cld");
+  const mode_t mask = umask(022);
+  ASSERT_EQ(RunCli({"new", path, group}).code, 0);
+  EXPECT_EQ(ModeOf(folder.Join("team")), 02775U);
+  EXPECT_EQ(ModeOf(path), 0664U);
+  // One that was there before, with its participants.
+  for (const char* name : {"team/b.cld", "team/b.cld.tsi", "b.cld"}) {
+    ASSERT_EQ(RunCli({"new", folder.Join(name)}).code, 0);
+    ASSERT_EQ(chmod(folder.Join(name).c_str(), 0600), 0);
+  }
+  ASSERT_EQ(chmod(folder.Join("team").c_str(), 0755), 0);
+  EXPECT_EQ(RunCli({"share", folder.Join("team/b.cld"), group}).code, 0);
+  EXPECT_EQ(ModeOf(folder.Join("team")), 02775U);
+  EXPECT_EQ(ModeOf(folder.Join("team/b.cld")) & ModeOf(folder.Join("team/b.cld.tsi")), 0660U);
+  umask(mask);
+
+  const auto refused = [](const std::vector<std::string>& words, const std::string& why) {
+    const CommandResult result = RunCli(words);
+    EXPECT_EQ(result.code, 2);
+    EXPECT_NE(result.errors.find(why), std::string::npos) << result.errors;
+  };
+  refused({"share", path, "--group=no such group"}, "There is no group \"no such group\".");
+  refused({"new", path, group}, "There is a file already.");
+  refused({"share", folder.Join("none.cld"), group}, "does not exist");
+  refused({"share", folder.Join("b.cld"), group}, "Other files lie in \"" + folder.Path() + "\"");
+  EXPECT_EQ(ModeOf(folder.Path()), 0755U);
+  EXPECT_EQ(ModeOf(folder.Join("b.cld")), 0600U);
+  EXPECT_EQ(RunCli({"share", path}).code, 1);
+  if (geteuid() != 0) return;
+  const std::vector<std::string> words = {"share", folder.Join("team/b.cld"), group};
+  EXPECT_EQ(RunUnprivileged([&] {
+              return RunCli(words).errors.find("You are not in the group") != std::string::npos ? 1 : 0;
+            }),
+            1);
 }
 
 }  // namespace

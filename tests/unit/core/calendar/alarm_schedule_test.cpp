@@ -85,19 +85,19 @@ TEST(AlarmSchedule, Edges) {
 
 TEST(AlarmSchedule, WhoCannotWriteRingsThoseOfTheDayOnce) {
   const struct {
-    Entry entry;
-    Date alarmDate;
-    Date tomorrow;  // what rings the day after; none for nothing
     std::int32_t before;
     bool rings;
+    Date alarmDate;
+    Date tomorrow;  // what rings the day after; none for nothing
+    Entry entry;
   } kCases[] = {
-      {Entry("today").On(14, 3, 2004), {1, 1, 2004}, {0, 0, 0}, 0, true},
-      {Entry("later today").On(14, 3, 2004).At(23, 0), {1, 1, 2004}, {0, 0, 0}, 0, false},
-      {Entry("yesterday").On(13, 3, 2004), {1, 1, 2004}, {0, 0, 0}, 0, false},
-      {Entry("no date").On(31, 2, 2004), {1, 1, 2004}, {0, 0, 0}, 0, false},
-      {Entry("daily").Every(1, kRepeatDaily), {2, 3, 2004}, {17, 3, 2004}, 2, true},
-      {Entry("ended").Every(1, kRepeatDaily).Until(13, 3, 2004), {2, 3, 2004}, {0, 0, 0}, 0, false},
-      {Entry("Tuesdays").Every(1, kRepeatWeekly, 4), {2, 3, 2004}, {16, 3, 2004}, 1, false},
+      {0, true, {1, 1, 2004}, {0, 0, 0}, Entry("today").On(14, 3, 2004)},
+      {0, false, {1, 1, 2004}, {0, 0, 0}, Entry("later today").On(14, 3, 2004).At(23, 0)},
+      {0, false, {1, 1, 2004}, {0, 0, 0}, Entry("yesterday").On(13, 3, 2004)},
+      {0, false, {1, 1, 2004}, {0, 0, 0}, Entry("no date").On(31, 2, 2004)},
+      {2, true, {2, 3, 2004}, {17, 3, 2004}, Entry("daily").Every(1, kRepeatDaily)},
+      {0, false, {2, 3, 2004}, {0, 0, 0}, Entry("ended").Every(1, kRepeatDaily).Until(13, 3, 2004)},
+      {1, false, {2, 3, 2004}, {16, 3, 2004}, Entry("Tuesdays").Every(1, kRepeatWeekly, 4)},
   };
   AlarmMoment next = kNow;
   next.date.day++;

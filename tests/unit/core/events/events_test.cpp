@@ -1,5 +1,7 @@
 // Participants of internet events: what each operation makes of each state, in the store and in the
 // appointment.
+#include <sys/stat.h>
+
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -198,6 +200,15 @@ TEST_F(Events, ThirtyAreInvitedOnceEachAndNeverTheOwner) {
   ASSERT_TRUE(NewAppointment(calendar.file, own));
   EXPECT_TRUE(IsEventOwner(calendar.file, own));
   EXPECT_FALSE(IsEventOwner(calendar.file, event.appointment));
+}
+
+TEST_F(Events, WhoSharesTheCalendarSharesItsStore) {
+  ASSERT_EQ(chmod(calendar.Path().c_str(), 0660), 0);
+  ParticipantList list;
+  ASSERT_EQ(list.Load(path, Id()), CommandResult::kDone);
+  struct stat about = {};
+  ASSERT_EQ(stat(path.c_str(), &about), 0);
+  EXPECT_EQ(about.st_mode & 0777, 0660U);
 }
 
 TEST_F(Events, AStoreThatIsNoneIsSaidAndTheAppointmentStands) {

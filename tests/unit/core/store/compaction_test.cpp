@@ -157,6 +157,7 @@ TEST(Compaction, KeepsWhatItWouldOtherwiseWriteOver) {
   folder.Write("c.cld.temp", "yesterday's");
   folder.Write("c.cld.temp.1", "last year's");
   const std::string path = folder.Write("c.cld", whole.substr(0, whole.size() - 1));  // "e" is cut
+  chmod(path.c_str(), 0600);
   const RepairOutcome outcome = RepairCheck(path, true);
   EXPECT_TRUE(outcome.clean);
   EXPECT_NE(outcome.message.find("c.cld.temp.2\""), std::string::npos) << outcome.message;
@@ -164,6 +165,9 @@ TEST(Compaction, KeepsWhatItWouldOtherwiseWriteOver) {
   EXPECT_EQ(folder.Read("c.cld.temp.1"), "last year's");
   EXPECT_EQ(folder.Read("c.cld.temp.2"), "yesterday's");
   EXPECT_EQ(folder.Read("c.cld.cut.1"), whole.substr(whole.size() - 2627, 2626));
+  struct stat about = {};
+  stat(folder.Join("c.cld.cut.1").c_str(), &about);
+  EXPECT_EQ(about.st_mode & 0777, 0600U);
   EXPECT_EQ(folder.Count(), 4U);
   const RecordFile file(path, "");
   EXPECT_EQ(SubjectsInFileOrder(file), (std::vector<std::string>{"a", "c"}));
