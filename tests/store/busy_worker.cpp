@@ -4,7 +4,6 @@
 #include <sched.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
@@ -246,15 +245,12 @@ void Expectation::Take(const std::string& operation, const std::string& subject,
   const int one = certain ? 1 : 0;
   if (operation == "add") {
     own[subject] = {0, 0, !certain};
-    added += one;
   } else if (operation == "delete") {
     if (certain) own.erase(subject);
     if (!certain) own[subject].mayBeGone = true;
-    deleted += one;
   } else if (operation == "edit") {
     own[subject].most = revision;
     if (certain) own[subject].least = revision;
-    edited += one;
   } else if (operation == "count") {
     shared[subject].least += one;  // of all workers, in whatever order
     ++shared[subject].most;

@@ -45,9 +45,6 @@ class Expectation {
   // its own bytes, and none that must not.
   std::string Compare(const std::string& calendar) const;
 
-  int Added() const { return added; }
-  int Edited() const { return edited; }
-  int Deleted() const { return deleted; }
   int Counted() const;
   int Compacted() const { return compacted; }
   int Interrupted() const { return interrupted; }
@@ -63,9 +60,6 @@ class Expectation {
 
   std::map<std::string, Possible> own;
   std::map<std::string, Possible> shared;
-  int added = 0;
-  int edited = 0;
-  int deleted = 0;
   int compacted = 0;
   int interrupted = 0;
 };

@@ -6,7 +6,6 @@
 #include <unistd.h>
 
 #include <cstdlib>
-#include <iostream>
 #include <memory>
 #include <random>
 
@@ -87,9 +86,6 @@ class ManyCopies : public testing::TestWithParam<bool> {
   Expectation Expected() const {
     Expectation expected;
     for (const std::string& journal : journals) expected.Read(journal);
-    std::cout << expected.Added() << " added, " << expected.Edited() << " edited, " << expected.Deleted()
-              << " deleted, " << expected.Counted() << " counted, " << expected.Compacted()
-              << " compactions, " << expected.Interrupted() << " interrupted\n";
     return expected;
   }
 

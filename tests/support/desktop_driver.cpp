@@ -99,6 +99,14 @@ Qt::Key KeyFor(unsigned key) {
   return static_cast<Qt::Key>(key);
 }
 
+void UseButton(QTest::MouseAction action, HWND window, POINT point, Qt::MouseButton button = Qt::LeftButton,
+               unsigned keys = 0) {
+  const Spot spot = SpotOf(window, point);
+  if (spot.window != nullptr) QTest::mouseEvent(action, spot.window, button, ModifiersOf(keys), spot.point);
+  QApplication::processEvents();
+  QApplication::sendPostedEvents();
+}
+
 // Only an active window gets keys.
 void Activate(QWidget* top) {
   top->activateWindow();
@@ -254,35 +262,25 @@ void DesktopDriver::AnswerFileDialog(const Answer& answer, QFileDialog& dialog) 
 }
 
 void DesktopDriver::Click(HWND window, POINT point, unsigned keys) {
-  const Spot spot = SpotOf(window, point);
-  if (spot.window != nullptr) QTest::mouseClick(spot.window, Qt::LeftButton, ModifiersOf(keys), spot.point);
-  ProcessEvents();
+  UseButton(QTest::MouseClick, window, point, Qt::LeftButton, keys);
 }
 
 void DesktopDriver::DoubleClick(HWND window, POINT point) {
-  const Spot spot = SpotOf(window, point);
   // A pause, so that clicks made before do not count.
   QTest::qWait(QApplication::doubleClickInterval() + 10);
-  if (spot.window != nullptr) QTest::mouseDClick(spot.window, Qt::LeftButton, {}, spot.point);
-  ProcessEvents();
+  UseButton(QTest::MouseDClick, window, point);
 }
 
 void DesktopDriver::RightClick(HWND window, POINT point) {
-  const Spot spot = SpotOf(window, point);
-  if (spot.window != nullptr) QTest::mouseClick(spot.window, Qt::RightButton, {}, spot.point);
-  ProcessEvents();
+  UseButton(QTest::MouseClick, window, point, Qt::RightButton);
 }
 
 void DesktopDriver::MouseDown(HWND window, POINT point) {
-  const Spot spot = SpotOf(window, point);
-  if (spot.window != nullptr) QTest::mousePress(spot.window, Qt::LeftButton, {}, spot.point);
-  ProcessEvents();
+  UseButton(QTest::MousePress, window, point);
 }
 
 void DesktopDriver::MouseUp(HWND window, POINT point) {
-  const Spot spot = SpotOf(window, point);
-  if (spot.window != nullptr) QTest::mouseRelease(spot.window, Qt::LeftButton, {}, spot.point);
-  ProcessEvents();
+  UseButton(QTest::MouseRelease, window, point);
 }
 
 void DesktopDriver::PressAndRelease(HWND window, POINT press, POINT release) {

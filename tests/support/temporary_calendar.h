@@ -96,6 +96,13 @@ class TemporaryCalendar {
     return offset;
   }
 
+  // The slot at an offset, whatever is in it.
+  core::Appointment Slot(std::int32_t offset) const {
+    core::Appointment slot{};
+    if (!file.ReadSlot(&slot, offset)) std::abort();
+    return slot;
+  }
+
   core::HeaderBlock Header() const {
     core::HeaderBlock header;
     if (!file.ReadHeaderBlock(header)) std::abort();

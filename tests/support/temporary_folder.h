@@ -1,6 +1,7 @@
 // A folder for one test, gone with everything in it when the test ends.
 #pragma once
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cstdio>
@@ -12,6 +13,12 @@
 #include <string_view>
 
 namespace tests {
+
+// The rights of a file, 0..07777; 0 when there is none.
+inline unsigned ModeOf(const std::string& path) {
+  struct stat about = {};
+  return stat(path.c_str(), &about) == 0 ? about.st_mode & 07777 : 0;
+}
 
 class TemporaryFolder {
  public:
