@@ -1,10 +1,7 @@
 // What controls tell assistive technology, what it does with them, and what keys do.
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <memory>
-#include <string>
-#include <vector>
 
 #include "controls/list_view.h"
 #include "controls/tabs.h"
@@ -151,8 +148,6 @@ TEST_F(Access, SlidersAreReadAndMoved) {
 TEST_F(Access, TabsAreReadAndChosen) {
   TTabsWnd tabs(30, kWhite, 40, kBlack);
   Put(tabs, {0, 0, 200, 20}, "Views");
-  EXPECT_EQ(reader.Read(tabs.Handle()), "PageTabList \"Views\"");
-  Press({VK_LEFT, VK_RIGHT, VK_HOME, VK_END});
   SetFocus(tabs.Handle());
   Press({VK_LEFT, VK_RIGHT, VK_HOME, VK_END});
   EXPECT_TRUE(host.commands.empty()) << "no tabs, nothing to choose";
@@ -230,14 +225,11 @@ TEST_F(Access, DaysAreReadAndPicked) {
   calendar.SetDate(2004, 3, 14);
   Put(calendar, {0, 0, 108, 130});
   const HWND grid = At({5, 40});
-  const Texts parts = {"ComboBox \"Year: 2004\" = 2004",
-                       "ComboBox \"Month: March\" = March",
-                       "Table \"March 2004\" 31",
-                       "Button \"Previous month\"",
-                       "Button \"Today\"",
-                       "Button \"Next month\""};
-  for (int part = 0; part < 6; ++part) {
-    EXPECT_EQ(reader.Read(calendar.Handle(), part), parts[static_cast<std::size_t>(part)]);
+  int part = 0;
+  for (const char* read :
+       {"ComboBox \"Year: 2004\" = 2004", "ComboBox \"Month: March\" = March", "Table \"March 2004\" 31",
+        "Button \"Previous month\"", "Button \"Today\"", "Button \"Next month\""}) {
+    EXPECT_EQ(reader.Read(calendar.Handle(), part++), read);
   }
   EXPECT_EQ(reader.Read(grid, 13), "Cell \"Sunday, March 14, 2004\" selected");
   EXPECT_EQ(reader.ReadAt(grid, {20, 5}), "Cell \"Monday, March 1, 2004\"");

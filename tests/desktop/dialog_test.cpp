@@ -20,7 +20,6 @@ constexpr int kTemplate = 9000;
 constexpr int kLine = 100;
 constexpr int kText = 101;
 constexpr int kCombo = 102;
-constexpr int kCheck = 103;
 
 class TestDialog : public ZarfDialog {
  public:
@@ -64,47 +63,20 @@ class Dialog : public testing::Test {
   TestDialog dialog;
 };
 
-TEST_F(Dialog, BindsWithAMessageOfItsOwnThenInitialises) {
+TEST_F(Dialog, EndsByKeysButtonsAndClosing) {
   EXPECT_EQ(Run([&](HWND handle) { driver.Press(handle, VK_RETURN); }), 1);
-  ASSERT_FALSE(dialog.messages.empty());
-  EXPECT_EQ(dialog.messages.front(), WM_INITDIALOG);
   EXPECT_EQ(std::count(dialog.messages.begin(), dialog.messages.end(), ZWM_AFTERCREATE), 1);
-  EXPECT_FALSE(IsWindow(dialog.Handle()));
   EXPECT_EQ(dialog.Open(&owner, 12345), -1);
-}
-
-TEST_F(Dialog, EscapeAndClosingEndWithZero) {
+  Look([&](HWND handle) {
+    const RECT opened = tests::PlaceOf(handle);
+    MoveWindow(handle, opened.left, opened.top, Width(opened) + 50, Height(opened) - 50);
+    EXPECT_EQ(tests::PlaceOf(handle), opened) << "it keeps its size";
+  });
   EXPECT_EQ(Run([&](HWND handle) { driver.Press(handle, VK_ESCAPE); }), 0);
   EXPECT_EQ(Run([&](HWND handle) { PostMessage(handle, WM_CLOSE, 0, 0); }), 0);
   EXPECT_EQ(Run([&](HWND handle) { driver.ClickControl(handle, IDCANCEL); }), 0);
   dialog.initialise = [&] { dialog.EndDialog(7); };
   EXPECT_EQ(dialog.Open(&owner, kTemplate), 7);
-}
-
-TEST_F(Dialog, KeepsItsSizeUnlessItsTemplateSaysOtherwise) {
-  Look([&](HWND handle) {
-    const RECT opened = tests::PlaceOf(handle);
-    MoveWindow(handle, opened.left, opened.top, Width(opened) + 50, Height(opened) - 50);
-    EXPECT_EQ(tests::PlaceOf(handle), opened);
-  });
-}
-
-TEST_F(Dialog, NestsAndTimersTickInside) {
-  TestDialog inner;
-  SetTimer(owner.Handle(), 1, 5);
-  EXPECT_EQ(Run([&](HWND handle) {
-              owner.log.clear();
-              driver.WaitUntil([&] { return owner.Count(WM_TIMER) > 2; });
-              driver.WhenDialogOpens([&](HWND innerHandle) {
-                driver.Click(owner.Handle(), {5, 5});  // blocked
-                driver.Press(innerHandle, VK_ESCAPE);
-              });
-              EXPECT_EQ(inner.Open(&dialog, kTemplate), 0);
-              EXPECT_TRUE(IsWindow(handle));
-              driver.ClickControl(handle, IDOK);
-            }),
-            1);
-  EXPECT_EQ(owner.Count(WM_LBUTTONDOWN), 0);
 }
 
 TEST_F(Dialog, EditsReportChangesAndKeepToTheirLimits) {
@@ -177,53 +149,6 @@ TEST_F(Dialog, UntouchedTextsComeBackByteForByte) {
   });
 }
 
-TEST_F(Dialog, SortedComboKeepsOrderAndTakesAnyText) {
-  Look([&](HWND handle) {
-    for (const char* name : {"pear", "Apple", "fig"}) {
-      dialog.SendItemMessage(kCombo, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(name));
-    }
-    EXPECT_EQ(dialog.Text(kCombo), "");
-    const auto find = [&](const char* name) {
-      return dialog.SendItemMessage(kCombo, CB_FINDSTRINGEXACT, 0, reinterpret_cast<LPARAM>(name));
-    };
-    EXPECT_EQ(find("Apple"), 0);
-    EXPECT_EQ(find("fig"), 1);
-    EXPECT_EQ(find("Pear"), kControlError);
-    dialog.SendItemMessage(kCombo, CB_SETCURSEL, 2, 0);
-    EXPECT_EQ(dialog.Text(kCombo), "pear");
-    driver.TypeInto(handle, kCombo, "fi");
-    EXPECT_EQ(dialog.Text(kCombo), "fi");
-    EXPECT_EQ(dialog.SendItemMessage(kCombo, CB_SETCURSEL, 3, 0), kControlError);
-  });
-}
-
-TEST_F(Dialog, CheckBoxesAndDisabledControls) {
-  Look([&](HWND handle) {
-    driver.ClickControl(handle, kCheck);
-    EXPECT_TRUE(IsDlgButtonChecked(handle, kCheck));
-    EXPECT_EQ(dialog.commands.back(), MakeWParam(kCheck, BN_CLICKED));
-    EnableWindow(GetDlgItem(handle, IDOK), false);
-    driver.ClickControl(handle, IDOK);
-    driver.Press(handle, VK_RETURN);
-    EXPECT_TRUE(IsWindow(handle));
-    EXPECT_EQ(GetDlgItem(handle, 999), nullptr);
-  });
-  EXPECT_TRUE(dialog.commands.back() == MakeWParam(IDCANCEL, 0));
-}
-
-TEST_F(Dialog, CenterOverKeepsTheWindowOnTheDesktop) {
-  owner.Move(50, 60, 300, 200);
-  Look([&](HWND handle) {
-    CenterOver(owner.Handle(), handle);
-    const RECT over = tests::PlaceOf(owner.Handle());
-    const RECT own = tests::PlaceOf(handle);
-    EXPECT_EQ(own.left, std::max(0, over.left + Width(over) / 2 - Width(own) / 2));
-    owner.Move(-280, -150);
-    CenterOver(owner.Handle(), handle);
-    EXPECT_EQ(tests::PlaceOf(handle), (RECT{0, 0, Width(own), Height(own)}));
-  });
-}
-
 TEST_F(Dialog, MessageBoxesAskAndTell) {
   driver.AnswerMessageBox("Do you want to delete", IDYES);
   EXPECT_TRUE(AskYesNo(&owner, 105));
@@ -234,55 +159,6 @@ TEST_F(Dialog, MessageBoxesAskAndTell) {
   char buffer[8];
   EXPECT_STREQ(LoadText(buffer, 2010, sizeof buffer), "January");
   EXPECT_STREQ(LoadText(buffer, 2018, sizeof buffer), "Septemb");
-}
-
-TEST_F(Dialog, AMenuPostsTheChosenCommandAndWorksByKeyboard) {
-  const HMENU menu = CreatePopupMenu();
-  AppendMenu(menu, MF_STRING, 11, "&New...\tInsert");
-  AppendMenu(menu, MF_SEPARATOR, 0, "");
-  AppendMenu(menu, MF_STRING | MF_GRAYED, 12, "Grey");
-  AppendMenu(menu, MF_LITERAL, 13, "R&D");
-  driver.ChooseMenuItem("R&D");
-  EXPECT_EQ(TrackPopupMenu(menu, {10, 10}, owner.Handle()), 13U);
-  EXPECT_EQ(driver.LastMenu(), (std::vector<std::string>{"New...", "-", "(Grey)", "R&D"}));
-  EXPECT_EQ(owner.Count(WM_COMMAND), 0);
-  driver.ProcessEvents();
-  EXPECT_EQ(owner.Count(WM_COMMAND), 1);
-  EXPECT_EQ(owner.log.back().wParam, 13U);
-  driver.ChooseMenuItem("");
-  EXPECT_EQ(TrackPopupMenu(menu, {10, 10}, owner.Handle()), 0U);
-  DestroyMenu(menu);
-}
-
-TEST_F(Dialog, AcceleratorsWorkInTheWindowButNotInADialog) {
-  static constexpr Accelerator kTable[] = {
-      {FVIRTKEY, VK_DELETE, 116}, {FVIRTKEY | FCONTROL, 'F', 101}, {FVIRTKEY | FALT, 'H', 107}};
-  std::vector<WPARAM> commands;
-  owner.hook = [&](const MessageRecord& record) -> LRESULT {
-    if (record.message == WM_COMMAND) commands.push_back(record.wParam);
-    if (record.message == 0x0600) {
-      driver.Press(owner.Handle(), VK_DELETE);
-      driver.Press(owner.Handle(), 'F');
-      driver.Press(owner.Handle(), 'F', MK_CONTROL);
-      driver.Press(owner.Handle(), 'H', 0, true);
-      EXPECT_EQ(Run([&](HWND handle) {
-                  driver.TypeInto(handle, kLine, "ab");
-                  driver.Press(handle, VK_DELETE);
-                  driver.Press(handle, VK_ESCAPE);
-                }),
-                0);
-      PostQuitMessage(3);
-    }
-    return 0;
-  };
-  PostMessage(owner.Handle(), 0x0600, 0, 0);
-  EXPECT_EQ(RunMessageLoop(owner.Handle(),
-                           [&](const MessageRecord& record) {
-                             return TranslateAccelerator(owner.Handle(), kTable, record);
-                           }),
-            3);
-  EXPECT_EQ(commands, (std::vector<WPARAM>{MakeWParam(116, 1), MakeWParam(101, 1), MakeWParam(107, 1)}));
-  EXPECT_EQ(owner.Count(WM_KEYDOWN), 1);  // the plain F
 }
 
 }  // namespace

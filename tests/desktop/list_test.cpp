@@ -3,8 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <memory>
-#include <string>
-#include <vector>
 
 #include "controls/list_view.h"
 #include "framework/fonts.h"
@@ -112,28 +110,6 @@ TEST_F(Lists, ClicksSelectAndTellTheParent) {
   EXPECT_EQ(view.SelectedItem(), 2);
   EXPECT_EQ(host.Values(kId, kListDoubleClick), (Values{2, -1}));
   EXPECT_TRUE(host.Values(kId, kListFirstRow).empty()) << "scrolling is nobody's business";
-}
-
-TEST_F(Lists, KeysMoveByOneCellWhateverTheColumns) {
-  CellsView view(Setup(30, 3));
-  Put(view);
-  Key(view, VK_DOWN);
-  Key(view, VK_DOWN);
-  EXPECT_EQ(view.SelectedItem(), 1) << "the next cell of the row, not the one below";
-  Key(view, VK_LEFT);
-  Key(view, VK_UP);
-  EXPECT_EQ(view.SelectedItem(), 0);
-  Key(view, VK_END);
-  EXPECT_EQ(view.SelectedItem(), 29);
-  EXPECT_EQ(ListObject(view).FirstRow(), 7) << "row 9 in the middle of five";
-  EXPECT_EQ(BarOf(view).Position(), 7);
-  Key(view, VK_RIGHT);
-  EXPECT_EQ(view.SelectedItem(), 29);
-  Key(view, VK_HOME);
-  EXPECT_EQ(view.SelectedItem(), 0);
-  EXPECT_EQ(BarOf(view).Position(), 0);
-  Key(view, VK_ESCAPE);
-  EXPECT_EQ(view.SelectedItem(), -1);
 }
 
 TEST_F(Lists, SelectingScrollsIntoSightAndRefusesWhatIsNotThere) {
@@ -254,28 +230,19 @@ TEST_F(Lists, AClickPaintsTheTwoCellsItChangesAndNoMore) {
   ASSERT_EQ(view.drawn.size(), 2u);
   EXPECT_EQ(view.drawn[0].state, 0);
   EXPECT_EQ(view.drawn[1].state, 1);
+  EXPECT_TRUE(view.drawn[1].focused);
   view.drawn.clear();
   driver.MoveMouse(ListOf(view), {50, 65});
   driver.MoveMouse(ListOf(view), {60, 65});
   EXPECT_TRUE(view.drawn.empty()) << "the mouse alone paints nothing";
   EXPECT_EQ(view.events.back(), "move 3");
-}
 
-TEST_F(Lists, TheSelectedCellShowsWhetherTheListHasTheKeyboard) {
-  CellsView view(Setup(5));
-  Put(view);
-  view.SelectItem(2);
-  ASSERT_TRUE(driver.WaitUntil([&] { return view.HasFocusMark(); }));
-  driver.Wait(20);
-  ASSERT_FALSE(view.drawn.empty());
-  EXPECT_TRUE(view.drawn.back().focused);
-  view.drawn.clear();
   SetFocus(host.Handle());
   ASSERT_TRUE(driver.WaitUntil([&] { return !view.HasFocusMark(); }));
   driver.Wait(20);
-  ASSERT_EQ(view.drawn.size(), 1u);
-  EXPECT_EQ(view.drawn[0].index, 2);
-  EXPECT_FALSE(view.drawn[0].focused);
+  ASSERT_FALSE(view.drawn.empty());
+  EXPECT_EQ(view.drawn.back().index, 1);
+  EXPECT_FALSE(view.drawn.back().focused) << "the selected cell shows whether the list has the keyboard";
 }
 
 class Drags : public Lists {
@@ -411,43 +378,6 @@ TEST_F(FileLists, AnotherUsersChangeArrivesByItself) {
   EXPECT_EQ(host.Values(kId, kListFileChanged), (Values{3, 2})) << "once for one change";
 }
 
-TEST_F(FileLists, TheParentCanKeepTheSelectionOverARebuild) {
-  Show();
-  shown->SelectItem(1);
-  core::Appointment kept;
-  host.onCommand = [&](const HostWindow::Command& command) {
-    if (command.code == kListFileChanged && command.value == 1) {
-      EXPECT_TRUE(calendar.file.ReadRecord(&kept, shown->KeyAt(shown->SelectedItem())));
-    } else if (command.code == kListFileChanged && command.value == 0) {
-      EXPECT_TRUE(shown->SelectRecord(kept.header.recordId));
-    }
-    return LRESULT{0};
-  };
-  EXPECT_FALSE(shown->RefreshFromFile(ListRefresh::kByProgram)) << "nothing changed yet";
-  calendar.Add(tests::Entry("a"));
-  EXPECT_TRUE(shown->RefreshFromFile(ListRefresh::kByProgram));
-  driver.ProcessEvents();
-  EXPECT_EQ(host.Values(kId, kListFileChanged), (Values{1, 0}));
-  EXPECT_EQ(shown->SelectedItem(), 2) << "d is one further down";
-  EXPECT_EQ(core::ReadText(kept.subject), "d");
-
-  const tests::Entry stranger("d");
-  EXPECT_FALSE(shown->SelectRecord(stranger.appointment.header.recordId)) << "records are told by their id";
-  EXPECT_EQ(shown->SelectedItem(), 2);
-}
-
-TEST_F(FileLists, ARecordDeletedByAnotherUserHidesNoOther) {
-  Show();
-  core::SetRefreshEnabled(false);
-  core::RecordFile other(calendar.Path(), "");
-  ASSERT_EQ(other.DeleteRecord(records.KeyAt(1)), core::Result::kDone);
-  EXPECT_EQ(Shown(), (Texts{"b", "(gone)", "f"}));
-  EXPECT_TRUE(shown->KeyAt(3).IsNone());
-  shown->SetFile(nullptr, nullptr);
-  EXPECT_EQ(shown->ItemCount(), 0);
-  EXPECT_TRUE(shown->KeyAt(0).IsNone());
-}
-
 TEST_F(FileLists, AListIsNotRebuiltUnderADrag) {
   Show(true);
   driver.MouseDown(ListOf(*shown), {50, 25});
@@ -458,15 +388,6 @@ TEST_F(FileLists, AListIsNotRebuiltUnderADrag) {
   driver.MouseUp(ListOf(*shown), {52, 27});
   core::FileWatch::OfProcess().Look();
   EXPECT_EQ(shown->ItemCount(), 4);
-}
-
-TEST_F(FileLists, TheHundredAndFirstListViewIsNotRefreshed) {
-  std::vector<std::unique_ptr<RecordsView>> others(kMostWatchingLists);
-  for (auto& other : others) other = std::make_unique<RecordsView>(Setup(0));
-  Show();
-  calendar.Add(tests::Entry("a"));
-  core::FileWatch::OfProcess().Look();
-  EXPECT_EQ(shown->ItemCount(), 3);
 }
 
 TEST_F(FileLists, AParentMayTakeOtherListViewsAwayWhileItIsTold) {

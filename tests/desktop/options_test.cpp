@@ -7,7 +7,6 @@
 
 #include "desktop/shell_fixture.h"
 #include "framework/services.h"
-#include "platform/desktop/dialog.h"
 #include "platform/system/program_folder.h"
 #include "platform/system/program_start.h"
 #include "shell/application.h"

@@ -47,18 +47,6 @@ TEST_F(Painting, OnlyInPaintMessagesAndOnlyWhatIsMarked) {
   EXPECT_EQ(window.Count(WM_PAINT), 2) << "an idle window paints nothing";
 }
 
-TEST_F(Painting, WithoutEraseTheBackgroundIsNotAskedFor) {
-  ASSERT_TRUE(window.CreateTop());
-  driver.Wait(30);
-  window.log.clear();
-  window.Invalidate(nullptr, 0);
-  window.Update();
-  EXPECT_EQ(window.Count(WM_ERASEBKGND), 0);
-  window.Invalidate(nullptr, 1);
-  window.Update();
-  EXPECT_EQ(window.Count(WM_ERASEBKGND), 1);
-}
-
 TEST_F(Painting, LinesAndFramesLieWhereTheyShould) {
   window.paintHook = [](HDC hdc, const PAINTSTRUCT&) {
     hdc->SetPenColor(kRed);

@@ -75,7 +75,7 @@ TEST(Screens, ADialogIsPlacedOnItsOwnersScreen) {
   EXPECT_EQ(PlaceOf(dialog.Handle()), (RECT{250, 250, 550, 450})) << "the middle of the first screen";
 }
 
-TEST_F(Services, SoundsAreSilentWhileSoundIsOffAndOpenNothing) {
+TEST_F(Services, SoundsAreSilentWhileSoundIsOffButForTones) {
   Folder().Write("add.wav", std::string("RIFF\4\0\0\0WAVE", 12));
   SetSoundEnabled(0);
   PlaySound("add.wav");
@@ -85,10 +85,8 @@ TEST_F(Services, SoundsAreSilentWhileSoundIsOffAndOpenNothing) {
   EXPECT_FALSE(platform::FileExists(Folder().Join("missing.wav.played")));
   PlaySound("add.wav");
   EXPECT_TRUE(platform::FileExists(Folder().Join("add.wav.played")));
-}
 
-TEST_F(Services, ATonePlaysWhileSoundIsOffAndWhatIsNoneIsSaid) {
-  SetSoundEnabled(0);
+  SetSoundEnabled(0);  // for which a tone does not ask
   const std::string tone = Folder().Write("tone.wav", std::string("RIFF\4\0\0\0WAVE", 12));
   EXPECT_TRUE(PlayTone(tone));
   EXPECT_TRUE(platform::FileExists(tone + ".played"));
@@ -101,25 +99,8 @@ TEST_F(Services, ATonePlaysWhileSoundIsOffAndWhatIsNoneIsSaid) {
   SetSoundEnabled(1);
 }
 
-TEST_F(Services, BuiltInPicturesAreDrawnByNameAndNumber) {
-  HostWindow host;
-  RecordingDc dc;
-  DrawBmpResource(&dc, 3, 4, "mark_bell.bmp");
-  DrawBitmapId(&dc, 5, 6, 2001);
-  StretchBmpResource(&dc, "mark_bell.bmp", {0, 0, 30, 40});
-  ASSERT_EQ(dc.calls.size(), 3u);
-  EXPECT_EQ(dc.calls[0].rect, (RECT{3, 4, 3, 4}));
-  EXPECT_EQ(dc.calls[1].rect, (RECT{5, 6, 5, 6}));
-  EXPECT_EQ(dc.calls[2].bitmap, dc.calls[0].bitmap) << "read once";
-  const auto own = LoadBmpResource("mark_bell");
-  ASSERT_NE(own, nullptr);
-  EXPECT_NE(own.get(), dc.calls[0].bitmap) << "whoever loads a picture may recolour it";
-}
-
 TEST_F(Services, FiltersAreReadWithTheirOwnSeparator) {
   using Filters = std::vector<FileFilter>;
-  EXPECT_EQ(ParseFileFilter("Tempoline file (*.cld)|*.cld||"),
-            (Filters{{"Tempoline file (*.cld)", {"*.cld"}}}));
   EXPECT_EQ(ParseFileFilter("Sounds#*.wav;*.mp3#All | files#*.*##"),
             (Filters{{"Sounds", {"*.wav", "*.mp3"}}, {"All | files", {"*.*"}}}));
   for (const char* incomplete : {"", "|", "||", "Text||", "|*.txt||"}) {
@@ -127,37 +108,7 @@ TEST_F(Services, FiltersAreReadWithTheirOwnSeparator) {
   }
 }
 
-TEST_F(Services, AFileToSaveGetsItsExtensionAndIsNotOverwrittenUnasked) {
-  const HostWindow host;
-  const TemporaryFolder folder;
-  const char* const filter = "Tempoline file (*.cld)|*.cld||";
-  const auto save = [&](std::string& path) {
-    return FileDialog(kFileDialogSave, filter, "cld", host.Handle(), path, kInProgramFolder);
-  };
-  std::string path = "untouched";
-  driver.ChooseFile("");
-  EXPECT_FALSE(save(path));
-  EXPECT_EQ(path, "untouched");
-  EXPECT_EQ(driver.LastFileKinds(), (std::vector<std::string>{"Tempoline file (*.cld)"}));
-
-  driver.ChooseFile(folder.Join("team"));
-  EXPECT_TRUE(save(path));
-  EXPECT_EQ(path, folder.Join("team.cld"));
-  EXPECT_FALSE(platform::FileExists(path)) << "only chosen, not made";
-
-  folder.Write("there.cld", "x");
-  driver.ChooseFile(folder.Join("there.cld"));
-  driver.AnswerMessageBox("already exists", IDYES);
-  EXPECT_TRUE(save(path));
-  EXPECT_EQ(path, folder.Join("there.cld"));
-  EXPECT_EQ(folder.Read("there.cld"), "x");
-
-  driver.ChooseFile("mine");
-  EXPECT_TRUE(save(path));
-  EXPECT_EQ(path, Folder().Join("mine.cld")) << "begins in the program's folder";
-}
-
-TEST_F(Services, AFileToOpenAndAFolderMustExist) {
+TEST_F(Services, AFileToOpenNeedsNoDotAndAChoiceOfNoneChangesNothing) {
   const HostWindow host;
   const TemporaryFolder folder;
   folder.Write("a.cld", "x");
@@ -171,13 +122,11 @@ TEST_F(Services, AFileToOpenAndAFolderMustExist) {
   driver.ChooseFile(folder.Join("no dot"));
   EXPECT_TRUE(FileDialog(kFileDialogOpen, "(*.*)|*.*||", "", host.Handle(), path, kInCurrentFolder));
   EXPECT_EQ(driver.LastFileKinds(), (std::vector<std::string>{"(*)"}));
-
-  path = folder.Path();
-  driver.ChooseFile(folder.Path());
-  EXPECT_TRUE(BrowseFolder(host.Handle(), path));
-  EXPECT_EQ(path, folder.Path());
   driver.ChooseFile("");
   EXPECT_FALSE(BrowseFolder(host.Handle(), path));
+  driver.ChooseFile("mine");
+  EXPECT_TRUE(FileDialog(kFileDialogSave, "(*.cld)|*.cld||", "cld", host.Handle(), path, kInProgramFolder));
+  EXPECT_EQ(path, Folder().Join("mine.cld")) << "begins in the program's folder";
 }
 
 TEST_F(Services, HelpIsShownByTheDesktopOrSaidToBeMissing) {

@@ -1,10 +1,12 @@
-// How windows are made and destroyed and in which order messages reach them.
+// How windows are made and destroyed, in which order messages reach them, and where those of the mouse go.
 #include <gtest/gtest.h>
 
 #include <memory>
 
 #include "desktop/recording_window.h"
+#include "framework/services.h"
 #include "platform/desktop/application.h"
+#include "platform/desktop/cursor.h"
 #include "support/desktop_driver.h"
 #include "support/windows.h"
 
@@ -21,16 +23,6 @@ class Window : public testing::Test {
   RecordingWindow window;
   RecordingWindow child{"Child"};
 };
-
-TEST_F(Window, TheFirstMessageBindsTheObjectAndAfterCreateWaitsForTheLoop) {
-  ASSERT_FALSE(window.log.empty());
-  EXPECT_EQ(window.log.front().message, WM_CREATE);
-  EXPECT_EQ(window.log.front().hwnd, window.Handle());
-  EXPECT_EQ(window.Count(ZWM_AFTERCREATE), 0);
-  driver.ProcessEvents();
-  EXPECT_EQ(window.Count(ZWM_AFTERCREATE), 1);
-  EXPECT_EQ(ObjectFromHandle(window.Handle()), &window);
-}
 
 TEST_F(Window, CreateFailsWhenCreationIsRefused) {
   child.hook = [](const MessageRecord& record) -> LRESULT { return record.message == WM_CREATE ? -1 : 0; };
@@ -49,17 +41,6 @@ TEST_F(Window, AChildThatIsMadeHiddenStaysSoWhenItsParentShows) {
   EXPECT_TRUE(IsWindowVisible(child.Handle()));
 }
 
-TEST_F(Window, TheFirstRegistrationOfAClassStays) {
-  RecordingWindow first("SharedName");
-  first.background = RGB(1, 2, 3);
-  RecordingWindow second("SharedName");
-  second.background = RGB(200, 0, 0);
-  ASSERT_TRUE(first.CreateTop());
-  ASSERT_TRUE(second.CreateTop());
-  EXPECT_EQ(driver.PixelAt(second.Handle(), {5, 5}), RGB(1, 2, 3));
-  EXPECT_EQ(GetClassName(second.Handle()), "SharedName");
-}
-
 TEST_F(Window, SentMessagesAreCallsAndPostedOnesKeepTheirOrder) {
   driver.ProcessEvents();
   window.wanted = [](UINT message) { return message == kFirst || message == kSecond || message == WM_PAINT; };
@@ -75,22 +56,6 @@ TEST_F(Window, SentMessagesAreCallsAndPostedOnesKeepTheirOrder) {
   ASSERT_TRUE(driver.WaitUntil([&] { return window.Count(WM_PAINT) > 0; }));
   EXPECT_EQ(window.Messages(), (std::vector<UINT>{kFirst, kSecond, kFirst, kSecond, WM_PAINT}));
   EXPECT_EQ(window.log[3].wParam, 3U);
-}
-
-TEST_F(Window, MovingTellsTheSizeAtOnceAndOnlyWhenItChanged) {
-  ASSERT_TRUE(child.Create(&window));
-  driver.ProcessEvents();
-  child.log.clear();
-  child.Move(10, 20, 70, 30);
-  ASSERT_EQ(child.Count(WM_SIZE), 1);
-  EXPECT_EQ(child.log.front().lParam, MakeLParam(70, 30));
-  child.Move(15, 25);
-  driver.ProcessEvents();
-  EXPECT_EQ(child.Count(WM_SIZE), 1);
-  EXPECT_EQ(tests::ClientOf(child.Handle()), (RECT{0, 0, 70, 30}));
-  EXPECT_EQ(ClientToScreen(child.Handle(), {0, 0}), ClientToScreen(window.Handle(), {15, 25}));
-  EXPECT_EQ(GetParent(child.Handle()), window.Handle());
-  EXPECT_EQ(child.ParentObject(), &window);
 }
 
 TEST_F(Window, DestroyClosesFirstThenParentBeforeChildren) {
@@ -149,57 +114,74 @@ TEST_F(Window, DeletingAnObjectDestroysItsWindowOnceAndPostedMessagesDie) {
   EXPECT_NE(other.Handle(), handle);
 }
 
-TEST_F(Window, TimersTickByNumberUntilKilled) {
-  SetTimer(window.Handle(), 100, 5);
-  SetTimer(window.Handle(), 101, 5000);
-  ASSERT_TRUE(driver.WaitUntil([&] { return window.Count(WM_TIMER) >= 3; }));
-  EXPECT_TRUE(KillTimer(window.Handle(), 100));
-  EXPECT_FALSE(KillTimer(window.Handle(), 100));
-  const int ticks = window.Count(WM_TIMER);
-  driver.Wait(40);
-  EXPECT_EQ(window.Count(WM_TIMER), ticks);
-  for (const MessageRecord& record : window.log)
-    EXPECT_TRUE(record.message != WM_TIMER || record.wParam == 100);
+// Two windows side by side in one top-level window.
+class Mouse : public testing::Test {
+ protected:
+  void SetUp() override {
+    frame.rect = {0, 0, 200, 100};
+    ASSERT_TRUE(frame.CreateTop());
+    left.rect = {0, 0, 100, 100};
+    right.rect = {100, 0, 200, 100};
+    ASSERT_TRUE(left.Create(&frame));
+    ASSERT_TRUE(right.Create(&frame));
+    driver.Wait(20);
+    left.log.clear();
+    right.log.clear();
+  }
+
+  DesktopDriver driver;
+  RecordingWindow frame{"MouseFrame"};
+  RecordingWindow left{"MouseLeft"};
+  RecordingWindow right{"MouseRight", CS_DBLCLKS};
+};
+
+TEST_F(Mouse, AWindowThatDiesLosesTheCapture) {
+  SetCapture(left.Handle());
+  DestroyWindow(left.Handle());
+  EXPECT_EQ(GetCapture(), nullptr);
+  driver.Click(right.Handle(), {10, 10});
+  EXPECT_EQ(right.Count(WM_LBUTTONDOWN), 1);
 }
 
-TEST_F(Window, ATimerOfAnotherWindowIsNotOurs) {
-  class Ticking : public RecordingWindow {
-   public:
-    LRESULT OnTimer(const MessageRecord&) override { return 5; }
-  } ticking;
-  ASSERT_TRUE(ticking.CreateTop());
-  EXPECT_EQ(ticking.WindowProc({ticking.Handle(), WM_TIMER, 1, 0}), 5);
-  EXPECT_EQ(ticking.WindowProc({nullptr, WM_TIMER, 1, 0}), 0);
+TEST_F(Mouse, TheCaptureKeepsTheCursorWhereItIsToldTo) {
+  const auto cornerOf = [&](int x, int y) { return ClientToScreen(left.Handle(), {x, y}); };
+  const RECT bounds{cornerOf(10, 20).x, cornerOf(10, 20).y, cornerOf(50, 60).x, cornerOf(50, 60).y};
+  const auto moveTo = [&](POINT point) {
+    driver.ProcessEvents();  // of the cursor's own moves
+    driver.MoveMouse(left.Handle(), point);
+    return PointFromLParam(left.log.back().lParam);
+  };
+  ClipCursor(&bounds);
+  EXPECT_EQ(moveTo({90, 5}), (POINT{90, 5})) << "without the capture nobody keeps it";
+  SetCapture(left.Handle());
+  ClipCursor(&bounds);
+  EXPECT_EQ(moveTo({95, 5}), (POINT{49, 20}));
+  EXPECT_TRUE(SetCursorPos(cornerOf(30, 30)));
+  EXPECT_EQ(GetCursorPos(), cornerOf(30, 30));
+  SetCapture(right.Handle());  // takes it away
+  SetCapture(left.Handle());
+  EXPECT_EQ(moveTo({90, 8}), (POINT{90, 8}));
+  ReleaseCapture();
 }
 
-TEST_F(Window, FocusMovesAndKeysGoToItAlone) {
-  child.rect = {0, 0, 50, 50};
-  ASSERT_TRUE(child.Create(&window));
-  driver.Press(window.Handle(), VK_ESCAPE);
-  SetFocus(child.Handle());
-  EXPECT_EQ(GetFocus(), child.Handle());
-  EXPECT_EQ(child.Count(WM_SETFOCUS), 1);
-  window.log.clear();
-  child.log.clear();
-  driver.Press(window.Handle(), 'A', MK_CONTROL);
-  EXPECT_EQ(window.Count(WM_KEYDOWN), 0);
-  EXPECT_EQ(child.Count(WM_KEYDOWN), 1);
-  child.log.clear();
-  driver.Type(window.Handle(), "\xE9");
-  ASSERT_EQ(child.Messages(), (std::vector<UINT>{WM_CHAR}));
-  EXPECT_EQ(child.log.front().wParam, 0xE9U);
+TEST_F(Mouse, ASecondQuickPressIsADoubleClickOnlyForClassesThatWantIt) {
+  driver.DoubleClick(right.Handle(), {10, 10});
+  EXPECT_EQ(right.Count(WM_LBUTTONDBLCLK), 1);
+  EXPECT_EQ(right.Count(WM_LBUTTONDOWN), 1);
+  driver.DoubleClick(left.Handle(), {10, 10});
+  EXPECT_EQ(left.Count(WM_LBUTTONDBLCLK), 0);
+  EXPECT_EQ(left.Count(WM_LBUTTONDOWN), 2);
 }
 
-TEST_F(Window, RegisteredMessagesReachEveryTopLevelWindow) {
-  ASSERT_TRUE(child.CreateTop());
-  const UINT number = RegisterWindowMessage("A name of its own");
-  EXPECT_GE(number, WM_REGISTERED);
-  EXPECT_EQ(RegisterWindowMessage("A name of its own"), number);
-  EXPECT_NE(RegisterWindowMessage("Another"), number);
-  PostToAll(number, 100, 0);
-  driver.ProcessEvents();
-  EXPECT_EQ(window.Count(number), 1);
-  EXPECT_EQ(child.Count(number), 1);
+TEST_F(Mouse, TheWheelArrivesInWholeStepsAndClimbsToTheParent) {
+  driver.Wheel(left.Handle(), {10, 10}, -1);
+  driver.Wheel(left.Handle(), {10, 10}, 2);
+  std::vector<int> deltas;
+  for (const MessageRecord& record : left.log) {
+    if (record.message == WM_MOUSEWHEEL) deltas.push_back(WheelDelta(record.wParam));
+  }
+  EXPECT_EQ(deltas, (std::vector<int>{-120, 120, 120}));
+  EXPECT_EQ(frame.Count(WM_MOUSEWHEEL), 3);
 }
 
 }  // namespace

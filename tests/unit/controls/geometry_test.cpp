@@ -58,13 +58,10 @@ TEST(ListGeometry, EveryPixelHitsTheCellThatIsPaintedThere) {
     }
   }
   EXPECT_EQ(HitCell(layout, {0, 0}).index, 3);
-  EXPECT_EQ(HitCell(layout, {-1, 5}).index, -1);
-  EXPECT_EQ(HitCell(layout, {5, -1}).index, -1);
-  EXPECT_EQ(HitCell(layout, {100, 5}).index, -1);
-  EXPECT_EQ(HitCell(layout, {5, 50}).index, -1);
-  EXPECT_FALSE(FindCell(layout, 2)) << "scrolled out";
-  EXPECT_FALSE(FindCell(layout, 10));
-  EXPECT_FALSE(FindCell(layout, -1));
+  for (const POINT& outside : {POINT{-1, 5}, POINT{5, -1}, POINT{100, 5}, POINT{5, 50}}) {
+    EXPECT_EQ(HitCell(layout, outside).index, -1) << outside.x;
+  }
+  for (const int hidden : {2, 10, -1}) EXPECT_FALSE(FindCell(layout, hidden)) << hidden;
 }
 
 TEST(ListGeometry, DamagedSizesShowNothingAndEndAtOnce) {
@@ -146,16 +143,10 @@ TEST(SlideGeometry, TheThumbGoesFromTopToBottomAndStaysInTheBar) {
 }
 
 TEST(SlideGeometry, TheMouseCallsThePositionItPointsAt) {
-  EXPECT_EQ(SlidePosition(0, 120, 5, 3), 0);
-  EXPECT_EQ(SlidePosition(29, 120, 5, 3), 0);
-  EXPECT_EQ(SlidePosition(30, 120, 5, 3), 1);
-  EXPECT_EQ(SlidePosition(99, 120, 5, 0), 3);
-  EXPECT_EQ(SlidePosition(100, 120, 5, 0), 4) << "the thumb touches the bottom";
-  EXPECT_EQ(SlidePosition(-7, 120, 5, 3), 0);
-  EXPECT_EQ(SlidePosition(kMost, 120, 5, 0), 4);
-}
-
-TEST(SlideGeometry, TheLastPositionIsReachedWhateverTheCount) {
+  // At 100 the thumb touches the bottom.
+  constexpr std::pair<int, int> kPositions[] = {{0, 0},   {29, 0}, {30, 1},   {99, 3},
+                                                {100, 4}, {-7, 0}, {kMost, 4}};
+  for (const auto& [y, position] : kPositions) EXPECT_EQ(SlidePosition(y, 120, 5, 3), position) << y;
   for (int count = 2; count < 3000; ++count) ASSERT_EQ(SlidePosition(99, 99, count, 0), count - 1);
 }
 
@@ -183,16 +174,11 @@ TEST(MonthGridGeometry, DaysStandUnderTheirWeekdays) {
 }
 
 TEST(MonthGridGeometry, OnlyDaysOfTheMonthAreHit) {
-  EXPECT_EQ(DayAt(kMarch, {15, 0}), 1);
-  EXPECT_EQ(DayAt(kMarch, {29, 13}), 1);
-  EXPECT_EQ(DayAt(kMarch, {14, 0}), 0) << "the last of February";
-  EXPECT_EQ(DayAt(kMarch, {60, 60}), 0) << "the first of April";
-  EXPECT_EQ(DayAt(kMarch, {106, 20}), 0) << "pixels beyond the seventh column";
-  EXPECT_EQ(DayAt(kMarch, {-1, 20}), 0);
-  EXPECT_EQ(DayAt(kMarch, {-32768, 32767}), 0);
-}
-
-TEST(MonthGridGeometry, NoRoomAndNoMonthHaveNoDays) {
+  // The others are of February and April, beyond the seventh column, and outside.
+  constexpr std::pair<POINT, int> kDays[] = {{{15, 0}, 1},        {{29, 13}, 1},  {{14, 0}, 0},
+                                             {{60, 60}, 0},       {{106, 20}, 0}, {{-1, 20}, 0},
+                                             {{-32768, 32767}, 0}};
+  for (const auto& [point, day] : kDays) EXPECT_EQ(DayAt(kMarch, point), day) << point.x;
   EXPECT_EQ(DayAt({6, 5, 2004, 3}, {0, 0}), 0);
   EXPECT_EQ(DayAt({-20, -20, 2004, 3}, {0, 0}), 0);
   EXPECT_EQ(DayAt({108, 85, 2004, 13}, {20, 5}), 0);
