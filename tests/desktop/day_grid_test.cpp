@@ -271,7 +271,7 @@ class ViewSwitchTest : public testing::Test {
 
 TEST_F(ViewSwitchTest, ADayThatIsChosenInAMonthOrAWeekShowsAsADay) {
   program.Run(calendar.Path(), [&] {
-    for (const int tab : {2, 1}) {
+    for (const int tab : {1, 2}) {
       ClickTab(tab);
       const HWND grid = Grid().Handle();
       EXPECT_EQ(GetClassName(grid), tab == 2 ? "TMonthWndClass" : "TWeekWndClass");

@@ -101,6 +101,8 @@ TEST_F(EditorTest, AnAppointmentNeedsASubject) {
 TEST_F(EditorTest, ANewAppointmentStartsWithTheCategoryThatIsShown) {
   driver.WhenDialogOpens([&](HWND dialog) {
     EXPECT_EQ(TextOf(dialog, AppointmentEditor::kCategoryBox), "Calls");
+    const LPARAM fifth = reinterpret_cast<LPARAM>("Holiday");  // the twelfth of the file
+    EXPECT_EQ(SendDlgItemMessage(dialog, AppointmentEditor::kCategoryBox, CB_FINDSTRINGEXACT, 0, fifth), 4);
     driver.Type(dialog, "x");
     PressOk(dialog);
   });

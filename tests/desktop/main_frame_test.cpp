@@ -4,7 +4,6 @@
 #include "core/ini_file.h"
 #include "framework/pane.h"
 #include "platform/desktop/frame.h"
-#include "shell/commands.h"
 #include "shell/frame_metrics.h"
 #include "shell/frame_painting.h"
 #include "shell/frame_placement.h"
@@ -13,7 +12,6 @@
 #include "support/calendar_program.h"
 #include "support/recording_dc.h"
 #include "support/temporary_calendar.h"
-#include "support/temporary_folder.h"
 #include "support/windows.h"
 
 namespace {
@@ -110,18 +108,6 @@ TEST_F(MainFrame, HoldsBarsAndPaneAndKeepsThemPlaced) {
     EXPECT_EQ(tests::ClientOf(pane), (RECT{0, 0, kLargeFrame.cx - 8 - 39, kLargeFrame.cy - 27 - 95}));
     Press(CaptionButton::kMaximize);
     driver.WaitUntil([&] { return Width(Window()) == kSmallFrame.cx; });
-  });
-}
-
-TEST_F(MainFrame, AHoverOverTheToolBarPaintsTheToolBarAlone) {
-  Run([&] {
-    const HWND toolBar = WindowFromPoint(ClientToScreen(program.Frame(), {20, 35}));
-    ASSERT_EQ(GetClassName(toolBar), "ZarfToolBar");
-    driver.Wait(100);
-    const int before = driver.Paints();
-    driver.MoveMouse(toolBar, {20, 12});
-    driver.Wait(100);
-    EXPECT_EQ(driver.Paints(), before + 1);
   });
 }
 
