@@ -5,9 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <cerrno>
-#include <functional>
 
-#include "core/calendar/categories.h"
 #include "core/store/compaction.h"
 #include "core/store/file_passwords.h"
 #include "support/faulty_calls.h"
@@ -32,11 +30,6 @@ class AppointmentCommands : public testing::Test {
     first = AllRecords(file).KeyAt(0);
   }
 
-  core::Appointment Slot(std::int32_t offset) {
-    core::Appointment slot{};
-    EXPECT_TRUE(calendar.file.ReadSlot(&slot, offset));
-    return slot;
-  }
   CommandResult Begin(core::RecordFile& file) {
     EditLock lock(file);
     return BeginEdit(lock, first, record);
@@ -47,7 +40,7 @@ class AppointmentCommands : public testing::Test {
     return taken == CommandResult::kDone ? DeleteLocked(lock, record) : taken;
   }
   void Change(void (*change)(core::Appointment&)) {
-    core::Appointment slot = Slot(kFirst);
+    core::Appointment slot = calendar.Slot(kFirst);
     change(slot);
     ASSERT_TRUE(calendar.file.WriteSlot(&slot, kFirst));
   }
@@ -102,30 +95,16 @@ TEST_F(AppointmentCommands, ConfidentialIsTheOwnersAlone) {
 
 TEST_F(AppointmentCommands, AnEventIsNotCutAndACancelledOneNotEditedButDeleted) {
   for (const int state : {1, 9}) {
-    core::Appointment slot = Slot(kFirst);
+    core::Appointment slot = calendar.Slot(kFirst);
     slot.header.eventFlag = static_cast<std::uint8_t>(state);
     ASSERT_TRUE(calendar.file.WriteSlot(&slot, kFirst));
     EXPECT_EQ(CutAppointment(assistant, first, record), CommandResult::kInternetEvent);
-    EXPECT_EQ(+Slot(kFirst).header.inUse, 1);
+    EXPECT_EQ(+calendar.Slot(kFirst).header.inUse, 1);
   }
   EXPECT_EQ(Begin(assistant), CommandResult::kCancelledEvent);
-  EXPECT_EQ(Slot(kFirst).header.editLock, 0);
+  EXPECT_EQ(calendar.Slot(kFirst).header.editLock, 0);
   EXPECT_EQ(Delete(assistant), CommandResult::kDone);
-  EXPECT_EQ(Slot(kFirst).header.inUse, 0);
-}
-
-TEST_F(AppointmentCommands, OneEditorAtATime) {
-  EditLock lock(calendar.file);
-  ASSERT_EQ(BeginEdit(lock, first, record), CommandResult::kDone);
-  EXPECT_FALSE(core::RefreshEnabled());
-  EXPECT_EQ(Begin(assistant), CommandResult::kLocked);
-  EXPECT_EQ(MoveToDate(assistant, first, kOtherDay, record), CommandResult::kLocked);
-  EXPECT_EQ(Slot(kFirst).header.editLock, 1);
-  core::WriteText(record.subject, "Changed");
-  EXPECT_EQ(EndEdit(lock, record), CommandResult::kDone);
-  EXPECT_TRUE(core::RefreshEnabled());
-  EXPECT_EQ(Slot(kFirst).header.editLock, 0);
-  EXPECT_EQ(core::ReadText(Slot(kFirst).subject), "Changed");
+  EXPECT_EQ(calendar.Slot(kFirst).header.inUse, 0);
 }
 
 // A slot that was freed goes to the next record: the key that somebody chose before is not that one's.
@@ -142,7 +121,7 @@ TEST_F(AppointmentCommands, ADeletedRecordIsNotBroughtBackAndAnotherInItsSlotIsL
   const auto takeTheSlot = [this](const char* subject) {
     const Entry entry(subject);
     EXPECT_EQ(calendar.file.AddRecord(&entry.appointment), core::Result::kDone);
-    EXPECT_EQ(core::ReadText(Slot(kFirst).subject), subject);
+    EXPECT_EQ(core::ReadText(calendar.Slot(kFirst).subject), subject);
   };
   takeTheSlot("Second");
   std::string before = calendar.Bytes();
@@ -187,8 +166,8 @@ TEST_F(AppointmentCommands, WhatFailsBehindTheRecordIsTriedAgainAndThenTold) {
     FaultyCalls faults;
     faults.Fail(FaultyCalls::kWrite, fault.nth, EIO, fault.times);
     EXPECT_EQ(EndEdit(lock, record), fault.result) << fault.nth << ' ' << fault.times;
-    EXPECT_EQ(+Slot(kFirst).header.editLock, fault.lockAfter);
-    EXPECT_EQ(Slot(kFirst).notes[0], record.notes[0]);
+    EXPECT_EQ(+calendar.Slot(kFirst).header.editLock, fault.lockAfter);
+    EXPECT_EQ(calendar.Slot(kFirst).notes[0], record.notes[0]);
   }
   // A program that cannot give a lock back leaves a file that the next opening brings in order.
   {
@@ -200,7 +179,7 @@ TEST_F(AppointmentCommands, WhatFailsBehindTheRecordIsTriedAgainAndThenTold) {
   calendar.file.Close();
   EXPECT_TRUE(core::RepairCheck(calendar.Path(), false).clean);
   ASSERT_TRUE(calendar.file.Open());
-  EXPECT_EQ(+Slot(kFirst).header.editLock, 0);
+  EXPECT_EQ(+calendar.Slot(kFirst).header.editLock, 0);
 }
 
 // The same where its other writes succeed: the count says that somebody did not leave in order.
@@ -215,39 +194,24 @@ TEST_F(AppointmentCommands, AClosedFileWithALockLeftStaysCounted) {
     assistant.Close();
   }
   EXPECT_EQ(+calendar.Header().openCount, count);
-  EXPECT_EQ(+Slot(kFirst).header.editLock, 1);
-}
-
-TEST_F(AppointmentCommands, AFullDiskChangesNothingAndKeepsTheLockForAnotherTry) {
-  EditLock lock(calendar.file);
-  ASSERT_EQ(BeginEdit(lock, first, record), CommandResult::kDone);
-  const std::string before = calendar.Bytes();
-  core::WriteText(record.subject, "Changed");
-  {
-    FaultyCalls faults;
-    faults.Fail(FaultyCalls::kWrite, 1, ENOSPC, FaultyCalls::kForEver);
-    EXPECT_EQ(EndEdit(lock, record), CommandResult::kFailed);
-    EXPECT_EQ(AddAppointment(calendar.file, record), CommandResult::kFailed);
-  }
-  EXPECT_EQ(calendar.Bytes(), before);
-  EXPECT_EQ(EndEdit(lock, record), CommandResult::kDone);
+  EXPECT_EQ(+calendar.Slot(kFirst).header.editLock, 1);
 }
 
 TEST_F(AppointmentCommands, WhatTheDiskDoesNotConfirmIsToldAndStays) {
   FaultyCalls faults;
   faults.Fail(FaultyCalls::kFlush, 1, EIO, FaultyCalls::kForEver);
   EXPECT_EQ(AddAppointment(calendar.file, Entry("Second").appointment), CommandResult::kNotFlushed);
-  EXPECT_EQ(core::ReadText(Slot(kFirst + 2627).subject), "Second");
+  EXPECT_EQ(core::ReadText(calendar.Slot(kFirst + 2627).subject), "Second");
   {
     EditLock lock(calendar.file);
     ASSERT_EQ(BeginEdit(lock, first, record), CommandResult::kDone);
     core::WriteText(record.subject, "Changed");
     EXPECT_EQ(EndEdit(lock, record), CommandResult::kNotFlushed);
   }
-  EXPECT_EQ(core::ReadText(Slot(kFirst).subject), "Changed");
-  EXPECT_EQ(Slot(kFirst).header.editLock, 0);
+  EXPECT_EQ(core::ReadText(calendar.Slot(kFirst).subject), "Changed");
+  EXPECT_EQ(calendar.Slot(kFirst).header.editLock, 0);
   EXPECT_EQ(Delete(calendar.file), CommandResult::kNotFlushed);
-  EXPECT_EQ(Slot(kFirst).header.inUse, 0);
+  EXPECT_EQ(calendar.Slot(kFirst).header.inUse, 0);
 }
 
 TEST_F(AppointmentCommands, ACopyIsAPlainAppointmentOfItsOwn) {
@@ -258,7 +222,7 @@ TEST_F(AppointmentCommands, ACopyIsAPlainAppointmentOfItsOwn) {
     slot.header.eventRole = 5;
   });
   EXPECT_EQ(MoveToDate(assistant, first, kOtherDay, record), CommandResult::kRepeats);
-  const core::Appointment original = Slot(kFirst);
+  const core::Appointment original = calendar.Slot(kFirst);
   const std::function<CommandResult()> kWays[] = {
       [&] { return CopyToDate(assistant, first, kOtherDay, record); },
       [&] { return PasteAppointment(assistant, kOtherDay, record = original); },
@@ -273,7 +237,7 @@ TEST_F(AppointmentCommands, ACopyIsAPlainAppointmentOfItsOwn) {
     SCOPED_TRACE(way);
     ASSERT_EQ(kWays[way](), CommandResult::kDone);
     const bool again = way == 3;  // deleted and brought back, it is itself
-    const core::Appointment copy = Slot(again ? kFirst : kFirst + 2627 * (way + 1));
+    const core::Appointment copy = calendar.Slot(again ? kFirst : kFirst + 2627 * (way + 1));
     core::Appointment expected = original;
     EXPECT_EQ(copy.header.recordId == original.header.recordId, again);
     expected.header.recordId = copy.header.recordId;

@@ -6,6 +6,7 @@
 
 #include "core/calendar/alarm_schedule.h"
 #include "core/calendar/day_lists.h"
+#include "core/store/record_query.h"
 #include "core/store/record_scan.h"
 #include "gtest/gtest.h"
 #include "support/era.h"
@@ -123,6 +124,18 @@ TEST(DayTable, ReadsAnUnchangedFileOnceAndItsRightsEachTime) {
   EXPECT_EQ(listed(), 0U);
   ASSERT_TRUE(renamed("x", "y"));
   EXPECT_EQ(listed(), 99U);
+}
+
+TEST(DayLists, RefuseWhatTheyCannotList) {
+  TemporaryCalendar calendar;
+  calendar.Add(Entry("a").On(14, 3, 2004));
+  DayLists lists;
+  EXPECT_FALSE(lists.Run(calendar.file, {14, 3, 2004}, 0) || lists.Run(calendar.file, {14, 3, 2004}, 65));
+  EXPECT_TRUE(lists.Run(calendar.file, {14, 3, 1999}, 7));
+  EXPECT_TRUE(lists.Day(0).empty());
+  calendar.file.Close();
+  EXPECT_FALSE(lists.Run(calendar.file, {14, 3, 2004}, 1));
+  EXPECT_TRUE(lists.Day(0).empty());
 }
 
 }  // namespace

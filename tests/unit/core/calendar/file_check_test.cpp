@@ -203,23 +203,6 @@ TEST(FileCheck, GoesOnBehindWhatCannotBeRead) {
   EXPECT_EQ(Findings(path), Texts{"5252 slot: 1 slots cannot be read"});
 }
 
-TEST(FileCheck, ReadsWhatMayNotBeWrittenAndEndsWhenTold) {
-  const TemporaryFolder folder;
-  std::string bytes = SoundFile();
-  bytes[kFirst + 5] = bytes[kSecond + 5] = 1;
-  const std::string path = folder.Write("a.cld", bytes);
-  ASSERT_EQ(chmod(path.c_str(), 0444), 0);
-  ASSERT_EQ(chmod(folder.Path().c_str(), 0555), 0);
-  EXPECT_EQ(tests::RunUnprivileged([&path] {
-              int count = 0;
-              const OpenError opened = CheckFile(path, [&count](const Finding&) { return ++count < 1; });
-              return opened == OpenError::kNone ? count : -1;
-            }),
-            1);
-  EXPECT_EQ(CheckFile(folder.Join("none"), nullptr), OpenError::kMissing);
-  EXPECT_EQ(CheckFile(folder.Path(), nullptr), OpenError::kIsFolder);
-}
-
 // Sparse, so that it takes no room: more than any offset can name, and every slot free.
 TEST(FileCheck, AnEndlessFileEnds) {
   const TemporaryFolder folder;

@@ -1,15 +1,13 @@
 #include "core/store/record_file.h"
 
-#include <sys/stat.h>
-
 #include <cerrno>
 #include <chrono>
-#include <climits>
 #include <cstring>
 #include <filesystem>
 #include <optional>
 #include <thread>
 
+#include "core/store/file_passwords.h"
 #include "core/store/record_query.h"
 #include "gtest/gtest.h"
 #include "support/child_process.h"
@@ -56,16 +54,6 @@ TEST(RecordFile, BytesOfANewCalendar) {
   EXPECT_EQ(Field(bytes, 1605, 34), Padded("Calls", 30) + "\xFF\xFF\xFF\xFF");
   EXPECT_EQ(Field(bytes, 2081, 34), Padded("Test", 30) + "\xFF\xFF\xFF\xFF");
   EXPECT_EQ(Field(bytes, 2115, 510), std::string(510, '\0'));
-}
-
-TEST(RecordFile, TextsOfANewHeaderAreTerminated) {
-  const std::string longText(300, 's');
-  tests::ProgramFolder().Write("Daybrix.ini", "[eServer]\nserver=" + longText + "\nport=" + longText + "\n");
-  HeaderBlock header;
-  InitHeaderBlock(header, "Calendar", "Organizer", 1);
-  std::filesystem::remove(tests::ProgramFolder().Join("Daybrix.ini"));
-  EXPECT_EQ(ReadText(header.serverAddress), longText.substr(0, 259));
-  EXPECT_EQ(ReadText(header.serverPort), longText.substr(0, 259));
 }
 
 TEST(RecordFile, BytesOfANewRecordsHeader) {
@@ -187,7 +175,6 @@ TEST(RecordFile, AccessLevels) {
   EXPECT_EQ(RecordFile(calendar.Path() + ".none", "").AccessLevel(), Access::kNone);
 
   RecordFile reader(calendar.Path(), "read");
-  const std::string before = calendar.Bytes();
   const Entry entry("b");
   EXPECT_EQ(reader.AddRecord(&entry.appointment), Result::kRefused);
   {
@@ -195,8 +182,6 @@ TEST(RecordFile, AccessLevels) {
     faults.Fail(FaultyCalls::kRead, 1, EIO);  // a level that cannot be read allows nothing
     EXPECT_EQ(reader.AddRecord(&entry.appointment), Result::kFailed);
   }
-  EXPECT_EQ(calendar.Bytes(), before);
-
   TemporaryCalendar open;
   EXPECT_EQ(open.file.AccessLevel(), Access::kOwner);
   TemporaryCalendar halfOpen({"own", "", "read"});
@@ -214,10 +199,7 @@ TEST(RecordFile, CountsWhoHasItOpen) {
   calendar.file.Close();
   calendar.file.Close();
   EXPECT_EQ(calendar.Bytes()[12 + 1018], '\0');
-  EXPECT_FALSE(calendar.file.Flush());
-  Appointment slot{};
-  EXPECT_FALSE(calendar.file.ReadSlot(&slot, kFirst) || calendar.file.LockRecord(kFirst));
-  EXPECT_EQ(calendar.file.AddRecord(&slot), Result::kFailed);
+  EXPECT_FALSE(calendar.file.Flush() || calendar.file.LockRecord(kFirst));
   EXPECT_TRUE(calendar.file.Open() && calendar.file.Open());
   EXPECT_EQ(tests::Value(calendar.Header().openCount), 1U);
   EXPECT_EQ(calendar.file.CounterAtOpen(), 10U);
@@ -229,38 +211,19 @@ TEST(RecordFile, CountsWhoHasItOpen) {
   EXPECT_EQ(Field(calendar.Bytes(), 12 + 1018, 4), std::string(4, '\0'));
 }
 
-TEST(RecordFile, UpdateWritesOnlyWhatChanged) {
-  TemporaryCalendar calendar;
-  FaultyCalls faults;
-  EXPECT_TRUE(calendar.file.UpdateHeaderBlock([](HeaderBlock&) {}));
-  EXPECT_EQ(faults.Count(FaultyCalls::kWrite), 0);
-  EXPECT_TRUE(
-      calendar.file.UpdateHeaderBlock([](HeaderBlock& header) { WriteText(header.ownerPassword, "new"); }));
-  EXPECT_EQ(faults.Count(FaultyCalls::kWrite), 1);
-  EXPECT_EQ(calendar.file.AccessLevel(), Access::kAssistant);  // whose password is empty still
-  calendar.file.SetPassword("new");
-  EXPECT_EQ(calendar.file.AccessLevel(), Access::kOwner);
-}
-
 TEST(RecordFile, CreateReplacesOnlyWhatNobodyUses) {
   TemporaryCalendar calendar;
   calendar.Add(Entry("kept"));
   const std::string before = calendar.Bytes();
-  HeaderBlock header = calendar.Header();
+  const HeaderBlock header = calendar.Header();
   RecordFile other(calendar.Path(), "");
   EXPECT_FALSE(other.Create(header, DefaultCategories(), 2627));  // the calendar is still open
-  EXPECT_EQ(calendar.Bytes().size(), before.size());
+  EXPECT_EQ(calendar.Bytes(), before);
   calendar.file.Close();
   EXPECT_FALSE(other.Create(header, DefaultCategories(), 859));  // no slot size of a calendar
   ASSERT_TRUE(other.Create(header, DefaultCategories(), 2627));
   EXPECT_EQ(calendar.Bytes().size(), 2625U);
   EXPECT_FALSE(other.OpenFailed());
-
-  InitHeaderBlock(header, "Nameleaf", "Nameleaf", 1);
-  RecordFile contacts(calendar.Path() + ".adr", "");
-  EXPECT_EQ(contacts.LastOpenError(), OpenError::kMissing);
-  EXPECT_TRUE(contacts.Create(header, DefaultCategories(), 859));
-  EXPECT_EQ(contacts.SlotSize(), 859U);
 }
 
 // Who opens the path while its file is being replaced must not work on in the old one.
@@ -306,6 +269,51 @@ TEST(RecordFile, ForEachRecordVisitsTheVisibleInFileOrder) {
   EXPECT_EQ(visited(calendar.file, 2), "ac!");
   RecordFile reader(calendar.Path(), "read");
   EXPECT_EQ(visited(reader, 9), "ad");
+}
+
+TEST(FilePasswords, OnlyTheOwnerReadsThem) {
+  TemporaryCalendar calendar({"OwnerPw1", "Assist2", "Read3"});
+  const struct {
+    const char* password;
+    CommandResult result;
+  } kCases[] = {{"OwnerPw1", CommandResult::kDone},
+                {"ownerpw1", CommandResult::kNoAccess},
+                {"Assist2", CommandResult::kReader},
+                {"Read3", CommandResult::kReader},
+                {"", CommandResult::kNoAccess}};
+  for (const auto& [password, result] : kCases) {
+    const RecordFile file(calendar.Path(), password);
+    FilePasswords read;
+    EXPECT_EQ(ReadPasswords(file, read), result) << password;
+    EXPECT_EQ(read, result == CommandResult::kDone ? (FilePasswords{"OwnerPw1", "Assist2", "Read3"})
+                                                   : FilePasswords{});
+  }
+  FilePasswords read;
+  EXPECT_EQ(ReadPasswords(RecordFile(calendar.Path() + ".none", ""), read), CommandResult::kFailed);
+  // Without an Owner password everybody is the owner.
+  TemporaryCalendar open({"", "Assist2", "Read3"});
+  EXPECT_EQ(ReadPasswords(open.file, read), CommandResult::kDone);
+}
+
+TEST(FilePasswords, StoringChangesTheirBytesOnlyAndTheFileGoesOnAsTheOwner) {
+  TemporaryCalendar calendar({"OwnerPw1", "Assist2", "Read3"});
+  RecordFile other(calendar.Path(), "OwnerPw1");
+  std::string expected = calendar.Bytes();
+  const std::string full = "abcdefghij0123456789";
+  ASSERT_EQ(StorePasswords(calendar.file, {full, "\xE9t\xE9", ""}), CommandResult::kDone);
+  expected.replace(12 + 217, 60, std::string(60, '\0'));
+  expected.replace(12 + 217, 19, full.substr(0, 19)).replace(12 + 237, 3, "\xE9t\xE9");
+  EXPECT_EQ(calendar.Bytes(), expected);
+  EXPECT_EQ(calendar.file.AccessLevel(), Access::kOwner);
+  EXPECT_EQ(calendar.file.Password(), full.substr(0, 19));
+  // Who had the password before has no say any more.
+  EXPECT_EQ(StorePasswords(other, {"mine", "", ""}), CommandResult::kNoAccess);
+  EXPECT_EQ(calendar.Bytes(), expected);
+  EXPECT_EQ(RecordFile(calendar.Path(), full).AccessLevel(), Access::kNone);
+  FaultyCalls faults;
+  faults.Fail(FaultyCalls::kWrite, 1, ENOSPC, FaultyCalls::kForEver);
+  EXPECT_EQ(StorePasswords(calendar.file, {"new", "", ""}), CommandResult::kFailed);
+  EXPECT_EQ(calendar.file.AccessLevel(), Access::kOwner);
 }
 
 }  // namespace
