@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <tuple>
 
+#include "platform/system/user_locale.h"
 #include "support/child_process.h"
 
 namespace {
@@ -66,6 +67,31 @@ TEST(ClockTest, FollowsTheMachineOtherwise) {
       return told >= before - 1 && told <= time(nullptr) ? 0 : 1;
     });
     EXPECT_EQ(code, 0) << value;
+  }
+}
+
+TEST(UserLocale, CustomsAreReadFromTheForms) {
+  const struct {
+    const char* time;
+    const char* date;
+    std::optional<bool> twelveHours;
+    std::optional<bool> monthFirst;
+  } kForms[] = {
+      {"%H:%M:%S", "%m/%d/%y", {}, {}},  // the locale "C"
+      {"%r", "%m/%d/%Y", true, true},
+      {"%I:%M:%S %p", "%d/%m/%y", true, false},
+      {"%l:%M %p", "%D", true, true},
+      {"%T", "%d/%m/%y", false, false},
+      {"%H:%M:%S", "%e.%-m.%Y", false, false},
+      {"%OI.%OM", "%b %d, %Y", true, true},
+      {"%H:%M:%S", "%Y-%m-%d", false, {}},
+      {"%T", "%F", false, {}},
+      {"100%%I%", "", false, {}},
+  };
+  for (const auto& form : kForms) {
+    const platform::TimeCustoms customs = platform::CustomsOfForms(form.time, form.date);
+    EXPECT_EQ(customs.twelveHours, form.twelveHours) << form.time;
+    EXPECT_EQ(customs.monthFirst, form.monthFirst) << form.date;
   }
 }
 

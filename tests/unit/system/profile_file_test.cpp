@@ -1,12 +1,9 @@
 #include "platform/system/profile_file.h"
 
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <string>
-#include <utility>
 
 #include "platform/system/file.h"
 #include "support/child_process.h"

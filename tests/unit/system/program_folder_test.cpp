@@ -7,7 +7,6 @@
 #include <cstdlib>
 #include <filesystem>
 #include <sstream>
-#include <string>
 #include <vector>
 
 #include "platform/system/file.h"

@@ -10,7 +10,6 @@
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
-#include <string>
 
 #include "platform/system/file.h"
 #include "support/child_process.h"
@@ -147,9 +146,7 @@ TEST_F(RunningCopiesTest, UsesAFolderOnlyWhenItIsTheUsersAlone) {
     RunningCopies here;
     ASSERT_TRUE(here.Open());
     EXPECT_EQ(Sockets(), 1U);
-    struct stat about = {};
-    ASSERT_EQ(stat(runtime.Join("daybrix").c_str(), &about), 0);
-    EXPECT_EQ(about.st_mode & 0777, 0700U);
+    EXPECT_EQ(tests::ModeOf(runtime.Join("daybrix")), 0700U);
   }
   // Somebody else's folder, a link and a file of that name are passed over, and so is a place too long for a
   // socket: the copy goes to the folder in /tmp.

@@ -1,14 +1,14 @@
-// Files that are replaced, renamed and read as a whole.
+// Files that are replaced, renamed and read as a whole, and whose they are then.
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <filesystem>
-#include <functional>
-#include <string>
 
 #include "platform/system/file.h"
+#include "platform/system/file_rights.h"
 #include "support/child_process.h"
 #include "support/faulty_calls.h"
 #include "support/temporary_folder.h"
@@ -19,6 +19,7 @@ using platform::ReadWholeFile;
 using platform::RenameFile;
 using platform::ReplaceFile;
 using tests::FaultyCalls;
+using tests::ModeOf;
 using tests::TemporaryFolder;
 
 bool Replace(const std::string& path, const std::string& content) {
@@ -27,11 +28,6 @@ bool Replace(const std::string& path, const std::string& content) {
 
 bool WriteNew(const std::string& path, const std::string& content) {
   return platform::WriteNewFile(path, content.data(), content.size()) == platform::FileResult::kDone;
-}
-
-unsigned ModeOf(const std::string& path) {
-  struct stat about = {};
-  return stat(path.c_str(), &about) == 0 ? about.st_mode & 07777 : 0;
 }
 
 TEST(ReplaceFileTest, KeepsPermissionsAndLeavesNothingBehind) {
@@ -90,33 +86,33 @@ TEST(ReplaceFileTest, FollowsLinks) {
   folder.Write("temp", "renamed");
   EXPECT_TRUE(RenameFile(folder.Join("temp"), folder.Join("relative")));
   EXPECT_EQ(folder.Read("shared/real"), "renamed");
-  for (const char* name : {"relative", "absolute", "dangling"}) {
+  std::filesystem::remove(folder.Join("shared/unborn"));
+  EXPECT_TRUE(WriteNew(folder.Join("dangling"), "new"));
+  EXPECT_EQ(folder.Read("shared/unborn"), "new");
+  EXPECT_FALSE(WriteNew(folder.Join("circle"), "lost"));
+  for (const char* name : {"relative", "absolute", "dangling", "circle"}) {
     struct stat about = {};
     EXPECT_TRUE(lstat(folder.Join(name).c_str(), &about) == 0 && S_ISLNK(about.st_mode)) << name;
   }
 }
 
 TEST(ReplaceFileTest, FailureLeavesTheOldFileAndNoOther) {
-  struct Case {
+  const struct {
     const char* what;
-    std::function<void(FaultyCalls&)> arrange;
-  };
-  const Case cases[] = {
-      {"disk full", [](FaultyCalls& faults) { faults.Fail(FaultyCalls::kWrite, 1, ENOSPC); }},
-      {"disk full half-way",
-       [](FaultyCalls& faults) {
-         faults.Shorten(FaultyCalls::kWrite, 1, 2);
-         faults.Fail(FaultyCalls::kWrite, 2, ENOSPC);
-       }},
-      {"flush", [](FaultyCalls& faults) { faults.Fail(FaultyCalls::kFlush, 1, EIO); }},
-      {"rename", [](FaultyCalls& faults) { faults.Fail(FaultyCalls::kRename, 1, EACCES); }},
-  };
-  for (const Case& one : cases) {
+    FaultyCalls::Call call;
+    int nth;
+    int error;
+  } kCases[] = {{"disk full", FaultyCalls::kWrite, 1, ENOSPC},
+                {"disk full half-way", FaultyCalls::kWrite, 2, ENOSPC},
+                {"flush", FaultyCalls::kFlush, 1, EIO},
+                {"rename", FaultyCalls::kRename, 1, EACCES}};
+  for (const auto& one : kCases) {
     const TemporaryFolder folder;
     const std::string path = folder.Write("a", "old");
     for (const char* name : {"a", "none"}) {
       FaultyCalls faults;
-      one.arrange(faults);
+      faults.Shorten(FaultyCalls::kWrite, 1, 2);
+      faults.Fail(one.call, one.nth, one.error);
       EXPECT_FALSE(Replace(folder.Join(name), "newer")) << one.what;
     }
     EXPECT_EQ(folder.Read("a"), "old") << one.what;
@@ -192,40 +188,6 @@ TEST_P(WriteNewFileTest, ReplacesNothingAndLeavesNothingBehind) {
   EXPECT_EQ(folder.Count(), 2U);
 }
 
-TEST(WriteNewFileLinkTest, FollowsLinksAndKeepsThem) {
-  const TemporaryFolder folder;
-  ASSERT_EQ(symlink("unborn", folder.Join("dangling").c_str()), 0);
-  ASSERT_EQ(symlink("circle", folder.Join("circle").c_str()), 0);
-  EXPECT_TRUE(WriteNew(folder.Join("dangling"), "born"));
-  EXPECT_EQ(folder.Read("unborn"), "born");
-  EXPECT_FALSE(WriteNew(folder.Join("circle"), "lost"));
-  struct stat about = {};
-  EXPECT_TRUE(lstat(folder.Join("circle").c_str(), &about) == 0 && S_ISLNK(about.st_mode));
-  EXPECT_EQ(folder.Count(), 3U);
-}
-
-TEST(RenameFileTest, PassesPermissionsOnAndFailsWhole) {
-  const TemporaryFolder folder;
-  const std::string from = folder.Write("a.temp", "new");
-  const std::string to = folder.Write("a", "old");
-  ASSERT_EQ(chmod(to.c_str(), 0606), 0);
-  {
-    FaultyCalls faults;
-    faults.Fail(FaultyCalls::kRename, 1, EIO);
-    EXPECT_FALSE(RenameFile(from, to));
-  }
-  EXPECT_EQ(folder.Read("a"), "old");
-  EXPECT_EQ(folder.Read("a.temp"), "new");
-  EXPECT_TRUE(RenameFile(from, to));
-  EXPECT_EQ(folder.Read("a"), "new");
-  EXPECT_EQ(ModeOf(to), 0606U);
-  EXPECT_FALSE(RenameFile(from, to)) << "there is none any more";
-  EXPECT_EQ(folder.Read("a"), "new");
-  EXPECT_TRUE(platform::RemoveFile(to));
-  EXPECT_FALSE(platform::RemoveFile(to));
-  EXPECT_FALSE(platform::FileExists(to));
-}
-
 TEST(ReadWholeFileTest, HoldsToItsLimitAndReportsErrors) {
   const TemporaryFolder folder;
   const std::string big(200000, 'x');
@@ -233,10 +195,9 @@ TEST(ReadWholeFileTest, HoldsToItsLimitAndReportsErrors) {
   std::string content;
   EXPECT_TRUE(ReadWholeFile(path, big.size(), content));
   EXPECT_EQ(content, big);
+  EXPECT_TRUE(ReadWholeFile(path, SIZE_MAX, content));
   EXPECT_FALSE(ReadWholeFile(path, big.size() - 1, content));
   EXPECT_EQ(content, "");
-  EXPECT_TRUE(ReadWholeFile(path, SIZE_MAX, content));
-  EXPECT_EQ(content.size(), big.size());
   EXPECT_TRUE(ReadWholeFile(folder.Write("empty", ""), 0, content));
   EXPECT_EQ(content, "");
 
@@ -265,13 +226,80 @@ TEST(FullPathTest, BeginsAtTheRootAndKeepsWhatLeadsElsewhere) {
 
 TEST(MakeFolderTest, MakesEveryLevel) {
   const TemporaryFolder folder;
-  EXPECT_TRUE(platform::MakeFolder(folder.Join("a/b/c")));
-  EXPECT_TRUE(platform::MakeFolder(folder.Join("a/b/c/")));
-  EXPECT_TRUE(platform::FileExists(folder.Join("a/b/c")));
+  EXPECT_TRUE(platform::MakeFolder(folder.Join("a/b/c/")) && platform::FileExists(folder.Join("a/b/c")));
   folder.Write("file", "");
   EXPECT_FALSE(platform::MakeFolder(folder.Join("file")));
   EXPECT_FALSE(platform::MakeFolder(folder.Join("file/a")));
   EXPECT_FALSE(platform::MakeFolder(""));
+}
+
+using platform::Acl;
+using platform::AclForOthersFile;
+using platform::AclOfMode;
+
+constexpr std::uint32_t kNone = platform::kAclNoId;
+
+TEST(FileRights, NameWhoDoesNotOwnTheFileAnyMore) {
+  const Acl listed = {{1, 6, kNone}, {2, 7, 30}, {4, 6, kNone}, {16, 4, kNone}, {32, 0, kNone}};
+  const struct {
+    const char* what;
+    Acl old;
+    std::int64_t owner;
+    std::int64_t group;
+    Acl expected;
+  } kCases[] = {
+      {"nobody changed", AclOfMode(0640), -1, -1, AclOfMode(0640)},
+      {"owner",
+       AclOfMode(0664),
+       20,
+       -1,
+       {{1, 6, kNone}, {2, 6, 20}, {4, 6, kNone}, {16, 6, kNone}, {32, 4, kNone}}},
+      {"group: another group's people are others",
+       AclOfMode(0664),
+       -1,
+       9,
+       {{1, 6, kNone}, {4, 4, kNone}, {8, 6, 9}, {16, 6, kNone}, {32, 4, kNone}}},
+      {"a mask takes away as before, and the named are in order",
+       listed,
+       20,
+       -1,
+       {{1, 6, kNone}, {2, 6, 20}, {2, 4, 30}, {4, 4, kNone}, {16, 6, kNone}, {32, 0, kNone}}},
+  };
+  for (const auto& one : kCases) {
+    EXPECT_EQ(AclForOthersFile(one.old, one.owner, one.group), one.expected) << one.what;
+    Acl read;
+    ASSERT_TRUE(platform::ReadAcl(platform::AclBytes(one.expected), read));
+    EXPECT_EQ(read, one.expected);
+  }
+  Acl none;
+  EXPECT_FALSE(platform::ReadAcl("", none));
+  EXPECT_FALSE(platform::ReadAcl(std::string(7, 2), none));
+}
+
+// A colleague whom the list lets write replaces the file; its owner goes on using it.
+TEST(FileRights, StayWithTheFormerOwner) {
+  if (geteuid() != 0) GTEST_SKIP() << "only root can act for two users";
+  constexpr uid_t kOwner = 1234;
+  constexpr uid_t kNobody = 65534;
+  const tests::TemporaryFolder folder;
+  const std::string path = folder.Write("a", "old");
+  ASSERT_EQ(chmod(folder.Path().c_str(), 0777), 0);
+  ASSERT_EQ(chown(path.c_str(), kOwner, kOwner), 0);
+  const std::string list =
+      platform::AclBytes({{1, 6, kNone}, {2, 6, kNobody}, {4, 4, kNone}, {16, 6, kNone}, {32, 0, kNone}});
+  if (setxattr(path.c_str(), "system.posix_acl_access", list.data(), list.size(), 0) != 0) {
+    GTEST_SKIP() << "no access control lists here";
+  }
+  EXPECT_EQ(tests::RunUnprivileged([&] { return platform::ReplaceFile(path, "new", 3) ? 1 : 0; }), 1);
+  struct stat about = {};
+  ASSERT_EQ(stat(path.c_str(), &about), 0);
+  EXPECT_EQ(about.st_uid, kNobody);
+  EXPECT_EQ(about.st_mode & 07, 0U);
+  tests::ChildProcess owner([&](const auto&) {
+    if (setresgid(kOwner, kOwner, kOwner) != 0 || setresuid(kOwner, kOwner, kOwner) != 0) return 2;
+    return access(path.c_str(), R_OK | W_OK) == 0 ? 0 : 1;
+  });
+  EXPECT_EQ(owner.ExitCode(), 0);
 }
 
 }  // namespace
