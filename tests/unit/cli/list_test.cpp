@@ -1,6 +1,5 @@
 // Lists: against a calendar that another program made, and what damage and awkward texts become.
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cstdlib>
