@@ -86,7 +86,7 @@ GroupRights MakeGroupFolder(const std::string& path, std::uint32_t group) {
 std::string FirstClosedFolder(const std::string& path, std::uint32_t group) {
   const std::string full = FullPath(ResolvedPath(path));
   for (std::size_t end = full.find('/', 1); end != std::string::npos; end = full.find('/', end + 1)) {
-    const std::string folder = full.substr(0, end);
+    std::string folder = full.substr(0, end);
     struct stat about = {};
     if (stat(folder.c_str(), &about) != 0) continue;
     const mode_t pass = about.st_gid == group ? S_IXGRP : S_IXOTH;
