@@ -38,6 +38,17 @@ struct RepeatRule {
   std::uint32_t repeatParam;
 };
 
+// Where an appointment that was read from an iCalendar file came from, so that reading the file again adds
+// nothing. All zero for one that was not; a copy of an appointment carries none.
+struct ImportMark {
+  std::uint64_t uid;      // hash of the event's UID; 0 for none
+  std::uint32_t version;  // hash of what the event said when it was read
+  std::uint32_t changed;  // when the event was last modified: seconds since 2000-01-01T00:00:00Z, 0 if not said
+  // Which of the event's records this is: the day number of its date, and a number among those of that day.
+  std::uint16_t day;
+  std::uint8_t ordinal;
+};
+
 struct Appointment {
   RecordHeader header;
   std::uint8_t alarmOn;
@@ -49,7 +60,7 @@ struct Appointment {
   std::uint8_t attachmentKind;  // an AttachmentKind
   char attachment[260];
   RepeatRule repeat;
-  char reserved[19];
+  ImportMark importMark;
   std::int32_t alarmDaysBefore;  // 0..99
   std::uint8_t alarmState;
   Date date;  // of the first occurrence
@@ -66,6 +77,10 @@ static_assert(sizeof(RepeatRule) == 21 && offsetof(RepeatRule, repeatType) == 0)
 static_assert(offsetof(RepeatRule, repeatEnd) == 1 && offsetof(RepeatRule, repeatEvery) == 13);
 static_assert(offsetof(RepeatRule, repeatParam) == 17);
 
+static_assert(sizeof(ImportMark) == 19 && offsetof(ImportMark, version) == 8);
+static_assert(offsetof(ImportMark, changed) == 12 && offsetof(ImportMark, day) == 16);
+static_assert(offsetof(ImportMark, ordinal) == 18);
+
 static_assert(sizeof(Appointment) == 2627 && sizeof(Appointment) == kCalendarKind.slotSize);
 static_assert(offsetof(Appointment, header) == 0 && offsetof(Appointment, alarmOn) == 549);
 static_assert(offsetof(Appointment, alarmTone) == 550 && offsetof(Appointment, alarmTime) == 810);
@@ -73,7 +88,7 @@ static_assert(offsetof(Appointment, alarmDate) == 826 && offsetof(Appointment, a
 static_assert(offsetof(Appointment, alarmStartTarget) == 839 &&
               offsetof(Appointment, attachmentKind) == 1099);
 static_assert(offsetof(Appointment, attachment) == 1100 && offsetof(Appointment, repeat) == 1360);
-static_assert(offsetof(Appointment, reserved) == 1381 && offsetof(Appointment, alarmDaysBefore) == 1400);
+static_assert(offsetof(Appointment, importMark) == 1381 && offsetof(Appointment, alarmDaysBefore) == 1400);
 static_assert(offsetof(Appointment, alarmState) == 1404 && offsetof(Appointment, date) == 1405);
 static_assert(offsetof(Appointment, startTime) == 1417 && offsetof(Appointment, endTime) == 1433);
 static_assert(offsetof(Appointment, allDay) == 1449 && offsetof(Appointment, subject) == 1453);

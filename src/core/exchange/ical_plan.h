@@ -1,0 +1,49 @@
+// What an iCalendar file comes to as appointments of a calendar: the plan of an import, made without a
+// calendar and without a window, so that it can be shown, counted and refused before a byte is written.
+//
+//   IcalPlan plan = PlanIcal(text, options);        // ical_reader.h
+//   IcalUpdate update = CompareWithCalendar(*file, std::move(plan));  // ical_update.h
+//   ... show it, ask ...
+//   IcalUpdateResult result = ApplyUpdate(*file, update);
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "core/calendar/appointment.h"
+
+namespace core {
+
+// Why something of the file is not in the calendar as the file has it, in the order in which users are told.
+// DescribeIcalReason has the sentence of each.
+enum class IcalReason { kFiveMinutes };
+
+// True where the event, or one of its days, is left out; false where it is only approximated.
+bool IsLeftOut(IcalReason reason);
+
+// "3 events begin or end between five minutes", "1 task", ...
+std::string DescribeIcalReason(IcalReason reason, std::size_t count);
+
+// One approximation, or one thing left out.
+struct IcalRemark {
+  IcalReason reason;
+  std::string subject;  // in code page 1252; what names the event where it has none
+  Date date{};          // zero where it is not known
+  std::string detail;   // the name of the zone, the last day written, ...; mostly empty
+};
+
+// A record that an event becomes, or one of several. Its header holds nothing but category and confidential;
+// its importMark says which piece of which event it is.
+struct PlannedRecord {
+  Appointment record{};
+  bool ownUid = false;  // the UID is one of ours: uid is the recordId of the appointment that was exported
+};
+
+struct IcalPlan {
+  std::string refusal;  // why nothing can be read from the file, for the user; else empty
+  std::vector<PlannedRecord> records;  // the pieces of an event one behind the other
+  std::vector<IcalRemark> remarks;
+};
+
+}  // namespace core
