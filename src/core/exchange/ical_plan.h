@@ -17,7 +17,40 @@ namespace core {
 
 // Why something of the file is not in the calendar as the file has it, in the order in which users are told.
 // DescribeIcalReason has the sentence of each.
-enum class IcalReason { kFiveMinutes };
+enum class IcalReason {
+  // Left out.
+  kNoStart,     // no start that can be read
+  kPrivate,     // private, for a user who may not make records confidential
+  kOutside,     // days outside the calendar's years
+  kSuperseded,  // the file has the same event again, or a later state of it
+  kNoRoom,      // more records than one import makes, or rules that take too long
+  kCancelled,
+  kMethod,  // answers and cancellations that programs send each other
+  kTask,
+  kJournal,
+  kFreeBusy,
+  // Approximated: when.
+  kBadRule,         // a repeat that cannot be read; the event is read without it
+  kBadDate,         // an end, an exception or an extra date that cannot be read
+  kLaterChange,     // a change of an occurrence and all behind it, made to the one alone
+  kUnknownZone,     // detail: its name; read as local time
+  kConverted,       // detail: the name of the zone
+  kEndBeforeStart,  // ends as it starts
+  kFiveMinutes,
+  kSplit,       // over several days
+  kCut,         // one repeat as several records
+  kWrittenOut,  // a repeat as single appointments
+  kHorizon,     // detail: the last day written of a repeat without an end
+  kTooMany,     // detail: the last day written of a repeat that needs more records than an event may have
+  kCutOff,      // the file, or the event, ends within it
+  // Approximated: what.
+  kCodePage,    // not UTF-8
+  kLetters,     // characters that code page 1252 lacks
+  kShortened,   // texts longer than their field
+  kAlarms,      // more than one alarm, and those that a record cannot have
+  kAttachment,  // further ones, and those that a record cannot hold
+  kParticipants,
+};
 
 // True where the event, or one of its days, is left out; false where it is only approximated.
 bool IsLeftOut(IcalReason reason);
@@ -41,7 +74,8 @@ struct PlannedRecord {
 };
 
 struct IcalPlan {
-  std::string refusal;  // why nothing can be read from the file, for the user; else empty
+  bool cancelled = false;              // by the progress function; nothing else holds anything then
+  std::string refusal;                 // why nothing can be read from the file, for the user; else empty
   std::vector<PlannedRecord> records;  // the pieces of an event one behind the other
   std::vector<IcalRemark> remarks;
 };
