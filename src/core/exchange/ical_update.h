@@ -2,8 +2,8 @@
 // changed.
 #pragma once
 
-#include "core/exchange/ical_plan.h"
 #include "core/exchange/exchange_fields.h"
+#include "core/exchange/ical_plan.h"
 #include "core/store/command_result.h"
 #include "core/store/record_file.h"
 
@@ -11,27 +11,28 @@ namespace core {
 
 enum class IcalFate {
   kAdd,
-  kChange,   // the record of this piece is written anew; alarm tone, start target and its place stay
-  kThere,    // left as it is: this state of the event has been read before
-  kOlder,    // left as it is: the calendar has a later state of the event
-  kLocked,   // found by ApplyUpdate: somebody edits it
+  kChange,  // the record of this piece is written anew; alarm tone, start target and its place stay
+  kThere,   // left as it is: this state of the event has been read before
+  kOlder,   // left as it is: the calendar has a later state of the event
+  kLocked,  // found by ApplyUpdate: somebody edits it
 };
 
 struct IcalStep {
   std::size_t planned;  // index in plan.records
   IcalFate fate;
-  RecordKey key{};      // of the record that is there; of kAdd nothing
+  RecordKey key{};  // of the record that is there; of kAdd nothing
 };
 
 struct IcalUpdate {
   IcalPlan plan;
-  std::vector<IcalStep> steps;        // one for each planned record
-  std::vector<RecordKey> leftovers;   // pieces of changed events that the file no longer has: deleted
+  std::vector<IcalStep> steps;       // one for each planned record
+  std::vector<RecordKey> leftovers;  // pieces of changed events that the file no longer has: deleted
   std::size_t Count(IcalFate fate) const;
 };
 
 // One pass over the calendar.
-[[nodiscard]] CommandResult CompareWithCalendar(const RecordFile& calendar, IcalPlan plan, IcalUpdate& update);
+[[nodiscard]] CommandResult CompareWithCalendar(const RecordFile& calendar, IcalPlan plan,
+                                                IcalUpdate& update);
 
 struct IcalUpdateResult {
   CommandResult result = CommandResult::kDone;
