@@ -11,6 +11,7 @@
 #include "cli/values.h"
 #include "core/calendar/categories.h"
 #include "core/calendar/file_check.h"
+#include "core/events/people_check.h"
 #include "core/store/file_messages.h"
 
 namespace cli {
@@ -120,11 +121,13 @@ Outcome CheckCommand(const Arguments& arguments, Output& output) {
   if (!outcome.IsDone()) return outcome;
   std::int64_t count = 0;
   Table table(output, format, {{"offset", 10}, {"where", 14}, {"what"}});
-  const core::OpenError error = core::CheckFile(arguments.file, [&](const core::Finding& finding) {
+  const auto report = [&](const core::Finding& finding) {
     ++count;
     table.Row({Cell::Number(finding.offset), Cell::Text(finding.where), Cell::Text(finding.what)});
     return !output.Failed();
-  });
+  };
+  const core::OpenError error = core::CheckFile(arguments.file, report);
+  if (!output.Failed()) core::CheckPeople(arguments.file, report);
   table.End();
   if (error != core::OpenError::kNone) {
     return FailOn(arguments.file, CodeOf(error), core::DescribeOpenError(arguments.file, error));

@@ -74,6 +74,12 @@ TEST(CliParticipants, OfVisibleEventsAreListedAndNothingIsMade) {
   EXPECT_NE(run({"--password=own"}).output.find("Secret"), std::string::npos);
   EXPECT_EQ(run({"00000000000000f1", "--password=own"}).output, "event,subject,state,name,email\r\n" + party);
   EXPECT_EQ(run({"00000000000000f2"}).code, 3);
+  const CommandResult check = RunCli({"check", store, "--format=csv"});
+  EXPECT_EQ(check.code, 2);
+  EXPECT_EQ(check.output,
+            "offset,where,what\r\n"
+            "6257,slot,it is a participant of an appointment that is not in the calendar\r\n"
+            "7165,slot,it is a participant of an appointment that is not in the calendar\r\n");
   EXPECT_EQ(RunCli({"delete", calendar.Path(), "00000000000000f1"}).code, 0);
   core::ParticipantList left;
   ASSERT_EQ(left.Load(store, 0xF1), core::CommandResult::kDone);

@@ -7,7 +7,9 @@
 #include <fstream>
 #include <functional>
 
+#include "core/contacts/address_book.h"
 #include "core/events/event_commands.h"
+#include "core/events/people_check.h"
 #include "core/store/companion_file.h"
 #include "gtest/gtest.h"
 #include "support/temporary_calendar.h"
@@ -226,6 +228,36 @@ TEST_F(Events, AStoreThatIsNoneIsSaidAndTheAppointmentStands) {
   Appointment stored;
   EXPECT_TRUE(calendar.file.ReadRecord(&stored, offset));
   EXPECT_EQ(stored.header.editLock, 0);
+}
+
+TEST_F(Events, ACheckTellsWhatIsWrongWithPeople) {
+  const auto findings = [](const std::string& file) {
+    std::string all;
+    CheckPeople(file, [&all](const Finding& finding) {
+      all.append(std::to_string(finding.offset)).append(" ").append(finding.what).append("\n");
+      return true;
+    });
+    return all;
+  };
+  Fill();
+  const std::string beside =
+      "2625 state is 0, not 1 to 8\n10797 state is 9, not 1 to 8\n"
+      "11705 it is a participant of an appointment that is not in the calendar\n";
+  calendar.Add(event);
+  EXPECT_EQ(findings(path), beside);
+  const std::string alone = path + ".copy";
+  std::filesystem::copy_file(path, alone);
+  EXPECT_EQ(findings(alone), beside.substr(0, beside.find("11705"))) << "beside no calendar";
+  const std::string book = path + ".tb1";
+  {
+    const CompanionFile contacts = OpenOrMakeCompanion(book, kAddressKind);
+    Contact contact;
+    EXPECT_EQ(AddContact(*contacts.file, std::string(49, 'n'), "a\nb@x", contact), CommandResult::kDone);
+    EXPECT_EQ(AddContact(*contacts.file, "a\x7F", "", contact), CommandResult::kDone);
+  }
+  EXPECT_EQ(findings(book),
+            "2625 email has a control character in it\n3484 name has a control character in it\n");
+  EXPECT_EQ(findings(calendar.Path()) + findings(path + ".none"), "");
 }
 
 }  // namespace
