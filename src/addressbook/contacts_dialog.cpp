@@ -4,14 +4,28 @@
 
 #include "framework/animations.h"
 #include "framework/notices.h"
+#include "framework/password_dialog.h"
 #include "framework/services.h"
 
-ContactsDialog::ContactsDialog(const char* dialogTitle) : title(dialogTitle) {
+namespace {
+
+// The password that opened the book the last time: each look for somebody to invite opens it anew.
+std::string& KnownPassword() {
+  static std::string known;
+  return known;
+}
+
+}  // namespace
+
+ContactsDialog::ContactsDialog(const char* dialogTitle)
+    : title(dialogTitle), refreshed(core::RefreshEnabled()) {
+  core::SetRefreshEnabled(true);
   core::FileWatch::OfProcess().Add(*this);
 }
 
 ContactsDialog::~ContactsDialog() {
   core::FileWatch::OfProcess().Remove(*this);
+  core::SetRefreshEnabled(refreshed);
 }
 
 LRESULT ContactsDialog::OnInitDialog(const MessageRecord&) {
@@ -66,12 +80,28 @@ LRESULT ContactsDialog::OnCommand(const MessageRecord& record) {
 core::RecordFile* ContactsDialog::OpenBook() {
   if (book.File() != nullptr) return book.File();
   std::string message;
-  BeginWaitCursor();
-  const bool opened = book.Open(core::AddressBookPath(), message);
+  const bool opened = OpenAsking(message);
   ShowBook();
-  EndWaitCursor();
   if (!opened || !message.empty()) ShowInfo(this, message);
   return book.File();
+}
+
+bool ContactsDialog::OpenAsking(std::string& message) {
+  const std::string path = core::AddressBookPath();
+  const auto openWith = [&](const std::string& password) {
+    BeginWaitCursor();
+    const bool opened = book.Open(path, password, message);
+    EndWaitCursor();
+    return opened;
+  };
+  if (!core::HasOwnerPassword(path)) return openWith("");
+  if (!KnownPassword().empty() && openWith(KnownPassword())) return true;
+  std::string typed;
+  // Who gives none may still read the book where that takes none.
+  if (!AskOver(this)(path, typed)) typed.clear();
+  if (!openWith(typed)) return false;
+  KnownPassword() = typed;
+  return true;
 }
 
 bool ContactsDialog::LookAfterBook() {
@@ -79,7 +109,7 @@ bool ContactsDialog::LookAfterBook() {
   if (file == nullptr || file->PathState() != platform::FileAtPath::kReplaced) return false;
   core::AddressBook present;
   std::string message;
-  if (!present.Open(file->Path(), message)) return false;
+  if (!present.Open(file->Path(), file->Password(), message)) return false;
   const core::RecordKey selected = list.KeyAt(list.SelectedItem());
   list.SetFile(nullptr, nullptr);  // of the book that closes now
   book = std::move(present);

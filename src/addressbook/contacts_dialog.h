@@ -2,7 +2,10 @@
 // is, and the list of its contacts, which follows what other copies write. A derived class adds its buttons
 // and says what a double click is.
 //
-// A book that cannot be opened is told, and the list stays empty; OpenBook tries again.
+// A book that cannot be opened is told, and the list stays empty; OpenBook tries again. A password is asked
+// for where the book has one, and remembered until the program ends.
+//
+// The book is followed also while the program edits an appointment, which the lists of its calendar are not.
 #pragma once
 
 #include "addressbook/contact_list.h"
@@ -39,11 +42,14 @@ class ContactsDialog : public ZarfDialog, private core::FileWatcher {
  private:
   const core::RecordFile* WatchedFile() const override { return book.File(); }
   void OnLook(const core::FileLook& look) override;
+  // Opens the book, with a password where it has one. False, and `message` says why, when that fails.
+  bool OpenAsking(std::string& message);
   void ShowBook();
   void ShowTitle();
   void PlaceList();
 
   const std::string title;
+  const bool refreshed;  // what the command that opened the dialog goes on with
   core::AddressBook book;
   core::RetryPause pause;
   KeptSelection keptSelection;

@@ -36,7 +36,7 @@ class EventsTest : public testing::Test {
     core::WriteText(party.header.ownerIdentity.email, core::kDefaultOwnerEmail);
     core::AddressBook book;
     std::string message;
-    EXPECT_TRUE(book.Open(core::AddressBookPath(), message)) << message;
+    EXPECT_TRUE(book.Open(core::AddressBookPath(), "", message)) << message;
     core::Contact contact;
     if (book.List().Count() == 0) {
       for (const auto& [name, email] : {std::pair{"Ann", "ann@x"}, std::pair{"Bob", "joann@x"}})

@@ -2,6 +2,8 @@
 
 #include "core/ini_file.h"
 #include "core/store/companion_file.h"
+#include "resources/strings.h"
+#include "resources/text_ids.h"
 
 namespace core {
 
@@ -14,12 +16,23 @@ std::string AddressBookPath() {
   return ModuleFolder() + "/Nameleaf.tb1";
 }
 
-bool AddressBook::Open(const std::string& path, std::string& message) {
+bool HasOwnerPassword(const std::string& path) {
+  const CompanionFile book = ReadCompanion(path, kAddressKind);
+  HeaderBlock header;
+  return book.file != nullptr && book.file->ReadHeaderBlock(header) &&
+         !ReadText(header.ownerPassword).empty();
+}
+
+bool AddressBook::Open(const std::string& path, std::string_view password, std::string& message) {
   Close();
-  CompanionFile opened = OpenOrMakeCompanion(path, kAddressKind);
+  CompanionFile opened = OpenOrMakeCompanion(path, kAddressKind, password);
   message = opened.message;
+  if (opened.file == nullptr) return false;
+  if (opened.file->AccessLevel() == Access::kNone) {
+    message = resources::FindText(text::kWrongPassword);
+    return false;
+  }
   file = std::move(opened.file);
-  if (file == nullptr) return false;
   Refresh();  // who shows the list asks whether it is whole
   return true;
 }

@@ -17,11 +17,16 @@ namespace core {
 // "Nameleaf.tb1" in the folder of the settings.
 std::string AddressBookPath();
 
+// Whether the book at the path has an Owner password, so that its user is to be asked. Who types none may all
+// the same be a Reader of it.
+bool HasOwnerPassword(const std::string& path);
+
 class AddressBook {
  public:
   // Opens the book at the path, which is made where there is none, and lists its contacts. A book that is
-  // open is closed first. False when it could not be opened; `message` is for the user, when not empty.
-  [[nodiscard]] bool Open(const std::string& path, std::string& message);
+  // open is closed first. False when it could not be opened, or the password allows nothing; `message` is for
+  // the user, when not empty.
+  [[nodiscard]] bool Open(const std::string& path, std::string_view password, std::string& message);
   void Close();
 
   // Null while it is closed.

@@ -39,7 +39,7 @@ TEST(AddressBook, IsMadeSharedAndSorted) {
   AddressBook book;
   AddressBook other;
   std::string message;
-  ASSERT_TRUE(book.Open(path, message) && other.Open(path, message)) << message;
+  ASSERT_TRUE(book.Open(path, "", message) && other.Open(path, "", message)) << message;
   EXPECT_EQ(Add(book, "bob", "b@x"), CommandResult::kDone);
   EXPECT_EQ(Add(book, "Alice", ""), CommandResult::kDone);
   EXPECT_TRUE(other.List().RefreshIfChanged(*other.File()));
@@ -71,7 +71,7 @@ TEST(AddressBook, AContactIsPutOverItselfOrAddedAnew) {
   const TemporaryFolder folder;
   AddressBook book;
   std::string message;
-  ASSERT_TRUE(book.Open(folder.Join("book"), message)) << message;
+  ASSERT_TRUE(book.Open(folder.Join("book"), "", message)) << message;
   Contact contact;
   ASSERT_EQ(AddContact(*book.File(), "Ann", "a@x", contact), CommandResult::kDone);
   SetContact(contact, "Anna", "a@x");
@@ -96,7 +96,7 @@ TEST(AddressBook, AReaderAddsAndDoesNoMore) {
   const std::string image = NewFileImage(header, DefaultCategories(), 859, {});
   AddressBook book;
   std::string message;
-  ASSERT_TRUE(book.Open(folder.Write("book", image), message)) << message;
+  ASSERT_TRUE(book.Open(folder.Write("book", image), "", message)) << message;
   ASSERT_EQ(book.File()->AccessLevel(), Access::kReader);
   EXPECT_EQ(Add(book, "Ann", "a@x"), CommandResult::kDone);
   EXPECT_TRUE(book.Refresh());
@@ -113,7 +113,7 @@ TEST(AddressBook, WhatIsNoBookIsSaid) {
         folder.Write("cut", calendar.Bytes().substr(0, 2000))}) {
     AddressBook book;
     std::string message;
-    EXPECT_FALSE(book.Open(path, message));
+    EXPECT_FALSE(book.Open(path, "", message));
     EXPECT_NE(message.find(path), std::string::npos) << message;
     EXPECT_EQ(book.File(), nullptr);
   }
