@@ -11,9 +11,10 @@ class ActionHost {
   // Runs the editor on a record; `isNew` makes it a new appointment of the session's day first. True for OK,
   // with the record as the user left it.
   virtual bool EditRecord(core::Appointment& record, bool isNew) = 0;
-  // Has the participants of an event, and what it is called, chosen. True for OK, with both as the
-  // user left them.
-  virtual bool ChooseParticipants(core::Appointment& record, core::ParticipantList& participants) = 0;
+  // Has the participants of an event, and what it is called, chosen; `isUnsaved` when they come back from a
+  // choice that could not be stored. True for OK, with both as the user left them.
+  virtual bool ChooseParticipants(core::Appointment& record, core::ParticipantList& participants,
+                                  bool isUnsaved) = 0;
   virtual bool Ask(int question) = 0;  // a text's number; true for Yes
   virtual void Tell(int text) = 0;
   virtual void Tell(const std::string& text) = 0;

@@ -29,12 +29,21 @@ void ReportAndLook(core::CalendarSession& session, ActionHost& host, CommandResu
   }
 }
 
+void Report(const core::CalendarSession& session, ActionHost& host, const core::EventOutcome& outcome,
+            const char* failed) {
+  if (outcome.message.empty()) {
+    Report(session, host, outcome.result, failed);
+  } else {
+    host.Tell(IsMade(outcome.result) ? outcome.message : outcome.message + "\r\n" + failed);
+  }
+}
+
 void ReportAndLook(core::CalendarSession& session, ActionHost& host, const core::EventOutcome& outcome,
                    const char* failed) {
   if (outcome.message.empty()) {
     ReportAndLook(session, host, outcome.result, failed);
   } else {
-    host.Tell(IsMade(outcome.result) ? outcome.message : outcome.message + "\r\n" + failed);
+    Report(session, host, outcome, failed);
   }
 }
 

@@ -16,6 +16,8 @@ void Report(const core::CalendarSession& session, ActionHost& host, core::Comman
 void ReportAndLook(core::CalendarSession& session, ActionHost& host, core::CommandResult result,
                    const char* failed);
 // The same of a command in which the participants of an event may have failed.
+void Report(const core::CalendarSession& session, ActionHost& host, const core::EventOutcome& outcome,
+            const char* failed);
 void ReportAndLook(core::CalendarSession& session, ActionHost& host, const core::EventOutcome& outcome,
                    const char* failed);
 

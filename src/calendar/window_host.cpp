@@ -14,8 +14,9 @@ bool WindowHost::EditRecord(core::Appointment& record, bool isNew) {
   return editor.Run(&window) == 1;
 }
 
-bool WindowHost::ChooseParticipants(core::Appointment& record, core::ParticipantList& participants) {
-  return InternetEventsDialog(record, participants, *session.File()).Run(&window) == 1;
+bool WindowHost::ChooseParticipants(core::Appointment& record, core::ParticipantList& participants,
+                                    bool isUnsaved) {
+  return InternetEventsDialog(record, participants, *session.File(), isUnsaved).Run(&window) == 1;
 }
 
 bool WindowHost::Ask(int question) {

@@ -16,7 +16,8 @@ class WindowHost final : public ActionHost {
       : window(hostWindow), list(hostList), session(calendarSession), gate(commandGate) {}
 
   bool EditRecord(core::Appointment& record, bool isNew) override;
-  bool ChooseParticipants(core::Appointment& record, core::ParticipantList& participants) override;
+  bool ChooseParticipants(core::Appointment& record, core::ParticipantList& participants,
+                          bool isUnsaved) override;
   bool Ask(int question) override;
   void Tell(int text) override;
   void Tell(const std::string& text) override;

@@ -21,10 +21,11 @@ std::string OwnerEmailOf(const core::RecordFile& calendar) {
 }  // namespace
 
 InternetEventsDialog::InternetEventsDialog(core::Appointment& record, core::ParticipantList& list,
-                                           const core::RecordFile& calendar)
+                                           const core::RecordFile& calendar, bool unsaved)
     : appointment(record),
       participants(list),
       isOwner(core::IsEventOwner(calendar, record)),
+      isUnsaved(unsaved),
       userEmail(OwnerEmailOf(calendar)) {}
 
 int InternetEventsDialog::Run(ZarfWnd* owner) {
@@ -36,7 +37,7 @@ LRESULT InternetEventsDialog::OnInitDialog(const MessageRecord&) {
   subject.SetText(std::string(core::ReadText(appointment.header.eventSubject)));
   rows.Create(this);
   rows.ShowParticipants(participants.Participants());
-  ok.Enable(false);
+  ok.Enable(isUnsaved && isOwner);
   remove.Enable(false);
   ShowOwner();
   PlaceList();

@@ -23,9 +23,10 @@ class InternetEventsDialog : public ZarfDialog {
     kOwnerText = 1011,  // for everybody else, in place of the list
   };
 
-  // All are borrowed. `calendar`, the record's file, tells who the user is.
+  // All are borrowed. `calendar`, the record's file, tells who the user is. What is `unsaved` comes from a
+  // dialog before, so that OK is there from the start.
   InternetEventsDialog(core::Appointment& record, core::ParticipantList& list,
-                       const core::RecordFile& calendar);
+                       const core::RecordFile& calendar, bool unsaved = false);
 
   // 1 for OK, 0 for Cancel. Only the owner of the event can have OK.
   int Run(ZarfWnd* owner);
@@ -47,6 +48,7 @@ class InternetEventsDialog : public ZarfDialog {
   core::Appointment& appointment;
   core::ParticipantList& participants;
   const bool isOwner;
+  const bool isUnsaved;
   const std::string userEmail;
 
   TextItem subject{*this, kSubjectEdit};

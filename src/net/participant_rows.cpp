@@ -16,7 +16,8 @@ constexpr COLORREF kSelected = RGB(219, 219, 219);
 
 }  // namespace
 
-ParticipantRows::ParticipantRows(int listId) : ZarfWndListView({.commandId = listId}), commandId(listId) {}
+ParticipantRows::ParticipantRows(int listId)
+    : ZarfWndListView({.commandId = listId, .findsByLetter = true}), commandId(listId) {}
 
 void ParticipantRows::ShowParticipants(const std::vector<core::Participant>& participants) {
   rows.clear();

@@ -1,5 +1,6 @@
 // The list of an event's participants in a dialog. Each row shows a participant's e-mail address and the
-// state of his invitation, and below them his name.
+// state of his invitation, and below them his name. A letter typed goes to the next e-mail address that
+// begins with it.
 #pragma once
 
 #include <vector>

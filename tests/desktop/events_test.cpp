@@ -2,8 +2,11 @@
 // and participants; and the setup of the account on the event server.
 #include <gtest/gtest.h>
 
+#include <cerrno>
+#include <filesystem>
 #include <fstream>
 
+#include "addressbook/contacts_dialog.h"
 #include "calendar/dialogs/appointment_editor.h"
 #include "core/contacts/address_book.h"
 #include "core/events/event_commands.h"
@@ -72,12 +75,20 @@ class EventsTest : public testing::Test {
     });
     driver.ClickControl(dialog, Dialog::kInviteButton);
   }
-  std::string Row(int index) {
-    const RECT area = PlaceOf(GetDlgItem(dialog, Dialog::kListArea));
-    AccessiblePart row;
-    SendMessage(WindowFromPoint({area.left + 10, area.top + 10}), WM_DESCRIBE, static_cast<WPARAM>(index),
-                reinterpret_cast<LPARAM>(&row));
-    return row.name;
+  // A row of the list that lies over a part of a dialog, or the list itself.
+  static AccessiblePart PartOf(HWND owner, int area, int row = kWholeWindow) {
+    const RECT place = PlaceOf(GetDlgItem(owner, area));
+    AccessiblePart part;
+    SendMessage(WindowFromPoint({place.left + 10, place.top + 10}), WM_DESCRIBE, static_cast<WPARAM>(row),
+                reinterpret_cast<LPARAM>(&part));
+    return part;
+  }
+  AccessiblePart ListPart() const { return PartOf(dialog, Dialog::kListArea); }
+  std::string Row(int index) const { return PartOf(dialog, Dialog::kListArea, index).name; }
+  void RemoveLast() {
+    driver.Press(dialog, VK_END);
+    driver.ProcessEvents();
+    driver.ClickControl(dialog, Dialog::kRemoveButton);
   }
   // E-mail and state of each stored participant.
   Texts Stored() {
@@ -132,9 +143,7 @@ TEST_F(EventsTest, PeopleAreInvitedAndToldOfChangesAndOfTheEnd) {
     SetStates(core::kAccepted);
     InEvent([&] {
       EXPECT_FALSE(usable(Dialog::kSubjectEdit) || usable(IDOK) || usable(Dialog::kRemoveButton));
-      driver.Press(dialog, VK_END);
-      driver.ProcessEvents();
-      driver.ClickControl(dialog, Dialog::kRemoveButton);
+      RemoveLast();
       EXPECT_EQ(Row(1), "joann@x, Bob, canceld");
       driver.ClickControl(dialog, IDOK);
     });
@@ -195,6 +204,120 @@ TEST_F(EventsTest, AStoreThatIsNoneIsToldAndNothingIsLost) {
     Command(ID_ITEM_EDIT);
     EXPECT_EQ(program.Subjects(), Texts{"Typed again"});
     EXPECT_EQ(Event().header.editLock, 0);
+  });
+}
+
+const auto systemWrite = platform::SystemFileCalls().write;
+
+// The disk has no room for another participant.
+std::int64_t WriteNoParticipant(int descriptor, const void* buffer, std::size_t size, std::int64_t offset) {
+  if (size != sizeof(core::Participant)) return systemWrite(descriptor, buffer, size, offset);
+  errno = ENOSPC;
+  return -1;
+}
+
+TEST_F(EventsTest, WhatWasChosenComesBackFromAFullDiskButNotToWhoMayNot) {
+  Run([&] {
+    InEvent([&] {
+      driver.TypeInto(dialog, Dialog::kSubjectEdit, "Summer");
+      Invite(0);
+      platform::SystemFileCalls().write = WriteNoParticipant;
+      driver.AnswerMessageBox("The disk is full.\r\nThe participants were not saved.", IDOK);
+      driver.WhenDialogOpens([&](HWND again) {
+        dialog = again;
+        EXPECT_EQ(std::to_string(Event().header.eventFlag) + Row(0), "1ann@x, Ann, wait for send");
+        EXPECT_TRUE(Stored().empty());
+        platform::SystemFileCalls().write = systemWrite;
+        driver.AnswerMessageBox("Item put on Events panel.", IDOK);
+        driver.ClickControl(dialog, IDOK);
+      });
+      driver.ClickControl(dialog, IDOK);
+    });
+    EXPECT_EQ(Stored(), Texts{"ann@x 1"});
+    EXPECT_EQ(core::ReadText(Event().header.eventSubject), "Summer");
+    EXPECT_EQ(Event().header.editLock, 0);
+    InEvent([&] {
+      RemoveLast();
+      EXPECT_TRUE(calendar.file.UpdateHeaderBlock([](core::HeaderBlock& block) {
+        for (char* password : {block.ownerPassword, block.assistantPassword, block.readerPassword}) {
+          *password = 'x';
+        }
+      }));
+      driver.AnswerMessageBox("Open the file again with the new one.\r\nThe participants were not saved.",
+                              IDOK);
+      driver.ClickControl(dialog, IDOK);
+    });
+  });
+}
+
+TEST_F(EventsTest, WhatWasChosenComesBackOverACalendarThatTookThePlaceOfTheOpenOne) {
+  const TemporaryCalendar empty;
+  const std::string twin = calendar.Path() + ".twin";
+  const std::string none = calendar.Path() + ".none";
+  std::filesystem::copy_file(empty.Path(), none);
+  // OK over the other calendar is told, and given again.
+  const auto replaceBy = [&](const std::string& other, const char* toldThen) {
+    std::filesystem::rename(other, calendar.Path());
+    driver.AnswerMessageBox("which is open now.\r\nThe participants were not saved.", IDOK);
+    driver.WhenDialogOpens([&, toldThen](HWND again) {
+      driver.AnswerMessageBox(toldThen, IDOK);
+      driver.ClickControl(again, IDOK);
+    });
+    driver.ClickControl(dialog, IDOK);
+  };
+  Run([&] {
+    std::filesystem::copy_file(calendar.Path(), twin);
+    InEvent([&] {
+      driver.TypeInto(dialog, Dialog::kSubjectEdit, "Summer");
+      Invite(0);
+      replaceBy(twin, "Item put on Events panel.");
+    });
+    EXPECT_EQ(Stored(), Texts{"ann@x 1"});
+    EXPECT_EQ(program.Shown().front().header.eventFlag, core::kInternetEvent);
+    EXPECT_EQ(core::ReadText(program.Shown().front().header.eventSubject), "Summer");
+    InEvent([&] {
+      RemoveLast();
+      replaceBy(none, "Record is deleted by other user.\r\nThe participants were not saved.");
+    });
+    EXPECT_TRUE(program.Subjects().empty());
+  });
+}
+
+TEST_F(EventsTest, ThirtyAreInvitedAtMostAndTheAddressBookIsFollowedMeanwhile) {
+  party.header.eventFlag = core::kInternetEvent;
+  {
+    const core::CompanionFile store = core::OpenOrMakeCompanion(Store(), core::kSendKind);
+    for (int i = 0; i < 31; ++i) {
+      const std::string name = std::to_string(10 + i);
+      const core::Participant one = core::NewParticipant(party.header.recordId, name, name + ".x");
+      EXPECT_EQ(store.file->AddRecord(&one), core::Result::kDone);
+    }
+  }
+  Run([&] {
+    InEvent([&] {
+      driver.Type(dialog, "3");
+      EXPECT_EQ(ListPart().currentItem, 20);
+      Invite(0);
+      EXPECT_EQ(ListPart().items, 30);
+      EXPECT_FALSE(Enabled(dialog, IDOK));
+      driver.WhenDialogOpens([&](HWND book) {
+        driver.ProcessEvents();
+        const auto contacts = [book] { return PartOf(book, ContactsDialog::kContactList).items; };
+        const int before = contacts();
+        core::AddressBook other;
+        core::Contact contact;
+        std::string message;
+        EXPECT_TRUE(other.Open(core::AddressBookPath(), "", message)) << message;
+        EXPECT_EQ(AddContact(*other.File(), "Late", "", contact), core::CommandResult::kDone);
+        core::FileWatch::OfProcess().Look();
+        driver.ProcessEvents();
+        EXPECT_EQ(contacts(), before + 1);
+        driver.Press(book, VK_ESCAPE);
+      });
+      driver.ClickControl(dialog, Dialog::kAddressBookButton);
+      EXPECT_FALSE(core::RefreshEnabled()) << "under the lock of the appointment";
+      driver.Press(dialog, VK_ESCAPE);
+    });
   });
 }
 

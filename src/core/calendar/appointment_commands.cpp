@@ -1,5 +1,7 @@
 #include "core/calendar/appointment_commands.h"
 
+#include <algorithm>
+
 #include "core/calendar/repeat_rule.h"
 #include "core/store/record_query.h"
 
@@ -67,6 +69,18 @@ CommandResult BeginEdit(EditLock& lock, const RecordKey& key, Appointment& recor
     result = CommandResult::kCancelledEvent;
   }
   return result == CommandResult::kDone ? result : GiveUp(lock, result);
+}
+
+CommandResult BeginEditAgain(EditLock& lock, Appointment& record) {
+  RecordKey key;
+  if (!FindById(lock.File(), record.header.recordId, key)) return CommandResult::kFailed;
+  if (key.IsNone()) return CommandResult::kVanished;
+  Appointment present;
+  const CommandResult begun = BeginEdit(lock, key, present);
+  if (begun != CommandResult::kDone) return begun;
+  std::copy_n(record.header.eventSubject, sizeof record.header.eventSubject, present.header.eventSubject);
+  record = present;
+  return begun;
 }
 
 CommandResult EndEdit(EditLock& lock, const Appointment& record) {

@@ -14,6 +14,10 @@ namespace core {
 // Locks and reads a record for the editor. Unless the result is kDone the lock is given back.
 [[nodiscard]] CommandResult BeginEdit(EditLock& lock, const RecordKey& key, Appointment& record);
 
+// The same for a record that was read before, perhaps from a file that this one has replaced: the one with
+// its id, kVanished when there is none. What `record` calls the event stays; all else is what the file holds.
+[[nodiscard]] CommandResult BeginEditAgain(EditLock& lock, Appointment& record);
+
 // Writes the edited record, gives the lock back and brings the file to the disk. When nothing was written
 // (!IsMade) the lock is still held.
 [[nodiscard]] CommandResult EndEdit(EditLock& lock, const Appointment& record);

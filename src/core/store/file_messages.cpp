@@ -154,8 +154,10 @@ std::string DescribeResult(const RecordFile& file, CommandResult result) {
       return DescribeFault(path, FileFault::kDeleted);
     case CommandResult::kRepeats:
       return resources::FindText(text::kRepeatNotDragged);
-    case CommandResult::kFailed:
-      return DescribeFault(path, file.LastFault());
+    case CommandResult::kFailed: {
+      const std::string reason = DescribeFault(path, file.LastFault());
+      return reason.empty() ? "Can't read or write " + Quoted(path) + "." : reason;
+    }
   }
   return "";
 }

@@ -33,8 +33,8 @@ std::string OpenAsReaderText(const std::string& path);
 // Why an operation on an open file failed; empty for kNone.
 std::string DescribeFault(const std::string& path, FileFault fault);
 
-// What to tell the user of a command on an open file: for kFailed what its LastFault says. Empty for kDone
-// and for what is passed over in silence.
+// What to tell the user of a command on an open file: for kFailed what its LastFault says, and never nothing.
+// Empty for kDone and for what is passed over in silence.
 std::string DescribeResult(const RecordFile& file, CommandResult result);
 
 // That somebody else has the file open, where it is wanted for oneself alone.
