@@ -7,7 +7,6 @@
 
 #include "core/calendar/appointment_commands.h"
 #include "core/calendar/calendar_session.h"
-#include "core/calendar/new_calendar.h"
 #include "core/ini_file.h"
 #include "core/store/file_messages.h"
 #include "core/store/file_passwords.h"
@@ -22,7 +21,6 @@
 namespace core {
 namespace {
 
-using platform::FileResult;
 using tests::FaultyCalls;
 using tests::ProgramFolder;
 using tests::TemporaryCalendar;

@@ -2,13 +2,12 @@
 #include "core/calendar/file_check.h"
 
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 
-#include "support/child_process.h"
 #include "support/faulty_calls.h"
 #include "support/temporary_calendar.h"
 
@@ -146,6 +145,10 @@ TEST(FileCheck, NamesEachFaultAndItsPlace) {
     damaged.damage(bytes);
     EXPECT_EQ(Findings(folder.Write("a.cld", bytes)), damaged.findings) << damaged.name;
     EXPECT_EQ(folder.Read("a.cld"), bytes) << damaged.name;
+    std::size_t told = 0;
+    const auto end = [&told](const Finding&) { return ++told < 1; };
+    EXPECT_EQ(CheckFile(folder.Join("a.cld"), end), OpenError::kNone);
+    EXPECT_EQ(told, std::min<std::size_t>(damaged.findings.size(), 1)) << "it ends when it is told";
   }
 }
 
