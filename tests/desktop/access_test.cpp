@@ -50,16 +50,23 @@ class Access : public testing::Test {
   ScreenReader reader;
 };
 
-TEST_F(Access, SmallControlsAreReadAndPressed) {
-  ZarfClassLinkButton link(17, {kWhite, kBlack, kBlack}, "More...", -1, DT_SINGLELINE);
-  ZarfSpinButton spin(18, SpinKind::kUp, kWhite);
-  TFlyMenu menu(kWhite, kBlack);
-  menu.AddItemText("Home", 1);
-  menu.AddItemText("Work", 2);
-  menu.SetCurrent(1);
-  Put(link, {0, 0, 100, 20});
-  Put(spin, {0, 20, 20, 40}, "Louder");
-  Put(menu, {0, 40, 100, 60}, "Category");
+class SmallControls : public Access {
+ protected:
+  SmallControls() {
+    menu.AddItemText("Home", 1);
+    menu.AddItemText("Work", 2);
+    menu.SetCurrent(1);
+    Put(link, {0, 0, 100, 20});
+    Put(spin, {0, 20, 20, 40}, "Louder");
+    Put(menu, {0, 40, 100, 60}, "Category");
+  }
+
+  ZarfClassLinkButton link{17, {kWhite, kBlack, kBlack}, "More...", -1, DT_SINGLELINE};
+  ZarfSpinButton spin{18, SpinKind::kUp, kWhite};
+  TFlyMenu menu{kWhite, kBlack};
+};
+
+TEST_F(SmallControls, AreReadAndPressed) {
   EXPECT_EQ(reader.Read(link.Handle()), "Link \"More...\"");
   EXPECT_EQ(reader.Read(spin.Handle()), "Button \"Louder\"");
   EXPECT_EQ(reader.Read(menu.Handle()), "ComboBox \"Category: Home\" = Home");
@@ -80,14 +87,7 @@ TEST_F(Access, SmallControlsAreReadAndPressed) {
   EXPECT_EQ(reader.TakeHeard(), Texts{"value Work"});
 }
 
-TEST_F(Access, KeysWorkTheSmallControls) {
-  ZarfClassLinkButton link(17, {kWhite, kBlack, kBlack}, "More...", -1, DT_SINGLELINE);
-  ZarfSpinButton spin(18, SpinKind::kUp, kWhite);
-  TFlyMenu menu(kWhite, kBlack);
-  menu.AddItemText("Home", 1);
-  Put(link, {0, 0, 100, 20});
-  Put(spin, {0, 20, 20, 40});
-  Put(menu, {0, 40, 100, 60});
+TEST_F(SmallControls, AreWorkedByKeys) {
   driver.Click(link.Handle(), {5, 5});
   EXPECT_NE(GetFocus(), link.Handle()) << "a click is no reason to leave where one is";
   host.commands.clear();
@@ -305,9 +305,7 @@ TEST_F(Access, NothingOutlivesItsWindow) {
   EXPECT_TRUE(host.commands.empty());
 }
 
-TEST_F(Access, WhatADialogCoversCannotBePressed) {
-  ZarfClassLinkButton link(17, {kWhite, kBlack, kBlack}, "More...", -1, DT_SINGLELINE);
-  Put(link, {0, 0, 100, 20});
+TEST_F(SmallControls, ThatADialogCoversCannotBePressed) {
   driver.WhenDialogOpens([&](HWND dialog) {
     reader.Act(link.Handle(), -1, kPress);
     driver.ClickControl(dialog, IDCANCEL);

@@ -53,13 +53,15 @@ class FileCommands : public testing::Test {
     std::memcpy(&header, Bytes(path).substr(core::kHeaderBlockOffset).data(), sizeof header);
     return header.openCount;
   }
-  // Sends a command that asks for a file and, when a text is given, ends in a box with it.
+  // Gives a command, Open by its key, that asks for a file and perhaps for its password and, when a text is
+  // given, ends in a box with it.
   void CommandOn(unsigned id, const std::string& path, const std::string& box = "",
                  const char* password = nullptr) {
     driver.ChooseFile(path);
     if (password != nullptr) EnterPassword(password);
     if (!box.empty()) driver.AnswerMessageBox(box, IDOK);
-    Command(id);
+    if (id == ID_FILE_OPEN) driver.Press(program.List(), 'O', MK_CONTROL);
+    if (id != ID_FILE_OPEN) Command(id);
   }
   std::string Sample() const {
     std::string copy = folder.Join("guarded.cld");
@@ -68,11 +70,8 @@ class FileCommands : public testing::Test {
   }
 
   void Command(unsigned id) { SendMessage(program.Frame(), WM_COMMAND, id, 0); }
-  // Opens a file by the keyboard; with a password when it is asked for one.
   void OpenFile(const std::string& path, const char* password = nullptr) {
-    driver.ChooseFile(path);
-    if (password != nullptr) EnterPassword(password);
-    driver.Press(program.List(), 'O', MK_CONTROL);
+    CommandOn(ID_FILE_OPEN, path, "", password);
   }
   // An empty one cancels.
   void EnterPassword(const std::string& password) {

@@ -137,14 +137,12 @@ TEST_F(Toolbar, ACommandMayTakeTheToolbarAway) {
 
 TEST_F(Toolbar, AHoverRepaintsTheToolbarAloneAndOnlyWhenItChangesSomething) {
   RecordingWindow neighbour;
-  int neighbourPaints = 0;
   neighbour.rect = {10, 65, 290, 120};
-  neighbour.paintHook = [&](HDC, const PAINTSTRUCT&) { ++neighbourPaints; };
   ASSERT_TRUE(neighbour.Create(&host));
   driver.MoveMouse(bar->Handle(), kOnNothing);
   driver.Wait(50);
   const int hostPaints = host.paints;
-  neighbourPaints = 0;
+  neighbour.log.clear();
   bar->paints = 0;
 
   driver.MoveMouse(bar->Handle(), kOnFile);
@@ -162,7 +160,7 @@ TEST_F(Toolbar, AHoverRepaintsTheToolbarAloneAndOnlyWhenItChangesSomething) {
   ExpectActive(-1, State::kNone);
   EXPECT_EQ(bar->paints, 3);
   EXPECT_EQ(host.paints, hostPaints);
-  EXPECT_EQ(neighbourPaints, 0);
+  EXPECT_EQ(neighbour.Count(WM_PAINT), 0);
 }
 
 TEST_F(Toolbar, TheMouseThatLeftIsNoticedByTheTimer) {

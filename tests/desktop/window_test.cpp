@@ -101,6 +101,19 @@ TEST_F(Window, MayBeDestroyedFromItsOwnHandlers) {
   }
 }
 
+TEST_F(Window, TimersTickByNumberUntilKilled) {
+  SetTimer(window.Handle(), 100, 5);
+  SetTimer(window.Handle(), 101, 5000);
+  ASSERT_TRUE(driver.WaitUntil([&] { return window.Count(WM_TIMER) >= 3; }));
+  EXPECT_TRUE(KillTimer(window.Handle(), 100));
+  EXPECT_FALSE(KillTimer(window.Handle(), 100));
+  const int ticks = window.Count(WM_TIMER);
+  driver.Wait(40);
+  EXPECT_EQ(window.Count(WM_TIMER), ticks);
+  for (const MessageRecord& record : window.log)
+    EXPECT_TRUE(record.message != WM_TIMER || record.wParam == 100);
+}
+
 TEST_F(Window, DeletingAnObjectDestroysItsWindowOnceAndPostedMessagesDie) {
   auto brief = std::make_unique<RecordingWindow>();
   ASSERT_TRUE(brief->CreateTop());
