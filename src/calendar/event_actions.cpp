@@ -55,7 +55,7 @@ EventOutcome ChooseAndSend(core::CalendarSession& session, ActionHost& host,
   bool waits = false;
   for (bool isUnsaved = false; host.ChooseParticipants(record, list, isUnsaved); isUnsaved = true) {
     if (!lock) lock.emplace(*session.File());
-    const EventOutcome sent = Send(list, *lock, record, waits);
+    EventOutcome sent = Send(list, *lock, record, waits);
     if (IsMade(sent.result) && waits) host.Tell(text::kPutOnEventsPanel);
     if (!MayTryAgain(sent.result) || host.IsEnding()) return sent;
     // In a file that is no longer at its path the lock protects nothing.

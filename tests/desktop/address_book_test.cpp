@@ -149,36 +149,6 @@ TEST_F(AddressBookTest, WhatSomebodyEditsIsLeftAloneAndAReaderOnlyAdds) {
   });
 }
 
-TEST_F(AddressBookTest, APasswordIsAskedForAndRemembered) {
-  Add("Ann", "a@x");
-  ASSERT_TRUE(other.File()->UpdateHeaderBlock([](core::HeaderBlock& header) {
-    core::WriteText(header.ownerPassword, "own");
-    core::WriteText(header.assistantPassword, "help");
-  }));
-  // It asks before the dialog is seen.
-  driver.WhenDialogOpens([&](HWND asking) { driver.Press(asking, VK_ESCAPE); });
-  RunBook([&](HWND dialog) {
-    EXPECT_EQ(Rows(dialog), Texts{"Ann, a@x"}) << "for whom no password is needed to read";
-    driver.AnswerMessageBox("You don't have permission for this action.", IDOK);
-    driver.ClickControl(dialog, AddressBookWindow::kDeleteButton);
-  });
-  program.EnterPassword("wrong");
-  driver.AnswerMessageBox("Can't open this file. Incorrect password.", IDOK);
-  RunBook([&](HWND dialog) {
-    EXPECT_TRUE(Rows(dialog).empty());
-    program.EnterPassword("own");
-    Fill("", "Bob", "b@x");
-    driver.ClickControl(dialog, AddressBookWindow::kNewButton);
-    EXPECT_EQ(Rows(dialog), (Texts{"Ann, a@x", "*Bob, b@x"}));
-  });
-  RunBook([&](HWND dialog) {
-    driver.Press(ListIn(dialog), VK_DOWN);
-    driver.AnswerMessageBox("Do you want to delete this Nameleaf record ?", IDYES);
-    driver.ClickControl(dialog, AddressBookWindow::kDeleteButton);
-    EXPECT_EQ(Rows(dialog), Texts{"*Bob, b@x"});
-  });
-}
-
 TEST_F(AddressBookTest, WhatWasTypedGoesToTheBookThatTookThePlaceOfTheOpenOne) {
   Add("Ann", "a@x");
   const std::string twin = path + ".twin";

@@ -101,6 +101,10 @@ TEST(AddressBook, AReaderAddsAndDoesNoMore) {
   EXPECT_EQ(Add(book, "Ann", "a@x"), CommandResult::kDone);
   EXPECT_TRUE(book.Refresh());
   EXPECT_EQ(EditLock(*book.File()).Take(book.List().KeyAt(0)), CommandResult::kReader);
+  EXPECT_TRUE(HasOwnerPassword(folder.Join("book")) && !HasOwnerPassword(folder.Join("none")));
+  AddressBook refused;
+  EXPECT_FALSE(refused.Open(folder.Join("book"), "none of them", message));
+  EXPECT_EQ(message, "Can't open this file. Incorrect password.");
   book.File()->SetPassword("none of them");
   EXPECT_EQ(Add(book, "Eve", "e@x"), CommandResult::kNoAccess);
 }
