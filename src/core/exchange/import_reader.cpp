@@ -12,8 +12,6 @@ namespace core {
 namespace {
 
 constexpr std::size_t kWindow = 262144;
-// After so many lines with a quote that never ends the next ones are looked for half as far.
-constexpr int kUnendedLines = 64;
 constexpr std::string_view kMark = "\xEF\xBB\xBF";
 constexpr std::string_view kLineEnd = "\r\n";
 constexpr const char* kMissingText = "Import file could not be found.";
@@ -78,8 +76,8 @@ void ImportReader::Rewind() {
   windowOffset = 0;
   at = 0;
   failed = false;
-  quoteReach = kMostQuoted;
-  unended = 0;
+  counted = {};
+  searched = {};
   static_cast<void>(Fill(1));
   if (utf8) at = kMark.size();
 }
@@ -110,7 +108,7 @@ bool ImportReader::Fill(std::size_t bytes) {
     const std::size_t had = window.size();
     const auto wanted =
         static_cast<std::size_t>(std::min(static_cast<std::int64_t>(kWindow - had), size - next));
-    window.resize(kWindow);
+    window.resize(had + wanted);
     const std::int64_t read = source(window.data() + had, wanted, next);
     failed = read < 0;
     window.resize(had + static_cast<std::size_t>(std::max<std::int64_t>(read, 0)));
@@ -143,30 +141,44 @@ ImportLine ImportReader::ReadLine(std::vector<ImportText>& fields) {
     fields.push_back(std::move(field));
   }
   if (end == FieldEnd::kUnended) SkipLine();
-  if (end == FieldEnd::kUnended && ++unended % kUnendedLines == 0) {
-    quoteReach = std::max(quoteReach / 2, kLeastQuoted);
-  }
   if (failed) return ImportLine::kFailed;
   return end == FieldEnd::kUnended ? ImportLine::kUnended : ImportLine::kRead;
 }
 
+// Counts those before `at`. What has left the window uncounted is forgotten, with all that was found by its
+// count.
+void ImportReader::CountQuotes() {
+  const std::int64_t here = Done();
+  if (counted.place < windowOffset) {
+    counted = {here, false};
+    searched = {};
+  }
+  const auto from = window.begin() + static_cast<std::ptrdiff_t>(counted.place - windowOffset);
+  const auto quotes = std::count(from, window.begin() + static_cast<std::ptrdiff_t>(at), format.quote);
+  counted = {here, counted.odd != (quotes % 2 != 0)};
+}
+
 // Where the quote stands that closes the field at `at`: the first one before a separator, the line's end or
 // the file's with an even number of quotes up to it. npos when there is none.
-std::size_t ImportReader::FindQuoteEnd() const {
-  const std::size_t last = std::min(window.size(), at + quoteReach);
-  bool even = false;
-  for (std::size_t place = at + 1;; ++place) {
-    place = window.find(format.quote, place);
+std::size_t ImportReader::FindQuoteEnd() {
+  QuotePlace& search = searched[counted.odd ? 1 : 0];
+  if (search.place <= counted.place) search = {counted.place + 1, !counted.odd};
+  const std::size_t last = std::min(window.size(), at + kMostQuoted);
+  for (;;) {
+    const std::size_t place =
+        window.find(format.quote, static_cast<std::size_t>(search.place - windowOffset));
+    search.place = windowOffset + static_cast<std::int64_t>(std::min(place, last));
     if (place >= last) return std::string::npos;
-    even = !even;
     std::size_t length = 0;
     const bool ends =
         place + 1 == window.size() || window[place + 1] == format.separator || HasLineEnd(place + 1, length);
-    if (even && ends) return place;
+    if (ends && search.odd != counted.odd) return place;
+    search = {search.place + 1, !search.odd};
   }
 }
 
 ImportReader::FieldEnd ImportReader::TakeField(std::string& text) {
+  if (format.quote != '\0') CountQuotes();
   static_cast<void>(Fill(kMostQuoted + 2));
   if (format.quote == '\0' || at == window.size() || window[at] != format.quote) return TakePlain(text);
   const std::size_t close = FindQuoteEnd();

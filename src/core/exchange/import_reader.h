@@ -7,6 +7,7 @@
 //   while (reader.ReadLine(fields) == ImportLine::kRead) ...
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -42,10 +43,8 @@ class ImportReader {
   // As many fields of a line are kept, and as many bytes of each: more than any of an appointment needs.
   static constexpr std::size_t kMostColumns = 200;
   static constexpr std::size_t kMostKept = 8192;
-  // The closing quote of a field must come within so many bytes; in a file where many never come, within
-  // fewer and fewer, so that looking for them stays quick.
+  // The closing quote of a field must come within so many bytes.
   static constexpr std::size_t kMostQuoted = 65536;
-  static constexpr std::size_t kLeastQuoted = 2048;
 
   ImportReader() = default;
   ImportReader(const ImportReader&) = delete;
@@ -79,7 +78,8 @@ class ImportReader {
   ImportFormat Detect() const;
   bool Fill(std::size_t bytes);
   bool HasLineEnd(std::size_t place, std::size_t& length) const;
-  std::size_t FindQuoteEnd() const;
+  void CountQuotes();
+  std::size_t FindQuoteEnd();
   FieldEnd TakeField(std::string& text);
   FieldEnd TakePlain(std::string& text);
   void SkipLine();
@@ -97,8 +97,15 @@ class ImportReader {
   std::int64_t windowOffset = 0;  // bytes
   std::size_t at = 0;             // in the window
   bool failed = false;
-  std::size_t quoteReach = kMostQuoted;  // bytes
-  std::int64_t unended = 0;              // lines with a quote that never ends
+
+  // Fields in quotes look for their end where the ones before them stopped looking, so that a file in which
+  // few quotes are closed is not searched again and again. A place of the file and the quotes before it:
+  struct QuotePlace {
+    std::int64_t place;
+    bool odd;
+  };
+  QuotePlace counted{};                  // quotes before a field
+  std::array<QuotePlace, 2> searched{};  // nothing before it closes a field with an even, and an odd, number
 };
 
 }  // namespace core

@@ -64,6 +64,12 @@ TEST(ImportReader, KeepsOnlyWhatAnAppointmentHolds) {
   EXPECT_EQ(lines(std::string(600000, 'x') + ",b\r\nc"), '[' + kept + "][b]\n[c]\n");
   EXPECT_EQ(lines('"' + std::string(60000, 'x') + "\",b\r\n"), '[' + kept + "][b]\n");
   EXPECT_EQ(lines('"' + std::string(600000, 'x') + "\",b\r\nc"), "!\n[c]\n");
+  // However many quotes were not closed, the next one is looked for as far.
+  std::string open;
+  std::string skipped;
+  for (int i = 0; i < 101; ++i, skipped += "!\n") open += i % 3 == 0 ? "\"\"a\r\n" : "\"a\r\n";
+  open += std::string(66000, 'x') + "\r\n\"" + std::string(60000, 'x') + "\",b";
+  EXPECT_EQ(lines(open), skipped + '[' + kept + "]\n[" + kept + "][b]\n");
   const std::string columns = lines(std::string(10000, ',') + "\r\nc");
   EXPECT_EQ(std::count(columns.begin(), columns.end(), '['), 201);
   for (std::size_t before = 262140; before < 262146; ++before) {
