@@ -32,26 +32,26 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   if (!reader.Take(std::string(reinterpret_cast<const char*>(data) + 3, size - 3)).empty()) return 0;
   if (data[0] != 0) reader.SetFormat({false, data[1] % 2 == 0 ? ',' : '\t', data[2] % 2 == 0 ? '"' : '\0'});
   std::vector<core::ImportText> fields;
+  constexpr unsigned char kFilling = 0xA5;
+  core::Appointment record;
+  std::memset(&record, kFilling, sizeof record);
+  for (const core::ExchangeField& field : core::kExchangeFields) {
+    if (field.kind == core::ExchangeKind::kText)
+      core::WriteText(reinterpret_cast<char*>(&record) + field.offset, field.size, "");
+  }
   std::size_t lines = 0;
   for (;;) {
     const core::ImportLine line = reader.ReadLine(fields);
     if (line == core::ImportLine::kEnd || line == core::ImportLine::kFailed) break;
     if (++lines > size || fields.size() > core::ImportReader::kMostColumns) std::abort();
-    constexpr unsigned char kFilling = 0xA5;
-    core::Appointment record;
-    std::memset(&record, kFilling, sizeof record);
-    for (const core::ExchangeField& field : core::kExchangeFields) {
-      if (field.kind == core::ExchangeKind::kText)
-        core::WriteText(reinterpret_cast<char*>(&record) + field.offset, field.size, "");
-    }
     for (std::size_t column = 0; column < fields.size(); ++column) {
       if (fields[column].text.size() > core::ImportReader::kMostKept) std::abort();
       const core::ExchangeField& field =
           core::kExchangeFields[(column + data[1]) % core::kExchangeFields.size()];
       if (!core::StoreField(field, fields[column].text, record)) break;
     }
-    CheckRecord(record, kFilling);
   }
+  CheckRecord(record, kFilling);
   if (reader.Done() != reader.Whole()) std::abort();
   return 0;
 }
