@@ -106,6 +106,7 @@ class EventReader {
     if (inAlarm) EndAlarm();
     event.hash = Mixed(event.hash);
     TakeEventsZone();
+    if (event.start && event.start->isDate) TakeDays();
   }
 
  private:
@@ -178,6 +179,20 @@ class EventReader {
     if (event.recurrence) take(*event.recurrence);
     for (IcalMoment& moment : event.exceptions) take(moment);
     for (IcalExtra& extra : event.extras) take(extra.start);
+  }
+
+  // Of whole days there are no times to repeat at.
+  void TakeDays() {
+    for (std::vector<IcalRule>* rules : {&event.rules, &event.exceptionRules}) {
+      event.badRule |= std::erase_if(*rules, [](const IcalRule& rule) {
+                         return rule.frequency < IcalFrequency::kDaily;
+                       }) != 0;
+      for (IcalRule& rule : *rules) {
+        rule.hours.clear();
+        rule.minutes.clear();
+        rule.seconds.clear();
+      }
+    }
   }
 
   void TakeExtra(const IcalLine& line, std::string_view value) {

@@ -51,8 +51,8 @@ class Fitter {
 };
 
 // The days of a run, and what is shown on each.
-std::vector<Part> PartsOf(const IcalRun& run, bool wholeDays, IcalPieces& fitted) {
-  if (wholeDays) {
+std::vector<Part> PartsOf(const IcalRun& run, bool allDay, IcalPieces& fitted) {
+  if (allDay) {
     const auto days = static_cast<int>(std::min<std::int64_t>(run.length / kSecondsOfDay, 1 << 20));
     fitted.split |= days > 1;
     return {{0, days, true, 0, 0}};
@@ -60,7 +60,8 @@ std::vector<Part> PartsOf(const IcalRun& run, bool wholeDays, IcalPieces& fitted
   const std::int64_t end = run.second + run.length;
   int lastDay = DayOf(std::min<std::int64_t>(end, kSecondsOfDay << 20));
   int lastSlot = (SecondOf(end) + kSlotSeconds - 1) / kSlotSeconds;
-  if (lastDay > 0 && lastSlot == 0) {
+  const bool endsAtMidnight = lastDay > 0 && lastSlot == 0;
+  if (endsAtMidnight) {
     --lastDay;
     lastSlot = kLastSlot;
   }
@@ -71,8 +72,9 @@ std::vector<Part> PartsOf(const IcalRun& run, bool wholeDays, IcalPieces& fitted
   if (lastDay == 0) return {{0, 1, false, startSlot, run.length == 0 ? startSlot : lastSlot}};
   fitted.split = true;
   std::vector<Part> parts{{0, 1, false, startSlot, kLastSlot}};
-  if (lastDay > 1) parts.push_back({1, lastDay - 1, true, 0, 0});
-  parts.push_back({lastDay, 1, false, 0, lastSlot});
+  const int wholeDays = endsAtMidnight ? lastDay : lastDay - 1;
+  if (wholeDays > 0) parts.push_back({1, wholeDays, true, 0, 0});
+  if (!endsAtMidnight) parts.push_back({lastDay, 1, false, 0, lastSlot});
   return parts;
 }
 

@@ -54,6 +54,12 @@ std::optional<std::uint64_t> OwnRecordId(std::string_view uid) {
   return id;
 }
 
+// Never 0.
+std::uint64_t UidOf(std::string_view uid) {
+  const std::uint64_t hash = OwnRecordId(uid).value_or(HashBytes(uid));
+  return hash == 0 ? 1 : hash;
+}
+
 std::string DateDetail(int day) {
   Date date{};
   return DateFromIndex(day, date)
@@ -72,8 +78,8 @@ class Planner {
  public:
   Planner(std::string_view text, const IcalReadOptions& its, platform::TimeZone zone)
       : options(its), zones(std::move(zone)) {
-    constexpr std::int64_t kLeastWork = 10'000'000;
-    constexpr std::int64_t kWorkOfByte = 20;
+    constexpr std::int64_t kLeastWork = 8'000'000;
+    constexpr std::int64_t kWorkOfByte = 10;
     constexpr std::size_t kLeastRecords = 50'000;
     constexpr std::size_t kBytesOfRecord = 24;  // shorter than any event
     work.left = kLeastWork + static_cast<std::int64_t>(text.size()) * kWorkOfByte;
@@ -114,8 +120,9 @@ class Planner {
   // Of the event that is being planned.
   ImportMark mark{};
   bool ownUid = false;
-  std::size_t groupStart = 0;   // its first record
-  std::map<int, int> ordinals;  // records of it by day
+  std::size_t groupStart = 0;                  // its first record
+  std::unordered_set<std::uint64_t> nameless;  // what events without a UID say
+  std::map<int, int> ordinals;                 // records of it by day
 };
 
 std::string Planner::Refusal() const {
@@ -155,7 +162,7 @@ void Planner::LeaveOut(const IcalComponent& component, IcalReason reason) {
 // The events to read, by their UIDs in the order of the file. Everything else is told.
 std::vector<Group> Planner::Sort() {
   std::vector<Group> groups;
-  std::unordered_map<std::string_view, std::size_t> byUid;
+  std::unordered_map<std::uint64_t, std::size_t> byUid;
   for (const IcalComponent& component : document.components) {
     if (component.kind == IcalKind::kZone) zones.Define(component.text);
   }
@@ -189,7 +196,7 @@ std::vector<Group> Planner::Sort() {
       groups.push_back({i});
       continue;
     }
-    const auto [place, isNew] = byUid.emplace(component.uid, groups.size());
+    const auto [place, isNew] = byUid.emplace(UidOf(component.uid), groups.size());
     if (isNew) groups.emplace_back();
     groups[place->second].push_back(i);
   }
@@ -236,11 +243,9 @@ void Planner::Mark(const std::vector<Member>& members, std::string_view uid) {
     if (!member.leftOut) hash += member.event.hash;
     changed = std::max(changed, member.event.changed);
   }
-  const std::optional<std::uint64_t> own = OwnRecordId(uid);
-  ownUid = own.has_value();
+  ownUid = OwnRecordId(uid).has_value();
   mark = {};
-  mark.uid = own ? *own : uid.empty() ? hash : HashBytes(uid);
-  if (mark.uid == 0) mark.uid = 1;
+  mark.uid = !uid.empty() ? UidOf(uid) : hash == 0 ? 1 : hash;
   mark.version = Folded(hash);
   mark.changed = static_cast<std::uint32_t>(std::clamp<std::int64_t>(changed, 0, UINT32_MAX));
 }
@@ -254,6 +259,11 @@ void Planner::PlanGroup(const Group& group) {
   Mark(members, document.components[group.front()].uid);
   groupStart = plan.records.size();
   ordinals.clear();
+  const IcalEvent& first = members.front().event;
+  if (document.components[group.front()].uid.empty() && !nameless.insert(first.hash).second) {
+    Remark(IcalReason::kSuperseded, SubjectOf(first), DateOf(first));
+    return;
+  }
 
   std::vector<IcalMoment> replaced;
   for (Member& member : members) {
@@ -312,6 +322,8 @@ void Planner::AddRecords(const IcalEvent& event, const IcalPieces& pieces, const
   constexpr int kMostOrdinal = 255;
   for (const IcalPiece& piece : pieces.pieces) {
     if (plan.records.size() - groupStart == kMostOfEvent) return;
+    const int day = DayIndex(piece.date);
+    if (ordinals[day] > kMostOrdinal) continue;
     PlannedRecord& planned = plan.records.emplace_back(PlannedRecord{fields, ownUid});
     Appointment& record = planned.record;
     record.date = piece.date;
@@ -322,9 +334,8 @@ void Planner::AddRecords(const IcalEvent& event, const IcalPieces& pieces, const
     ResetAlarm(record);
     if (piece.begins) WriteAlarm(event, piece, zones, options.now, record, loss);
     record.importMark = mark;
-    const int day = DayIndex(piece.date);
     record.importMark.day = static_cast<std::uint16_t>(day);
-    record.importMark.ordinal = static_cast<std::uint8_t>(std::min(ordinals[day]++, kMostOrdinal));
+    record.importMark.ordinal = static_cast<std::uint8_t>(ordinals[day]++);
   }
 }
 
@@ -364,7 +375,7 @@ IcalPlan Planner::Plan(const ExchangeProgress& progress) {
   plan.refusal = Refusal();
   if (!plan.refusal.empty()) return std::move(plan);
   const std::vector<Group> groups = Sort();
-  plan.records.reserve(std::min(groups.size(), mostRecords));
+  plan.records.reserve(std::min(2 * groups.size(), mostRecords));  // room that is not used costs nothing
   const auto whole = static_cast<std::int64_t>(document.text.size());
   for (std::size_t i = 0; i < groups.size(); ++i) {
     if (progress && i % kGroupsOfStep == 0) {

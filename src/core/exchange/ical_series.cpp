@@ -17,6 +17,14 @@ int WholeDayOf(const IcalMoment& moment, const IcalZones& zones) {
   return DayOf(SecondOf(local) == 0 ? local : moment.wall);
 }
 
+// How far the calendar's clock is ahead of the event's, in seconds, when an occurrence starts and when it
+// ends.
+struct Shift {
+  std::int64_t start = 0;
+  std::int64_t end = 0;
+  bool operator==(const Shift&) const = default;
+};
+
 void SortUnique(std::vector<int>& days) {
   std::sort(days.begin(), days.end());
   days.erase(std::unique(days.begin(), days.end()), days.end());
@@ -69,13 +77,14 @@ class SeriesReader {
   void Except(const IcalMoment& moment);
   bool IsExcepted(std::int64_t wall) const;
   std::int64_t UntilWall(const IcalRule& rule) const;
+  Shift ShiftOf(int day) const;
   std::int64_t Reach() const { return length / kSecondsOfDay + 1; }
 
   void AddSingle(std::int64_t wall, std::int64_t itsLength);
   void AddRule(const DayRule& rule, const IcalRule& said);
-  void AddMoving(const DayRule& rule, int first, int last);
-  bool AddUncut(const DayRule& rule, int first, int last, bool endless, std::int64_t shift);
-  bool AddRun(const DayRule& rule, int first, int last, bool endless, std::int64_t shift);
+  void AddMoving(const DayRule& rule, int first, int last, bool endless);
+  bool AddUncut(const DayRule& rule, int first, int last, bool endless, const Shift& shift);
+  bool AddRun(const DayRule& rule, int first, int last, bool endless, const Shift& shift);
   void WriteOut();
   void AddExtras(const std::optional<DayRule>& simple);
   bool HasRoom();
@@ -139,7 +148,14 @@ std::int64_t SeriesReader::UntilWall(const IcalRule& rule) const {
   const IcalMoment moment{until.wall, until.isDate, false, until.isUtc ? zones.Utc() : nullptr};
   if (wholeDays) return WholeDayOf(moment, zones) * kSecondsOfDay;
   if (until.isDate) return until.wall + kSecondsOfDay - 1;
-  return until.isUtc ? zones.Convert(zones.Utc(), until.wall, zone) : until.wall;
+  // Who writes the times without a zone means those of the end as they stand there.
+  return until.isUtc && !event.start->isFloating ? zones.Convert(zones.Utc(), until.wall, zone) : until.wall;
+}
+
+Shift SeriesReader::ShiftOf(int day) const {
+  const std::int64_t wall = day * kSecondsOfDay + SecondOf(start);
+  return {zones.Convert(zone, wall, nullptr) - wall,
+          zones.Convert(zone, wall + length, nullptr) - wall - length};
 }
 
 bool SeriesReader::HasRoom() {
@@ -167,13 +183,13 @@ void SeriesReader::AddSingle(std::int64_t wall, std::int64_t itsLength) {
 
 // The occurrences of a rule from one on to another, on the calendar's clock, which is `shift` seconds ahead
 // of the event's.
-bool SeriesReader::AddRun(const DayRule& rule, int first, int last, bool endless, std::int64_t shift) {
+bool SeriesReader::AddRun(const DayRule& rule, int first, int last, bool endless, const Shift& shift) {
   if (!HasRoom()) return false;
   if (!endless && first == last) {
     AddSingle(first * kSecondsOfDay + SecondOf(start), length);
     return true;
   }
-  const std::int64_t local = first * kSecondsOfDay + SecondOf(start) + shift;
+  const std::int64_t local = first * kSecondsOfDay + SecondOf(start) + shift.start;
   const int moved = DayOf(local) - first;
   const std::optional<DayRule> shifted = Shifted(rule, moved);
   const bool fits = shifted && FitsSundayWeeks(*shifted);
@@ -193,14 +209,14 @@ bool SeriesReader::AddRun(const DayRule& rule, int first, int last, bool endless
   run.last = last + moved;
   run.endless = endless;
   run.second = SecondOf(local);
-  run.length = length;
-  if (shift != 0) series.converted = true;
+  run.length = std::max(length + shift.end - shift.start, std::int64_t{0});
+  if (shift.start != 0) series.converted = true;
   series.runs.push_back(run);
   return true;
 }
 
 // The occurrences from `first` to `last`, cut at the exceptions.
-bool SeriesReader::AddUncut(const DayRule& rule, int first, int last, bool endless, std::int64_t shift) {
+bool SeriesReader::AddUncut(const DayRule& rule, int first, int last, bool endless, const Shift& shift) {
   const std::vector<int>& days = ruleExceptions;
   const std::size_t before = series.runs.size();
   std::optional<int> from = NextOf(rule, first);
@@ -218,32 +234,37 @@ bool SeriesReader::AddUncut(const DayRule& rule, int first, int last, bool endle
 }
 
 // Cut where the event's clock comes to differ otherwise from the calendar's.
-void SeriesReader::AddMoving(const DayRule& rule, int first, int last) {
+void SeriesReader::AddMoving(const DayRule& rule, int first, int last, bool endless) {
   const auto wallOf = [this](int day) { return day * kSecondsOfDay + SecondOf(start); };
-  const auto shiftOf = [&](int day) { return zones.Convert(zone, wallOf(day), nullptr) - wallOf(day); };
   std::vector<int> bounds;
   for (const std::int64_t move : zone->moves) {
-    int day = DayOf(zone->zone.WallAt(move)) - 1;
+    int day = DayOf(zone->zone.WallAt(move) - length) - 1;
     if (day > last) break;
+    while (zone->zone.MomentOf(wallOf(day) + length) < move) ++day;
+    bounds.push_back(day);
+    day = DayOf(zone->zone.WallAt(move)) - 1;
     while (zone->zone.MomentOf(wallOf(day)) < move) ++day;
     bounds.push_back(day);
     // On a day that skips the hour the event is at a time of its own.
     if (zone->zone.WallAt(zone->zone.MomentOf(wallOf(day))) != wallOf(day)) bounds.push_back(day + 1);
   }
+  SortUnique(bounds);
   const std::size_t before = series.runs.size();
   int from = first;
   for (std::size_t next = 0; from <= last;) {
     const std::optional<int> own = NextOf(rule, from);
     if (!own || *own > last || !work.Take(1)) break;
     int to = last;
+    bool ends = !endless;
     while (next < bounds.size() && bounds[next] <= *own) ++next;
     for (; next < bounds.size(); ++next) {
       const std::optional<int> behind = NextOf(rule, bounds[next]);
-      if (!behind || *behind > last || shiftOf(*behind) == shiftOf(*own)) continue;
+      if (!behind || *behind > last || ShiftOf(*behind) == ShiftOf(*own)) continue;
       to = bounds[next] - 1;
+      ends = true;
       break;
     }
-    if (!AddUncut(rule, *own, to, false, shiftOf(*own))) return;
+    if (!AddUncut(rule, *own, to, !ends, ShiftOf(*own))) return;
     from = to + 1;
   }
   series.cut |= !series.writtenOut && series.runs.size() > before + 1;
@@ -263,22 +284,13 @@ void SeriesReader::AddRule(const DayRule& rule, const IcalRule& said) {
   const int first = std::max(rule.anchor, -static_cast<int>(std::min<std::int64_t>(Reach(), 366)));
   series.outside |= first > rule.anchor && PreviousOf(rule, -1).has_value();
   if (zone == nullptr || zone->moves.empty()) {
-    const std::int64_t wall = first * kSecondsOfDay + SecondOf(start);
-    AddUncut(rule, first, last, endless, zones.Convert(zone, wall, nullptr) - wall);
+    AddUncut(rule, first, last, endless, ShiftOf(first));
     return;
   }
   // A repeat without an end can be held from the last move on.
-  if (endless && zone->zone.MomentOf(span.horizon * kSecondsOfDay) >= zone->moves.back()) {
-    const int moved = DayOf(zone->zone.WallAt(zone->moves.back())) + 2;
-    if (first < moved) AddMoving(rule, first, moved - 1);
-    const int from = std::max(first, moved);
-    const std::int64_t wall = from * kSecondsOfDay + SecondOf(start);
-    AddUncut(rule, from, last, true, zones.Convert(zone, wall, nullptr) - wall);
-    series.cut |= first < moved;
-    return;
-  }
-  series.horizon |= endless;
-  AddMoving(rule, first, endless ? span.horizon : last);
+  const bool settles = zone->zone.MomentOf(span.horizon * kSecondsOfDay) >= zone->moves.back();
+  series.horizon |= endless && !settles;
+  AddMoving(rule, first, endless && !settles ? span.horizon : last, endless && settles);
 }
 
 // All occurrences one by one.
@@ -300,7 +312,7 @@ void SeriesReader::WriteOut() {
     IcalOccurrences occurrences(rule, start, from, std::min(UntilWall(rule), end), work);
     std::size_t kept = 0;
     for (std::int64_t wall = 0; occurrences.Next(wall);) {
-      if (wall < from) {
+      if (DayOf(zones.Convert(zone, wall, nullptr) + length) < 0) {
         series.outside = true;
         continue;
       }
