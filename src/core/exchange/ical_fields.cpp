@@ -185,7 +185,7 @@ bool IsPrivate(const IcalEvent& event) {
   return !event.classification.empty() && !EqualsIgnoringCase(event.classification, "PUBLIC");
 }
 
-void WriteFields(const IcalEvent& event, const IcalReadOptions& options, Appointment& record,
+void WriteFields(const IcalEvent& event, const std::vector<std::string>& categories, Appointment& record,
                  IcalFieldLoss& loss) {
   const std::string description = StoredText(event.description, loss);
   const std::string location = StoredText(event.location, loss);
@@ -199,7 +199,7 @@ void WriteFields(const IcalEvent& event, const IcalReadOptions& options, Appoint
   }
   WriteCut(record.subject, subject.empty() ? kNoSubject : subject, loss);
   WriteCut(record.notes, NotesOf(description, location, url, loss), loss);
-  WriteCategory(event, options.categories, record, loss);
+  WriteCategory(event, categories, record, loss);
   record.header.confidential = IsPrivate(event) ? 1 : 0;
   WriteAttachments(event, record, loss);
 }

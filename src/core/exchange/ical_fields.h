@@ -3,11 +3,12 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
+#include "core/calendar/alarm_schedule.h"
 #include "core/calendar/appointment.h"
 #include "core/exchange/ical_event.h"
 #include "core/exchange/ical_fit.h"
-#include "core/exchange/ical_reader.h"
 
 namespace core {
 
@@ -27,8 +28,8 @@ std::string StoredText(std::string_view value, IcalFieldLoss& loss);
 // means.
 bool IsPrivate(const IcalEvent& event);
 
-// Subject, notes, category, confidential and attachment.
-void WriteFields(const IcalEvent& event, const IcalReadOptions& options, Appointment& record,
+// Subject, notes, category, confidential and attachment. `categories` are those of the calendar's list.
+void WriteFields(const IcalEvent& event, const std::vector<std::string>& categories, Appointment& record,
                  IcalFieldLoss& loss);
 
 // The alarm of the event's alarms that a record has, and whether it is still to come; off where there is

@@ -78,7 +78,7 @@ class Planner {
  public:
   Planner(std::string_view text, const IcalReadOptions& its, platform::TimeZone zone)
       : options(its), zones(std::move(zone)) {
-    constexpr std::int64_t kLeastWork = 8'000'000;
+    constexpr std::int64_t kLeastWork = 4'000'000;
     constexpr std::int64_t kWorkOfByte = 10;
     constexpr std::size_t kLeastRecords = 50'000;
     constexpr std::size_t kBytesOfRecord = 24;  // shorter than any event
@@ -307,7 +307,7 @@ void Planner::PlanEvent(const IcalEvent& event, const std::vector<IcalMoment>& r
 
   Appointment fields{};
   IcalFieldLoss loss;
-  WriteFields(event, options, fields, loss);
+  WriteFields(event, options.categories, fields, loss);
   const std::size_t before = plan.records.size();
   AddRecords(event, pieces, fields, loss);
   const bool any = plan.records.size() != before;
