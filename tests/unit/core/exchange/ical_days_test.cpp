@@ -95,13 +95,15 @@ TEST(IcalDays, AreThoseOfAnotherReader) {
       const std::string start = random.Start();
       const std::string rule = random.Rule();
       std::set<int> expected = DaysByLibical(start, rule);
-      std::string text = "BEGIN:VEVENT\nDTSTART:" + start + "\nRRULE:" + rule + '\n';
+      std::string text = "BEGIN:VEVENT\nDTSTART:";
+      text.append(start).append("\nRRULE:").append(rule) += '\n';
       for (int n = random.Below(4); n > 0 && !expected.empty(); --n) {
         auto gone = expected.begin();
         std::advance(gone, random.Below(static_cast<int>(expected.size())));
         core::Date date{};
         ASSERT_TRUE(core::DateFromIndex(*gone, date));
-        text += "EXDATE:" + std::to_string(date.year * 10000 + date.month * 100 + date.day) + '\n';
+        text.append("EXDATE:").append(std::to_string(date.year * 10000 + date.month * 100 + date.day)) +=
+            '\n';
         expected.erase(gone);
       }
       const core::IcalPlan plan =

@@ -426,7 +426,7 @@ TEST(IcalReader, LosesNothingButWhatIsBad) {
       {Wrapped(good) + "BEGIN:VEVENT\nDTSTART:20040301\nRRULE:FREQ=DAILY;COUNT=1",
        "2004-03-14 all, 2004-03-01 all",
        {IcalReason::kCutOff}},
-      {Wrapped(std::string("END:VEVENT\nBEGIN:VEVENT\rDTST\0ART:20040301\r", 43) + "END:VEVENT\r" + good),
+      {Wrapped(std::string("END:VEVENT\nBEGIN:VEVENT\rDTST\0ART:20040301\r", 42) + "END:VEVENT\r" + good),
        "2004-03-01 all, 2004-03-14 all",
        {}},
       {Wrapped("METHOD:CANCEL\n" + good), "", {IcalReason::kMethod}},
