@@ -54,17 +54,12 @@ class RandomRules {
            (Below(3) == 0 ? ";COUNT=" + std::to_string(Below(60) + 1) : ";UNTIL=2012" + Month() + "15");
   }
 
-  std::string Month() {
-    const int month = Below(12) + 1;
-    return (month < 10 ? "0" : "") + std::to_string(month);
-  }
-
-  std::string Start() {
-    const int day = Below(28) + 1;
-    return std::to_string(1997 + Below(10)) + Month() + (day < 10 ? "0" : "") + std::to_string(day);
-  }
+  std::string Month() { return TwoDigits(Below(12) + 1); }
+  std::string Start() { return std::to_string(1997 + Below(10)) + Month() + TwoDigits(Below(28) + 1); }
 
  private:
+  static std::string TwoDigits(int number) { return std::to_string(100 + number).substr(1); }
+
   std::mt19937 random;
 };
 
