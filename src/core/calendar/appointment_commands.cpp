@@ -36,9 +36,15 @@ void MakePlain(Appointment& record) {
   record.header.eventRole = 1;
 }
 
+// Reading the event again that the record came from is to find that one alone.
+void MakeNew(Appointment& record) {
+  record.header.recordId = NewRecordId();
+  record.importMark = {};
+}
+
 void MakeCopy(Appointment& record, const Date& date) {
   MakePlain(record);
-  record.header.recordId = NewRecordId();
+  MakeNew(record);
   record.date = date;
   ClearRepeat(record);
 }
@@ -139,7 +145,7 @@ CommandResult RestoreAppointment(RecordFile& file, Appointment& record) {
   if (allowed != CommandResult::kDone) return allowed;
   RecordKey present;
   if (!FindById(file, record.header.recordId, present)) return CommandResult::kFailed;
-  if (!present.IsNone()) record.header.recordId = NewRecordId();
+  if (!present.IsNone()) MakeNew(record);
   MakePlain(record);
   return AddAppointment(file, record);
 }

@@ -1,6 +1,7 @@
 #include "core/calendar/repeat_rule.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
 
 namespace core {
@@ -207,6 +208,32 @@ std::optional<Date> NextOccurrence(const Appointment& appointment, const Date& d
   Date next{};
   if (!DateFromIndex(static_cast<int>(rule.Next(from + 1, rule.End())), next)) return std::nullopt;
   return next;
+}
+
+std::optional<Date> FirstOccurrence(const Appointment& appointment) {
+  if (OccurrenceDays(appointment.date, appointment.repeat, kFirstDate, 1) != 0) return kFirstDate;
+  if (HasRepeat(appointment)) return NextOccurrence(appointment, kFirstDate);
+  const Date date = appointment.date;
+  return DayIndex(date) >= 0 ? std::optional<Date>(date) : std::nullopt;
+}
+
+std::optional<Date> LastOccurrence(const Appointment& appointment) {
+  if (!HasRepeat(appointment)) return FirstOccurrence(appointment);
+  for (int last = LastDayOf(appointment.repeat); last >= 0; last -= kMostOccurrenceDays) {
+    const int from = std::max(last - kMostOccurrenceDays + 1, 0);
+    Date date{};
+    if (!DateFromIndex(from, date)) return std::nullopt;
+    const std::uint64_t days = OccurrenceDays(appointment.date, appointment.repeat, date, last - from + 1);
+    if (days == 0) continue;
+    static_cast<void>(DateFromIndex(from + static_cast<int>(std::bit_width(days)) - 1, date));
+    return date;
+  }
+  return std::nullopt;
+}
+
+int FirstWeekdayOf(const Date& date) {
+  Date start{};
+  return DateFromIndex(WeekStart(date, DayIndex(date)), start) ? Weekday(start) : -1;
 }
 
 bool OccursOnDate(const void* slot, const void* value) {

@@ -44,6 +44,16 @@ std::uint64_t OccurrenceDays(const Date& date, const RepeatRule& repeat, const D
 // none, or `day` is no day of the calendar.
 std::optional<Date> NextOccurrence(const Appointment& appointment, const Date& day);
 
+// The first and the last day of the calendar on which the appointment falls, repeating or not, by OccursOn;
+// nothing for one that falls on none.
+std::optional<Date> FirstOccurrence(const Appointment& appointment);
+std::optional<Date> LastOccurrence(const Appointment& appointment);
+
+// The weekday, 0 (Sunday) .. 6 (Saturday), that bit 0 of a weekly rule's mask stands for when its appointment
+// is of this date: Sunday, but for the week that the calendar's first day cuts short and for some dates that
+// are none. -1 where the rule has no week.
+int FirstWeekdayOf(const Date& date);
+
 // A condition of RecordQuery on field offset 0: `value` holds a Date. True for an appointment on that day,
 // repeating or not.
 bool OccursOnDate(const void* slot, const void* value);

@@ -16,6 +16,7 @@ enum class FileFault {
   kBusy,       // another process kept the guard for longer than anybody waits
   kReplaced,   // the path names another file now
   kGone,       // the path names no file any more
+  kChanged,    // others have changed it since it was looked at
   kReadFailed,
   kWriteFailed,
 };

@@ -116,6 +116,8 @@ std::string DescribeFault(const std::string& path, FileFault fault) {
       return Quoted(path) + " has been replaced by another file.";
     case FileFault::kGone:
       return Quoted(path) + " has been moved or deleted.";
+    case FileFault::kChanged:
+      return Quoted(path) + " has just been changed by others. Try again.";
     case FileFault::kReadFailed:
       return "Can't read " + Quoted(path) + ".";
     case FileFault::kWriteFailed:

@@ -1,4 +1,4 @@
-// Adding many records to a RecordFile at once.
+// Adding and changing many records of a RecordFile at once.
 #include <algorithm>
 #include <cstring>
 #include <memory>
@@ -8,16 +8,52 @@
 
 namespace core {
 
-Result RecordFile::AddRecords(const void* slots, std::size_t count, std::size_t& added) {
+Result RecordFile::AddRecords(const void* slots, std::size_t count, std::size_t& added,
+                              std::uint64_t* counter) {
   added = 0;
   const platform::FileGuard guard(file);
   if (!Entered(guard)) return Result::kFailed;
   const Result allowed = Allowed();
   if (allowed != Result::kDone) return allowed;
+  std::uint64_t now = 0;
+  if (counter != nullptr && (!ReadChangeCounter(now) || (now != *counter && !Fail(FileFault::kChanged)))) {
+    return Result::kFailed;
+  }
   const char* records = static_cast<const char*>(slots);
   const bool all = FillFreeSlots(records, count, added) && Append(records, count, added);
   const FileFault why = fault;
   const Result counted = added == 0 ? Result::kDone : CountChange();
+  if (counter != nullptr && counted == Result::kDone && added != 0) ++*counter;
+  if (all) return counted;
+  Fail(why);
+  return Result::kFailed;
+}
+
+Result RecordFile::ChangeRecords(const std::vector<RecordKey>& keys, const SlotJudge& judge,
+                                 std::size_t& changed) {
+  changed = 0;
+  const platform::FileGuard guard(file);
+  if (!Entered(guard)) return Result::kFailed;
+  const Result allowed = Allowed();
+  if (allowed != Result::kDone) return allowed;
+  char slot[kLargestSlotSize];
+  const char free = 0;
+  std::int32_t freed = 0;
+  bool all = true;
+  for (std::size_t i = 0; all && i < keys.size(); ++i) {
+    const bool there = ReadRecord(slot, keys[i]);
+    all = there || fault == FileFault::kDeleted;
+    const SlotFate fate = all ? judge(i, there ? slot : nullptr) : SlotFate::kStays;
+    if (!there || fate == SlotFate::kStays) continue;
+    const std::int64_t inUse = keys[i].offset + std::int64_t{offsetof(RecordHeader, inUse)};
+    all = fate == SlotFate::kWritten ? WriteSlot(slot, keys[i].offset) : WriteBytes(&free, 1, inUse);
+    if (all) ++changed;
+    if (all && fate == SlotFate::kDeleted) ++freed;
+  }
+  const FileFault why = fault;
+  const Result counted = changed == 0 ? Result::kDone : CountChange();
+  // As in Delete.
+  if (freed != 0) AddToCounter<std::int32_t>(kFreeSlotBalanceOffset, -freed);
   if (all) return counted;
   Fail(why);
   return Result::kFailed;

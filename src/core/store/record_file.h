@@ -143,8 +143,22 @@ class RecordFile {
   [[nodiscard]] Result AddRecord(const void* slot, std::int32_t* place = nullptr);
 
   // Adds `count` records, which lie one behind the other, as one change: under one guard, and counted once.
-  // `added` says how many of them are in the file, from the first on, also when the result is kFailed.
-  [[nodiscard]] Result AddRecords(const void* slots, std::size_t count, std::size_t& added);
+  // `added` says how many of them are in the file, from the first on, also when the result is kFailed. With
+  // `counter` they are added only while the change counter is that (else kFailed, kChanged); it becomes what
+  // the counter is then.
+  [[nodiscard]] Result AddRecords(const void* slots, std::size_t count, std::size_t& added,
+                                  std::uint64_t* counter = nullptr);
+
+  // What becomes of a record; and who says so, having altered the slot where it is to be written. The slot is
+  // null where the record is gone. An edit lock that somebody holds is for him to respect. He must not use
+  // the file's operations that change it.
+  enum class SlotFate { kStays, kWritten, kDeleted };
+  using SlotJudge = std::function<SlotFate(std::size_t index, void* slot)>;
+
+  // Asks for each of the records as it is now and does what is answered, as one change: under one guard, and
+  // counted once. Stops at what cannot be read or written; `changed` says how many were written or deleted.
+  [[nodiscard]] Result ChangeRecords(const std::vector<RecordKey>& keys, const SlotJudge& judge,
+                                     std::size_t& changed);
 
   [[nodiscard]] Result WriteRecord(const void* slot, std::int32_t offset);
   [[nodiscard]] Result WriteRecord(const void* slot, const RecordKey& key);
