@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "core/calendar/day_table.h"
+#include "core/exchange/ical_writer.h"
 #include "core/store/file_messages.h"
 #include "core/store/record_query.h"
 #include "core/store/record_scan.h"
@@ -80,7 +81,7 @@ class Writer {
     if (waiting.size() >= kPiece) Flush();
   }
   void PutTitle();
-  void PutRecord(const Appointment& record);
+  [[nodiscard]] bool PutRecord(const Appointment& record, const RecordKey& key);
   void PutExported(const Appointment& record);
   void PutEntry(const Appointment& record);
   void PutShortEntry(const Appointment& record);
@@ -93,6 +94,7 @@ class Writer {
   DateRange range{};
   Access level = Access::kNone;
   std::vector<Entry> entries;
+  IcalWriter ical;
   KeptTexts kept;
   std::string waiting;
   WriteResult result;
@@ -119,6 +121,7 @@ WriteResult Writer::Run() {
   } else {
     WriteList();
   }
+  if (options.mode == ExchangeMode::kIcal) ical.PutTail(waiting);
   Flush();
   if (result.outcome == WriteOutcome::kParts) {
     result.message = "Parts of " + Quoted(file.Path()) + " cannot be read; the text lacks them.";
@@ -134,7 +137,9 @@ void Writer::PrepareQuery() {
                                               static_cast<std::uint32_t>(options.id >> 32), Connector::kAnd));
     return;
   }
-  if (options.mode == ExchangeMode::kReport && options.range == ExchangeRange::kDates) {
+  const bool byDays = options.mode == ExchangeMode::kReport && options.range == ExchangeRange::kDates;
+  const bool anyDay = options.mode == ExchangeMode::kIcal && options.range == ExchangeRange::kAll;
+  if (byDays || anyDay) {
     if (!options.subject) static_cast<void>(query.AddMatchAll());
   } else {
     static_cast<void>(query.AddCallbackCondition(0, &range, sizeof range, OccursInRange, Connector::kAnd));
@@ -146,15 +151,16 @@ void Writer::PrepareQuery() {
 
 bool Writer::Collect() {
   const ScanResult scanned = ScanRecords(file, [this](const char* slot, std::int32_t offset) {
+    const auto& record = *reinterpret_cast<const Appointment*>(slot);
+    const RecordKey key{offset, record.header.recordId};
+    if (options.mode == ExchangeMode::kIcal) ical.Meet(key);
     if (!query.Matches(slot, sizeof(Appointment))) return;
     if (entries.size() == options.most) {
       ++result.leftOut;
       return;
     }
-    const auto& record = *reinterpret_cast<const Appointment*>(slot);
     waiting.clear();
-    PutRecord(record);
-    entries.push_back({kListOrder.key(slot), {offset, record.header.recordId}, kept.Keep(waiting)});
+    if (PutRecord(record, key)) entries.push_back({kListOrder.key(slot), key, kept.Keep(waiting)});
   });
   waiting.clear();
   if (scanned == ScanResult::kParts) result.outcome = WriteOutcome::kParts;
@@ -176,9 +182,7 @@ void Writer::WriteList() {
     Appointment record;
     if (entry.text.data() != nullptr) {
       Put(entry.text);
-    } else if (Read(entry.record, record)) {
-      PutRecord(record);
-    } else {
+    } else if (!Read(entry.record, record) || !PutRecord(record, entry.record)) {
       continue;
     }
     ++result.written;
@@ -240,18 +244,33 @@ void Writer::PutTitle() {
     Put("Tempoline Report (from ", FormatDate(range.from), " to ", FormatDate(range.to), ")\r\n\r\n");
     return;
   }
+  if (options.mode == ExchangeMode::kIcal) {
+    ical.PutHead(waiting);
+    return;
+  }
   for (const ExchangeField& field : kExchangeFields) {
     Put(&field == kExchangeFields.data() ? "\"" : ",\"", field.name, "\"");
   }
   Put(kLineEnd);
 }
 
-void Writer::PutRecord(const Appointment& record) {
-  if (options.mode == ExchangeMode::kExport) {
-    PutExported(record);
-  } else {
-    PutEntry(record);
+// False, with nothing put, for a record that iCalendar has no event for.
+bool Writer::PutRecord(const Appointment& record, const RecordKey& key) {
+  switch (options.mode) {
+    case ExchangeMode::kReport:
+      PutEntry(record);
+      break;
+    case ExchangeMode::kExport:
+      PutExported(record);
+      break;
+    case ExchangeMode::kIcal:
+      if (!ical.PutEvent(record, key, waiting)) {
+        ++result.dayless;
+        return false;
+      }
+      Put();
   }
+  return true;
 }
 
 void Writer::PutExported(const Appointment& record) {

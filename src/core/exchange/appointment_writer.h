@@ -1,6 +1,6 @@
-// Writes the appointments of a calendar as text: the export, a line for each under a line of names, or the
-// report, made to be read. Texts go out as they are stored, in code page 1252, nothing escaped: whoever reads
-// an export must expect a quote or a line end inside a field.
+// Writes the appointments of a calendar as text: the export, a line for each under a line of names, the same
+// as iCalendar, or the report, made to be read. In export and report texts go out as they are stored, in code
+// page 1252, nothing escaped: whoever reads an export must expect a quote or a line end inside a field.
 //
 //   ExchangeOptions options;
 //   options.range = ExchangeRange::kDates;
@@ -22,10 +22,11 @@
 
 namespace core {
 
-enum class ExchangeMode { kReport = 1, kExport = 2 };
+enum class ExchangeMode { kReport = 1, kExport = 2, kIcal = 3 };
 enum class ExchangeRange { kAll = 1, kDates = 2, kRecord = 3 };
 
-// The range that "all" stands for: the years of the calendar up to the first month of the last one.
+// The range that "all" stands for in exports and reports: the years of the calendar up to the first month of
+// the last one. In iCalendar it is every appointment that falls on a day.
 DateRange WholeExchangeRange();
 
 // More bytes of a subject to look for are not taken.
@@ -58,6 +59,7 @@ struct WriteResult {
   std::string message;      // for the user, naming the file; empty for kDone and kCancelled
   std::size_t written = 0;  // appointments; in a report of dates each day counts
   std::size_t leftOut = 0;  // beyond ExchangeOptions::most
+  std::size_t dayless = 0;  // left out of iCalendar, because they fall on no day of the calendar
 };
 
 // Takes bytes away; false when they could not all be written.

@@ -20,15 +20,21 @@ constexpr const char* kMissingText = "Import file could not be found.";
 
 // ---- The file ----
 
-std::string ImportReader::Open(const std::string& path, const RecordFile* calendar) {
+std::string OpenImportFile(const std::string& path, const RecordFile* calendar, platform::File& file) {
   if (calendar != nullptr && calendar->Opened().IsAt(path)) {
     return CannotOpenText(path, "It is the calendar that the appointments are to go into.");
   }
   file.Close();
-  taken.clear();
   const platform::FileResult opened = file.OpenReadOnly(path);
   if (opened == platform::FileResult::kMissing) return kMissingText;
   if (opened != platform::FileResult::kDone) return CannotOpenText(path, DescribeFileResult(opened));
+  return "";
+}
+
+std::string ImportReader::Open(const std::string& path, const RecordFile* calendar) {
+  taken.clear();
+  std::string message = OpenImportFile(path, calendar, file);
+  if (!message.empty()) return message;
   source = [this](char* buffer, std::size_t bytes, std::int64_t offset) {
     return file.ReadAt(buffer, bytes, offset);
   };

@@ -38,6 +38,11 @@ enum class ImportLine {
   kFailed,  // the file cannot be read
 };
 
+// Opens a file to import, of whatever form, which must not be the calendar that it is to go into. Answers
+// what is wrong, for the user, and nothing when it is open.
+[[nodiscard]] std::string OpenImportFile(const std::string& path, const RecordFile* calendar,
+                                         platform::File& file);
+
 class ImportReader {
  public:
   // As many fields of a line are kept, and as many bytes of each: more than any of an appointment needs.
@@ -50,8 +55,8 @@ class ImportReader {
   ImportReader(const ImportReader&) = delete;
   ImportReader& operator=(const ImportReader&) = delete;
 
-  // Opens a file to import, which must not be the calendar that it is to go into. Answers what is wrong, for
-  // the user, and nothing when it can be read. It is read up to the length that it has now.
+  // Opens a file as OpenImportFile does. Answers what is wrong, for the user, and nothing when it can be
+  // read. It is read up to the length that it has now.
   [[nodiscard]] std::string Open(const std::string& path, const RecordFile* calendar);
   // The same with a text that came by another way.
   [[nodiscard]] std::string Take(std::string text);

@@ -113,9 +113,9 @@ TEST(FileFormatDocument, TablesAreWithoutGapsAndAgreeWithTheCode) {
     offsets[title + "." + name] = offset;
   }
   const std::map<std::string, std::size_t> expectedEnds = {
-      {"Date", 12},           {"TimeOfDay", 16},        {"ServerIdentity", 205},  {"File header", 12},
-      {"Header block", 1581}, {"Category block", 1032}, {"Record header", 549},   {"Appointment body", 2627},
-      {"Repeat rule", 21},    {"Contact body", 859},    {"Participant body", 908}};
+      {"Date", 12},           {"TimeOfDay", 16},        {"ServerIdentity", 205}, {"File header", 12},
+      {"Header block", 1581}, {"Category block", 1032}, {"Record header", 549},  {"Appointment body", 2627},
+      {"Repeat rule", 21},    {"Import mark", 19},      {"Contact body", 859},   {"Participant body", 908}};
   EXPECT_EQ(ends, expectedEnds);
   const std::pair<const char*, std::size_t> kOffsets[] = {
       {"Header block.changeCounter", offsetof(HeaderBlock, changeCounter)},
@@ -131,6 +131,8 @@ TEST(FileFormatDocument, TablesAreWithoutGapsAndAgreeWithTheCode) {
       {"Contact body.email", offsetof(Contact, email)},
       {"Participant body.eventId", offsetof(Participant, eventId)},
       {"Record header.eventSubject", offsetof(RecordHeader, eventSubject)},
+      {"Appointment body.importMark", offsetof(Appointment, importMark)},
+      {"Import mark.ordinal", offsetof(ImportMark, ordinal)},
       {"Repeat rule.repeatParam", offsetof(RepeatRule, repeatParam)}};
   for (const auto& [field, offset] : kOffsets) EXPECT_EQ(offsets[field], offset) << field;
 }
