@@ -1,9 +1,12 @@
 // What an export and an import cost, beside the reading and writing that they cannot do without: an export
 // reads the calendar once and writes its text to the disk, an import writes its records there. Exits with 1
-// when a limit is exceeded.
+// when a limit is exceeded. Those of iCalendar stand beside what taking the same text apart costs its
+// library.
 #include <fcntl.h>
+#include <libical/ical.h>
 
 #include "core/exchange/appointment_writer.h"
+#include "core/exchange/ical_file.h"
 #include "core/exchange/import_file.h"
 #include "measuring.h"
 
@@ -73,6 +76,38 @@ void Importing(const RecordFile& source) {
           prepare, importing, [&] { WriteBare(Folder() + "/bare.cld", slots); });
 }
 
+constexpr double kIcalLimit = 1.5;
+
+// Writing to memory, and reading to a plan.
+void Ical(const RecordFile& file, int records) {
+  core::ExchangeOptions options;
+  options.mode = core::ExchangeMode::kIcal;
+  options.most = core::kNoMost;
+  std::string text;
+  const auto writing = [&] {
+    text.clear();
+    const auto sink = [&text](std::string_view bytes) {
+      text += bytes;
+      return true;
+    };
+    if (core::WriteAppointments(file, options, sink).outcome != core::WriteOutcome::kDone) Fail("write");
+  };
+  const auto parsing = [&text] {
+    icalcomponent* const parsed = icalparser_parse_string(text.c_str());
+    if (parsed == nullptr) Fail("parse");
+    icalcomponent_free(parsed);
+  };
+  const core::IcalReadOptions reading = core::ReadOptionsFor(file);
+  const std::string of = " of " + std::to_string(records) + " events / ";
+  Compare("iCalendar: writing" + of + "its library's parse", 5, kIcalLimit, writing, parsing);
+  Compare(
+      "iCalendar: reading" + of + "its library's parse", 5, kIcalLimit,
+      [&] {
+        if (core::PlanIcal(text, reading).records.empty()) Fail("read");
+      },
+      parsing);
+}
+
 }  // namespace
 
 int main() {
@@ -81,6 +116,7 @@ int main() {
     const std::unique_ptr<RecordFile> file = Calendar(records);
     Exporting(*file, records);
     if (records == 10000) Importing(*file);
+    if (records == 10000) Ical(*file, records);
   }
   std::filesystem::remove_all(Folder());
   return exceeded ? 1 : 0;

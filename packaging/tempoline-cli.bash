@@ -30,7 +30,7 @@ _tempoline_cli() {
     participants) options="--format $password" ;;
     register) options= ;;
     export) options="--from --to --subject --format $password" ;;
-    import) options="--header --separator --quote --map --dry-run $password" ;;
+    import) options="--header --separator --quote --map --format --zone --verbose --dry-run $password" ;;
     report) options="--from --to --subject --id $password" ;;
     *)
       options="info list alarms add edit move copy delete compact check new share contacts participants register export report import"
@@ -41,11 +41,12 @@ _tempoline_cli() {
   case $before in
     contacts) COMPREPLY=($(compgen -W "list add edit delete $options --help" -- "$current")) ;;
     --format)
-      [ "$command" = export ] && word="csv" || word="text csv json"
+      [[ $command = *port ]] && word="csv ics" || word="text csv json"
       COMPREPLY=($(compgen -W "$word" -- "$current"))
       ;;
     --group) COMPREPLY=($(compgen -g -- "$current")) ;;
     --header | --quote) COMPREPLY=($(compgen -W "yes no" -- "$current")) ;;
+    --zone) COMPREPLY=($(cd /usr/share/zoneinfo 2>/dev/null && compgen -f -- "$current")) ;;
     --separator) COMPREPLY=($(compgen -W "comma tab" -- "$current")) ;;
     --repeat) COMPREPLY=($(compgen -W "daily:1 weekly:1 monthly:1 yearly:1" -- "$current")) ;;
     --day | --from | --to | --week | --date | --until) COMPREPLY=($(compgen -W "$(date +%F)" -- "$current")) ;;

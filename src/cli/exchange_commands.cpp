@@ -5,14 +5,29 @@
 
 #include "cli/calendar_access.h"
 #include "cli/commands.h"
+#include "cli/table.h"
 #include "cli/values.h"
 #include "core/exchange/appointment_writer.h"
+#include "core/exchange/ical_file.h"
+#include "core/exchange/ical_update.h"
+#include "core/exchange/ical_writer.h"
 #include "core/exchange/import_file.h"
+#include "core/store/edit_lock.h"
 #include "core/store/file_messages.h"
 #include "platform/system/standard_streams.h"
 
 namespace cli {
 namespace {
+
+// "yes" or "no", or whichever two words an option takes; the value stays where it is not given.
+Outcome ParseChoice(const Arguments& arguments, const char* option, const char* yes, const char* no,
+                    bool& value) {
+  if (!arguments.Has(option)) return {};
+  const std::string& given = arguments.Value(option);
+  value = given == yes;
+  if (value || given == no) return {};
+  return Fail(kUsage, std::string("--") + option + " takes " + yes + " or " + no);
+}
 
 Outcome ParseRange(const Arguments& arguments, core::ExchangeOptions& options) {
   if (!arguments.Has("from") && !arguments.Has("to")) return {};
@@ -26,11 +41,17 @@ Outcome ParseRange(const Arguments& arguments, core::ExchangeOptions& options) {
   return Fail(kUsage, "--from lies after --to");
 }
 
+// As --format says, else as the other file's name ends.
+Outcome ParseForm(const Arguments& arguments, bool& ical) {
+  ical = core::IsIcalName(arguments.other);
+  return ParseChoice(arguments, "format", "ics", "csv", ical);
+}
+
 Outcome ParseExchangeOptions(const Arguments& arguments, core::ExchangeOptions& options) {
-  if (arguments.Has("format") && arguments.Value("format") != "csv") {
-    return Fail(kUsage, "--format takes csv only here");
-  }
-  Outcome parsed = ParseRange(arguments, options);
+  bool ical = false;
+  Outcome parsed = ParseForm(arguments, ical);
+  if (ical && options.mode == core::ExchangeMode::kExport) options.mode = core::ExchangeMode::kIcal;
+  if (parsed.IsDone()) parsed = ParseRange(arguments, options);
   if (parsed.IsDone() && arguments.Has("subject")) {
     options.subject.emplace();
     parsed =
@@ -73,7 +94,14 @@ Outcome Write(const Arguments& arguments, core::ExchangeOptions& options, Output
   } else {
     result = core::WriteAppointments(*file, options, arguments.other);
   }
-  if (result.outcome == core::WriteOutcome::kDone) return {};
+  if (result.outcome == core::WriteOutcome::kDone) {
+    if (result.dayless == 0) return {};
+    const std::string fall = result.dayless == 1 ? " appointment falls" : " appointments fall";
+    return {kDone,
+            FailOn(arguments.file, kDone,
+                   std::to_string(result.dayless) + fall + " on no day and cannot be written as an event.")
+                .message};
+  }
   const bool target = result.outcome == core::WriteOutcome::kTargetFailed;
   if (target && toOutput) return {};  // whoever flushes the output tells
   return FailOn(target ? arguments.other : arguments.file, kFile, result.message);
@@ -81,18 +109,8 @@ Outcome Write(const Arguments& arguments, core::ExchangeOptions& options, Output
 
 // ---- Import ----
 
-// More is to come as a file.
-constexpr std::size_t kMostInput = std::size_t{64} << 20;
-
-// "yes" or "no", or whichever two words an option takes; the value stays where it is not given.
-Outcome ParseChoice(const Arguments& arguments, const char* option, const char* yes, const char* no,
-                    bool& value) {
-  if (!arguments.Has(option)) return {};
-  const std::string& given = arguments.Value(option);
-  value = given == yes;
-  if (value || given == no) return {};
-  return Fail(kUsage, std::string("--") + option + " takes " + yes + " or " + no);
-}
+// Of the standard input; more is to come as a file.
+constexpr std::size_t kMostInput = core::kMostIcalBytes;
 
 Outcome ParseImportFormat(const Arguments& arguments, core::ImportFormat& format) {
   bool comma = format.separator == ',';
@@ -118,13 +136,17 @@ Outcome ParseMap(std::string_view names, core::ImportMap& map) {
   return {};
 }
 
+Outcome ReadInput(std::string& text) {
+  if (platform::ReadStandardInput(kMostInput, text)) return {};
+  return Fail(kFile, "The input cannot be read, or is longer than 64 MB.");
+}
+
 Outcome OpenInput(const std::string& path, const core::RecordFile& calendar, core::ImportReader& reader) {
   std::string message;
   if (path == "-") {
     std::string text;
-    if (!platform::ReadStandardInput(kMostInput, text)) {
-      return Fail(kFile, "The input cannot be read, or is longer than 64 MB.");
-    }
+    Outcome read = ReadInput(text);
+    if (!read.IsDone()) return read;
     message = reader.Take(std::move(text));
   } else {
     message = reader.Open(path, &calendar);
@@ -145,18 +167,24 @@ Outcome FindMap(const Arguments& arguments, core::ImportReader& reader, core::Im
   return FailOn(arguments.other, kUsage, "No column has the name of a field; --map tells what they are.");
 }
 
-}  // namespace
+// The calendar that is imported into, and a notice of its opening. With --dry-run it is not written to, but
+// asked for the same rights.
+Outcome OpenForImport(const Arguments& arguments, std::unique_ptr<core::RecordFile>& file) {
+  if (!arguments.Has("dry-run")) return OpenCalendarToChange(arguments, file);
+  return OpenCalendarToRead(arguments, file);
+}
 
-Outcome ImportCommand(const Arguments& arguments, Output& output) {
+Outcome ImportLines(const Arguments& arguments, Output& output) {
   const bool dryRun = arguments.Has("dry-run");
   core::ImportFormat format;
   core::ImportMap map;
+  for (const char* option : {"zone", "verbose"}) {
+    if (arguments.Has(option)) return Fail(kUsage, std::string("--") + option + " is for iCalendar only");
+  }
   Outcome outcome = ParseImportFormat(arguments, format);
   if (outcome.IsDone() && arguments.Has("map")) outcome = ParseMap(arguments.Value("map"), map);
   std::unique_ptr<core::RecordFile> file;
-  if (outcome.IsDone()) {
-    outcome = dryRun ? OpenCalendarToRead(arguments, file) : OpenCalendarToChange(arguments, file);
-  }
+  if (outcome.IsDone()) outcome = OpenForImport(arguments, file);
   const std::string notice = outcome.message;
   core::ImportReader reader;
   if (outcome.IsDone()) outcome = OpenInput(arguments.other, *file, reader);
@@ -176,6 +204,75 @@ Outcome ImportCommand(const Arguments& arguments, Output& output) {
   if (outcome.IsDone()) outcome.message = notice;
   outcome.made = counts;
   return outcome;
+}
+
+// ---- Import of iCalendar ----
+
+Outcome CheckIcalOptions(const Arguments& arguments) {
+  for (const char* option : {"header", "separator", "quote", "map"}) {
+    if (arguments.Has(option)) {
+      return Fail(kUsage, std::string("--") + option + " is for lines of fields, not for iCalendar");
+    }
+  }
+  if (!arguments.Has("zone") || core::IsKnownZone(arguments.Value("zone"))) return {};
+  return Fail(kUsage, "--zone: there is no time zone \"" + OneLine(arguments.Value("zone")) + "\"");
+}
+
+// What the file comes to for the calendar.
+Outcome Plan(const Arguments& arguments, const core::RecordFile& calendar, core::IcalUpdate& update) {
+  std::string text;
+  if (arguments.other == "-") {
+    Outcome read = ReadInput(text);
+    if (!read.IsDone()) return read;
+  } else if (const std::string wrong = core::ReadIcalFile(arguments.other, calendar, text); !wrong.empty()) {
+    return FailOn(arguments.other, kFile, wrong);
+  }
+  core::IcalPlan plan = core::PlanIcal(text, core::ReadOptionsFor(calendar, arguments.Value("zone")));
+  if (!plan.refusal.empty()) return FailOn(arguments.other, kFile, plan.refusal);
+  return DescribeChange(calendar, core::CompareWithCalendar(calendar, std::move(plan), update));
+}
+
+void PrintList(const core::IcalUpdate& update, Output& output) {
+  Table table(output, Format::kText, {{"date", 10}, {"subject", 30}, {"what"}});
+  for (const core::IcalLine& line : core::ListUpdate(update)) {
+    table.Row({DateCell(line.date), Cell::Text(line.subject), Cell::Text(line.what)});
+  }
+  table.End();
+}
+
+Outcome ImportIcal(const Arguments& arguments, Output& output) {
+  const bool dryRun = arguments.Has("dry-run");
+  Outcome outcome = CheckIcalOptions(arguments);
+  std::unique_ptr<core::RecordFile> file;
+  if (outcome.IsDone()) outcome = OpenForImport(arguments, file);
+  const std::string notice = outcome.message;
+  if (outcome.IsDone()) outcome = DescribeChange(*file, core::CheckMayChange(*file));
+  core::IcalUpdate update;
+  if (outcome.IsDone()) outcome = Plan(arguments, *file, update);
+  if (!outcome.IsDone()) return outcome;
+  core::IcalUpdateResult result;
+  if (!dryRun) result = core::ApplyUpdate(*file, update);
+  // Of an update that broke off the list would tell of what was not done.
+  if (arguments.Has("verbose") && core::IsMade(result.result)) PrintList(update, output);
+  std::string counts;
+  for (const std::string& line :
+       dryRun ? core::DescribeUpdate(update) : core::DescribeUpdate(update, result)) {
+    counts.append(counts.empty() ? "" : " ").append(line);
+    output.Write(line + "\n");
+  }
+  outcome = DescribeChange(*file, result.result);
+  if (outcome.IsDone()) outcome.message = notice;
+  if (!dryRun) outcome.made = counts;
+  return outcome;
+}
+
+}  // namespace
+
+Outcome ImportCommand(const Arguments& arguments, Output& output) {
+  bool ical = false;
+  Outcome outcome = ParseForm(arguments, ical);
+  if (!outcome.IsDone()) return outcome;
+  return ical ? ImportIcal(arguments, output) : ImportLines(arguments, output);
 }
 
 Outcome ExportCommand(const Arguments& arguments, Output& output) {
