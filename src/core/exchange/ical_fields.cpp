@@ -123,11 +123,10 @@ std::string PathOf(std::string_view uri) {
 bool WriteAttachment(std::string_view uri, Appointment& record) {
   const bool web = StartsWith(uri, "http://") || StartsWith(uri, "https://");
   if (!web && !StartsWith(uri, "file:")) return false;
-  std::string stored;
-  const bool whole = platform::CodePageFromUtf8(web ? std::string(uri) : PathOf(uri), stored);
+  const std::string stored = web ? std::string(uri) : PathOf(uri);  // in bytes of the file system
   const bool hasControl =
       std::any_of(stored.begin(), stored.end(), [](char c) { return static_cast<unsigned char>(c) < ' '; });
-  if (!whole || stored.empty() || hasControl || stored.size() >= sizeof record.attachment) return false;
+  if (stored.empty() || hasControl || stored.size() >= sizeof record.attachment) return false;
   record.attachmentKind = web ? kAttachedUrl : kAttachedDocument;
   WriteText(record.attachment, stored);
   return true;

@@ -358,7 +358,7 @@ TEST(IcalReader, ReadsWhatAnEventSays) {
   EXPECT_EQ(file.attachmentKind, core::kNoAttachment);
   const core::Appointment document = read("ATTACH:file:///home/a%20%C3%A4").records[0].record;
   EXPECT_EQ(document.attachmentKind, core::kAttachedDocument);
-  EXPECT_EQ(core::ReadText(document.attachment), "/home/a \xE4");
+  EXPECT_EQ(core::ReadText(document.attachment), "/home/a \xC3\xA4");
 }
 
 TEST(IcalReader, SetsAlarmsThatAreToCome) {
