@@ -106,6 +106,7 @@ TEST_F(Dialog, WhatCannotBeStoredIsLeftOutAndNamed) {
   } cases[] = {
       {kLine, "a\tb\r\nc\nd", "a b c d", ""},
       {kText, "a\tb\nc", "a\tb\r\nc", ""},
+      {kText, "", "old", ""},
       {kLine, "Ji\u0159\u00ed \U0001F600\u0159", "Ji\xED ",
        "The characters \"\u0159\", \"\U0001F600\" cannot be stored."},
       {kText, "Ji\u0159\u00ed\n", "Ji\xED\r\n", "The character \"\u0159\" cannot be stored."},

@@ -12,6 +12,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QMessageBox>
+#include <QMimeData>
 #include <QPlainTextEdit>
 #include <QPointer>
 #include <QProgressBar>
@@ -350,7 +351,12 @@ void DesktopDriver::Type(HWND window, const std::string& text) {
 }
 
 void DesktopDriver::PasteInto(HWND dialog, int id, const std::string& text) {
-  QGuiApplication::clipboard()->setText(QString::fromStdString(text));
+  QClipboard& clipboard = *QGuiApplication::clipboard();
+  if (text.empty()) {
+    clipboard.setMimeData(new QMimeData);  // the clipboard's
+  } else {
+    clipboard.setText(QString::fromStdString(text));
+  }
   SetFocus(GetDlgItem(dialog, id));
   Press(dialog, 'V', MK_CONTROL);
   ProcessEvents();

@@ -38,7 +38,8 @@ class DesktopDriver {
   // A key (VK_...) to whatever has the focus in the window's top-level window.
   void Press(HWND window, unsigned key, unsigned keys = 0, bool alt = false);
   void Type(HWND window, const std::string& text);
-  // Puts a text (UTF-8) where the text cursor of a control is, from the clipboard.
+  // Puts a text (UTF-8) where the text cursor of a control is, from the clipboard; an empty one stands for a
+  // clipboard that has nothing of any form.
   void PasteInto(HWND dialog, int id, const std::string& text);
   // Presses a push button or check box of a dialog.
   void ClickControl(HWND dialog, int id);
