@@ -118,7 +118,7 @@ class Worker {
     switch (Pick(6)) {
       case 0:
       case 1:
-        return Add(file);
+        return Crowded() ? Delete(file) : Add(file);
       case 2:
         return Edit(file, own, "edit");
       case 3:
@@ -129,6 +129,10 @@ class Worker {
         return Touch(file);
     }
   }
+
+  // A list has the first 10000 records of a file: below that it has all of them, however long the work goes
+  // on.
+  bool Crowded() const { return own.size() >= 200 || own.size() + others.size() >= 9000; }
 
   void Add(RecordFile& file) {
     const std::string subject = work.name + std::to_string(++sequence);

@@ -15,17 +15,13 @@
 #include "store/store_operations.h"
 #include "store/two_mounts.h"
 #include "support/child_process.h"
+#include "support/from_environment.h"
 #include "support/temporary_calendar.h"
 
 namespace tests {
 namespace {
 
 constexpr int kWorkers = 8;
-
-int FromEnvironment(const char* name, int otherwise) {
-  const char* value = std::getenv(name);
-  return value == nullptr ? otherwise : std::atoi(value);
-}
 
 class ManyCopies : public testing::TestWithParam<bool> {
  protected:
