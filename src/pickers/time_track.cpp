@@ -269,14 +269,13 @@ void TimeTrack::OnListNotice(unsigned code, int row) {
 void TimeTrack::Describe(int, AccessiblePart* part) {
   if (!IsRange()) {
     part->name = "Time";
-    part->value = core::FormatTime(times.start);
+    part->description = core::FormatTime(times.start);
     return;
   }
   part->role = AccessibleRole::kSlider;
   part->name = "Time";
   part->description = core::FormatTime(times.start) + " to " + core::FormatTime(times.end) + ", duration " +
                       DurationLabel(times);
-  part->value = part->description;
   const TrackLayout layout{0, 0, times};
   part->position = std::clamp(core::TimeSlot(times.end) - core::TimeSlot(times.start), 0, layout.Slots());
   part->lastPosition = layout.Slots();

@@ -221,7 +221,7 @@ TEST_F(DayGridWindow, IsHeardWholeAndTipsTellWhatDoesNotFit) {
   const std::string lines = "Whole\nSecret\n09:00a Gone\n11:00a Later\n06:05p Daily";
   EXPECT_EQ(reader.Read(month.Handle()), "Table \"March 2004\" focused 34");
   EXPECT_EQ(reader.Read(month.Handle(), 3 + 13),
-            "Cell \"Sunday, March 14, 2004\" (Today) = " + lines + " selected focused");
+            "Cell \"Sunday, March 14, 2004\" (Today\n" + lines + ") selected focused");
   reader.Act(month.Handle(), 3 + 14, "Press");
   driver.ProcessEvents();
   EXPECT_EQ(host.Values(MonthView::kId), std::vector<LPARAM>{WordFromDate({15, 3, 2004})});

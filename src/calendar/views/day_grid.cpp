@@ -353,8 +353,8 @@ void DayGrid::Describe(int item, AccessiblePart* part) {
   if (core::IsSameDate(date, core::Today())) part->description = "Today";
   if (session.File() != nullptr) {
     for (const std::string& line : cells.AllLines(*session.File(), item)) {
-      if (!part->value.empty()) part->value += "\n";
-      part->value += line;
+      if (!part->description.empty()) part->description += "\n";
+      part->description += line;
     }
   }
   part->state = kAccessibleSelectable | (core::IsSameDate(date, viewDate) ? kAccessibleSelected : 0);

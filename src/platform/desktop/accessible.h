@@ -41,8 +41,8 @@ constexpr unsigned kAccessiblePressed = 4;
 struct AccessiblePart {
   AccessibleRole role = AccessibleRole::kPane;
   std::string name;         // empty: the window's title
-  std::string description;  // what else there is to say
-  std::string value;        // what is chosen; of a slider its position is enough
+  std::string description;  // what else there is to say, such as what is in it
+  std::string value;        // what is chosen, of a chooser; of a slider its position is enough
   unsigned state = 0;       // kAccessible... flags
   bool pressable = false;   // whether AccessibleAction::kPress does something
 

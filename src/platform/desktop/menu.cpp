@@ -4,6 +4,7 @@
 #include <QMenu>
 #include <QProxyStyle>
 
+#include "platform/desktop/qt/accessible_window.h"
 #include "platform/desktop/qt/font_handle.h"
 #include "platform/desktop/qt/window_table.h"
 #include "platform/desktop/window.h"
@@ -100,7 +101,16 @@ void SetMenuCurrent(HMENU menu, unsigned command) {
 
 unsigned TrackPopupMenu(HMENU menu, POINT screenPoint, HWND owner) {
   // A chosen item must not reach an owner that died while the menu was open: PostMessage sees to that.
-  const QAction* chosen = menu->menu.exec(QPoint(screenPoint.x, screenPoint.y));
+  const QAction* chosen = nullptr;
+  // Assistive technology triggers an item and leaves the menu as it is.
+  const QObject scope;
+  QObject::connect(&menu->menu, &QMenu::triggered, &scope, [&](const QAction* action) {
+    chosen = action;
+    menu->menu.close();
+  });
+  ShowAccessibleMenu(owner, &menu->menu);
+  menu->menu.exec(QPoint(screenPoint.x, screenPoint.y));
+  ShowAccessibleMenu(nullptr, nullptr);
   if (chosen == nullptr) return 0;
   const unsigned command = chosen->data().toUInt();
   PostMessage(owner, WM_COMMAND, command, 0);

@@ -16,6 +16,10 @@ namespace {
 
 void (*testListener)(QAccessibleEvent*) = nullptr;
 
+// The menu that is open, and whose it is.
+QPointer<QWidget> openMenu;
+HWND menuOwner = nullptr;
+
 QAccessible::Role QtRole(AccessibleRole role) {
   switch (role) {
     case AccessibleRole::kPane:
@@ -166,22 +170,23 @@ class ItemInterface : public QAccessibleInterface, public QAccessibleActionInter
   const int item;
 };
 
-// A window, with its child windows and then its items as children. Of a window with a frame of its own the
-// frame is the window and has the items; the area inside is only a pane.
+// A window, with its child windows, its open menu and then its items as children. Of a window with a frame of
+// its own the frame is the window and has the items; the area inside is only a pane.
 class WindowInterface : public QAccessibleWidget, public QAccessibleValueInterface {
  public:
   WindowInterface(QWidget* ownWidget, HWND ownWindow) : QAccessibleWidget(ownWidget), hwnd(ownWindow) {}
 
   bool isValid() const override { return QAccessibleWidget::isValid() && FindWindowEntry(hwnd) != nullptr; }
-  int childCount() const override { return QAccessibleWidget::childCount() + Part().items; }
+  int childCount() const override { return Windows() + Part().items; }
   QAccessibleInterface* child(int index) const override {
     const int widgets = QAccessibleWidget::childCount();
-    return index < widgets ? QAccessibleWidget::child(index) : Item(index - widgets);
+    if (index < widgets) return QAccessibleWidget::child(index);
+    return index < Windows() ? Menu() : Item(index - Windows());
   }
   int indexOfChild(const QAccessibleInterface* child) const override {
+    if (child != nullptr && child == Menu()) return Windows() - 1;
     const auto found = numbers.constFind(child);
-    return found != numbers.constEnd() ? QAccessibleWidget::childCount() + *found
-                                       : QAccessibleWidget::indexOfChild(child);
+    return found != numbers.constEnd() ? Windows() + *found : QAccessibleWidget::indexOfChild(child);
   }
   QAccessibleInterface* childAt(int x, int y) const override {
     if (!isValid()) return nullptr;
@@ -268,10 +273,18 @@ class WindowInterface : public QAccessibleWidget, public QAccessibleValueInterfa
   }
 
  private:
-  AccessiblePart Part() const {
+  bool IsOuter() const {
     const WindowEntry* entry = FindWindowEntry(hwnd);
-    return entry != nullptr && widget() == entry->Outer() ? Ask(hwnd, kWholeWindow) : AccessiblePart();
+    return entry != nullptr && widget() == entry->Outer();
   }
+  AccessiblePart Part() const { return IsOuter() ? Ask(hwnd, kWholeWindow) : AccessiblePart(); }
+  QAccessibleInterface* Menu() const {
+    return openMenu != nullptr && menuOwner == hwnd && IsOuter()
+               ? QAccessible::queryAccessibleInterface(openMenu)
+               : nullptr;
+  }
+  // How many of its children are windows.
+  int Windows() const { return QAccessibleWidget::childCount() + (Menu() != nullptr ? 1 : 0); }
 
   const HWND hwnd;
   // The items that somebody has asked for; Qt's cache owns their interfaces.
@@ -303,6 +316,11 @@ void TellAccessibility(QAccessibleEvent* event) {
 
 void SetAccessibilityListener(void (*listener)(QAccessibleEvent* event)) {
   testListener = listener;
+}
+
+void ShowAccessibleMenu(HWND owner, QWidget* menu) {
+  openMenu = menu;
+  menuOwner = owner;
 }
 
 QAccessibleInterface* CurrentAccessibleItem(QWidget* widget) {

@@ -21,6 +21,9 @@ void TellAccessibility(QAccessibleEvent* event);
 // Takes the place of Qt's listeners, for tests; null gives it back.
 void SetAccessibilityListener(void (*listener)(QAccessibleEvent* event));
 
+// Makes an open menu a child of the window it was opened for, where Qt's own is nobody's; null ends that.
+void ShowAccessibleMenu(HWND owner, QWidget* menu);
+
 // The interface of the item that the keyboard works on; null for none.
 QAccessibleInterface* CurrentAccessibleItem(QWidget* widget);
 // Tells that the current item of a widget has the focus, if the widget has it.

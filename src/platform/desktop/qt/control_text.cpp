@@ -20,6 +20,7 @@ namespace {
 // set. (A text may hold line ends or more characters than an edit field keeps.)
 constexpr const char* kSetBytes = "daybrixSetBytes";
 constexpr const char* kShownText = "daybrixShownText";
+constexpr const char* kOwnName = "daybrixOwnName";
 constexpr const char* kLimit = "daybrixLimit";
 
 QString ShownText(const QWidget& control) {
@@ -31,6 +32,13 @@ QString ShownText(const QWidget& control) {
   return {};
 }
 
+// What has a name of its own, such as a button that shows a date, would keep its text from who cannot see it.
+void SayAfterName(QWidget& control, const QString& text) {
+  if (!control.property(kOwnName).isValid()) control.setProperty(kOwnName, control.accessibleName());
+  const QString name = control.property(kOwnName).toString();
+  if (!name.isEmpty()) control.setAccessibleName(text.isEmpty() ? name : name + QStringLiteral(": ") + text);
+}
+
 void Show(QWidget& control, const QString& text) {
   if (auto* line = qobject_cast<QLineEdit*>(&control)) {
     line->setText(OnOneLine(text));
@@ -40,9 +48,11 @@ void Show(QWidget& control, const QString& text) {
     box->setEditText(OnOneLine(text));
   } else if (auto* button = qobject_cast<QAbstractButton*>(&control)) {
     button->setText(text);
+    SayAfterName(control, text);
   } else if (auto* label = qobject_cast<QLabel*>(&control)) {
     // A carriage return beside the line end would be drawn as a blank.
     label->setText(QString(text).remove(u'\r'));
+    SayAfterName(control, label->text());
   }
 }
 
