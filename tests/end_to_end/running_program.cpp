@@ -7,6 +7,7 @@
 #include <csignal>
 #include <cstdlib>
 
+#include "end_to_end/confinement.h"
 #include "platform/system/file.h"
 #include "platform/system/profile_file.h"
 #include "support/source_folder.h"
@@ -58,6 +59,20 @@ RunningProgram RunningProgram::Installed(const std::string& display, const std::
   });
 }
 
+RunningProgram RunningProgram::Confined(const std::string& display, const std::string& folder,
+                                        const std::string& file) {
+  return RunningProgram(display, TEMPOLINE, file, [&] {
+    HideSplash(folder);
+    for (const char* name : {"HOME", "XDG_RUNTIME_DIR", "DAYBRIX_FOLDER", "TMPDIR"})
+      setenv(name, folder.c_str(), 1);
+    for (const char* name : {"XDG_DATA_HOME", "XDG_CONFIG_HOME", "XDG_CACHE_HOME"}) unsetenv(name);
+    setenv("PATH", (folder + "/bin").c_str(), 1);
+    setenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent", 1);
+    setenv("DAYBRIX_CLOCK", "2004-03-14T10:43:12", 1);
+    if (chdir(folder.c_str()) != 0 || !ConfineTo(folder)) _exit(126);
+  });
+}
+
 RunningProgram::~RunningProgram() {
   Kill();
 }
@@ -83,7 +98,7 @@ int RunningProgram::ExitCode() {
     return -1;
   }
   process = -1;
-  return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
 }
 
 }  // namespace tests

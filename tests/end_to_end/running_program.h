@@ -18,6 +18,10 @@ class RunningProgram {
   // Starts an installed program for a user with this home folder, at the same moment.
   static RunningProgram Installed(const std::string& display, const std::string& program,
                                   const std::string& home);
+  // Starts the program confined to `folder`, which is its user's home and has all programs that it may start
+  // in `bin`. Where that cannot be done it ends with 126.
+  static RunningProgram Confined(const std::string& display, const std::string& folder,
+                                 const std::string& file);
   // Kills it if it still runs.
   ~RunningProgram();
   RunningProgram(const RunningProgram&) = delete;
@@ -27,7 +31,8 @@ class RunningProgram {
   // Asks it to end as a session does and answers its exit code; -1 when it had to be killed.
   int Close();
   void Kill();
-  // Waits for an end of its own; -1 when it did not come within 10 s.
+  // Waits for an end of its own: the exit code, or 128 and the signal that ended it; -1 when it did not come
+  // within 10 s.
   int ExitCode();
 
  private:
