@@ -1,13 +1,14 @@
 #include "exchange/exchange_commands.h"
 
 #include "core/calendar/appointment_commands.h"
+#include "core/exchange/ical_writer.h"
 #include "core/ini_file.h"
 #include "core/store/file_messages.h"
 #include "exchange/export_dialog.h"
+#include "exchange/ical_import.h"
 #include "exchange/import_wizard.h"
 #include "exchange/report_dialog.h"
 #include "framework/notices.h"
-#include "framework/progress_window.h"
 #include "framework/services.h"
 #include "platform/desktop/application.h"
 
@@ -39,16 +40,13 @@ core::RecordFile* OpenFileOf(const core::CalendarSession& session) {
   return session.File();
 }
 
-// Adds what the wizard was told to, under a window that shows how far it is.
-core::ImportResult Import(core::RecordFile& file, ZarfWnd* owner, ImportWizard& wizard) {
-  ProgressWindow progress;
-  progress.BeginCancellable(owner, "Import...", wizard.Path());
-  BeginWaitCursor();
-  const core::ImportResult result = core::ImportFile(
-      file, wizard.Reader(), wizard.Map(),
-      [&progress](std::int64_t done, std::int64_t whole) { return progress.Advance(done, whole); });
-  EndWaitCursor();
-  return result;
+// Adds what the wizard was told to.
+Imported ImportLines(core::RecordFile& file, ZarfWnd* owner, ImportWizard& wizard) {
+  const core::ImportResult result =
+      UnderProgress(owner, wizard.Path(), [&](const core::ExchangeProgress& progress) {
+        return core::ImportFile(file, wizard.Reader(), wizard.Map(), progress);
+      });
+  return {core::DescribeImport(file, result), result.added != 0, result.result};
 }
 
 }  // namespace
@@ -58,7 +56,9 @@ void ExportCommand(core::CalendarSession& session, ZarfWnd* owner, ExchangeChoic
   ExportDialog dialog(choices, session.CurrentDate(), LastPath(kExportKey));
   if (!dialog.Run(owner) || dialog.Path().empty()) return;
   BeginWaitCursor();
-  const core::WriteResult result = core::WriteAppointments(*session.File(), dialog.Options(), dialog.Path());
+  core::ExchangeOptions options = dialog.Options();
+  if (core::IsIcalName(dialog.Path())) options.mode = core::ExchangeMode::kIcal;
+  const core::WriteResult result = core::WriteAppointments(*session.File(), options, dialog.Path());
   EndWaitCursor();
   // Users know the last line; the one before it tells them when there is no whole file all the same.
   const std::string problem = result.message.empty() ? "" : result.message + "\r\n";
@@ -82,11 +82,12 @@ void ImportCommand(core::CalendarSession& session, ZarfWnd* owner) {
   ImportWizard wizard(*file, LastPath(kImportKey));
   if (!wizard.Run(owner)) return;
   const std::string forgotten = Remember(kImportKey, wizard.Path());
-  const core::ImportResult result = Import(*file, owner, wizard);
-  std::string message = forgotten + core::DescribeImport(*file, result);
-  if (result.added != 0) session.RecordsChanged();
+  const Imported imported = core::IsIcalName(wizard.Path()) ? ImportIcal(*file, owner, wizard.Path())
+                                                            : ImportLines(*file, owner, wizard);
+  if (imported.message.empty()) return;
+  if (imported.changed) session.RecordsChanged();
   // Another file may have taken the calendar's place meanwhile.
-  const std::string news = core::IsMade(result.result) ? "" : session.LookAfterFile();
-  if (!news.empty()) message = news + "\r\n" + message;
-  ShowInfo(owner, message);
+  std::string news = core::IsMade(imported.result) ? "" : session.LookAfterFile();
+  if (!news.empty()) news += "\r\n";
+  ShowInfo(owner, news + forgotten + imported.message);
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "core/exchange/ical_writer.h"
 #include "exchange/file_kinds.h"
 #include "framework/notices.h"
 #include "framework/services.h"
@@ -121,7 +122,13 @@ void ImportWizard::Back() {
 void ImportWizard::Next() {
   switch (page) {
     case kFilePage:
-      if (LeaveFilePage()) ShowPage(kFormatPage);
+      if (!LeaveFilePage()) break;
+      // Such a file has no columns to ask for.
+      if (core::IsIcalName(path)) {
+        EndDialog(1);
+      } else {
+        ShowPage(kFormatPage);
+      }
       break;
     case kFormatPage:
       if (LeaveFormatPage()) ShowPage(kMapPage);

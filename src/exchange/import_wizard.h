@@ -37,9 +37,10 @@ class ImportWizard : public ZarfDialog {
   ImportWizard(const core::RecordFile& calendar, std::string lastPath)
       : target(calendar), path(std::move(lastPath)) {}
 
-  // True for "Finish".
+  // True for "Finish", and for "Next" with an iCalendar file, of which nothing is to be asked.
   bool Run(ZarfWnd* owner);
-  // What was chosen then: the file, open at its first line and in its format, and the map of its columns.
+  // What was chosen then: the file, and, unless it is an iCalendar file, its reader at the first line and in
+  // its format, and the map of its columns.
   const std::string& Path() const { return path; }
   core::ImportReader& Reader() { return reader; }
   const core::ImportMap& Map() const { return map; }

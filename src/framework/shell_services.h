@@ -20,7 +20,8 @@ constexpr int kInWorksFolder = 1;  // the folder of calendars, made if missing
 
 // Asks for a file. `filter` lists descriptions and patterns, "Tempoline file (*.cld)|*.cld||": its last
 // character is the separator, and patterns of one kind stand apart by semicolons. `defaultExtension`, without
-// the dot, is given to a name that has none. True with the path; false, `path` untouched, when cancelled.
+// the dot, is given to a name that has none, as long as the user chooses no other kind. True with the path;
+// false, `path` untouched, when cancelled.
 bool FileDialog(int mode, const char* filter, const char* defaultExtension, HWND owner, std::string& path,
                 int folderChoice);
 // The kinds of files in such a filter; an incomplete one at the end is left out.

@@ -5,6 +5,7 @@
 #include "core/time_texts.h"
 #include "desktop/picker_steps.h"
 #include "exchange/export_dialog.h"
+#include "exchange/ical_plan_dialog.h"
 #include "exchange/import_wizard.h"
 #include "exchange/report_dialog.h"
 #include "exchange/report_pages.h"
@@ -202,6 +203,40 @@ TEST_F(Exchange, ImportAsksStepByStepAndKeepsWhatWasChosen) {
     core::IniFile().ReadString("Preference", "ImportFile", setting);
     EXPECT_EQ(setting, file);
   });
+}
+
+TEST_F(Exchange, ICalendarGoesOutAndComesInOnceItsPlanIsSeen) {
+  const std::string out = folder.Join("out.ICS");
+  const std::string in =
+      folder.Write("in.ics",
+                   "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nBEGIN:VEVENT\r\nUID:1\r\nDTSTART:20040314T181200\r\n"
+                   "SUMMARY:Choir\r\nEND:VEVENT\r\nBEGIN:VTODO\r\nUID:2\r\nEND:VTODO\r\nEND:VCALENDAR\r\n");
+  const auto import = [&](const std::function<void(HWND plan)>& look) {
+    driver.WhenDialogOpens([=, this](HWND wizard) {
+      driver.TypeInto(wizard, ImportWizard::kFileEdit, in);
+      driver.WhenDialogOpens(look);
+      driver.ClickControl(wizard, ImportWizard::kNextButton);
+    });
+    Command(ID_IMPORT);
+  };
+  program.Run(calendar.Path(), [&] {
+    Export(out, kSuccess);
+    EXPECT_NE(Text(out).find("SUMMARY:Lunch\\, \"late\"\r\n"), std::string::npos);
+    import([&](HWND plan) {
+      const std::string counts = TextOf(plan, IcalPlanDialog::kCountsText);
+    EXPECT_TRUE(counts.starts_with("1 appointment would be added.")) << counts;
+    EXPECT_NE(counts.find("Left out: 1 task."), std::string::npos) << counts;
+    driver.ClickControl(plan, IcalPlanDialog::kDetailsButton);
+    EXPECT_EQ(SendDlgItemMessage(plan, IcalPlanDialog::kList, LB_GETCOUNT, 0, 0), 3);
+    driver.AnswerMessageBox("1 appointment was added.", IDOK);
+    driver.ClickControl(plan, IcalPlanDialog::kImportButton);
+  });
+  EXPECT_EQ(program.Subjects(), (std::vector<std::string>{"Dentist", "Lunch, \"late\"", "Choir"}));
+    import([&](HWND plan) {
+      EXPECT_FALSE(Enabled(plan, IcalPlanDialog::kImportButton)) << "it is there already";
+    driver.ClickControl(plan, IDCANCEL);
+});
+});
 }
 
 TEST(ReportPages, HaveTheTitleAndLoseNothing) {

@@ -27,6 +27,13 @@ QString NameFilter(const FileFilter& filter) {
   return description.endsWith(inBrackets) ? description : description + u' ' + inBrackets;
 }
 
+// What a name without an extension gets while files of that kind are shown.
+QString ExtensionOf(const FileFilter& filter, const std::string& otherwise) {
+  const std::string& pattern = filter.patterns.front();
+  const bool says = pattern.starts_with("*.") && pattern != "*.*";
+  return QString::fromStdString(says ? pattern.substr(2) : otherwise);
+}
+
 // True when a choice was made.
 bool Ask(QFileDialog& dialog, HWND owner, std::string& path) {
   const bool accepted = dialog.exec() == QDialog::Accepted && !dialog.selectedFiles().isEmpty();
@@ -46,8 +53,15 @@ bool AskForFile(HWND owner, const FileQuestion& question, std::string& path) {
   QStringList filters;
   for (const FileFilter& filter : question.filters) filters << NameFilter(filter);
   if (!filters.isEmpty()) dialog.setNameFilters(filters);
-  if (!question.defaultExtension.empty())
+  if (!question.defaultExtension.empty()) {
     dialog.setDefaultSuffix(QString::fromStdString(question.defaultExtension));
+    QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog, [&](const QString& chosen) {
+      const qsizetype kind = filters.indexOf(chosen);
+      if (kind < 0) return;
+      const FileFilter& filter = question.filters[static_cast<std::size_t>(kind)];
+      dialog.setDefaultSuffix(ExtensionOf(filter, question.defaultExtension));
+    });
+  }
   return Ask(dialog, owner, path);
 }
 

@@ -17,8 +17,10 @@ struct FileFilter {
 struct FileQuestion {
   bool saving = false;              // asks before it overwrites; otherwise the file must exist
   std::vector<FileFilter> filters;  // the first is in force at first; none: all files
-  std::string defaultExtension;     // appended to a name without one, without the dot; empty: none
-  std::string folder;               // where it begins
+  // Appended to a name without one, without the dot; once the user has chosen a kind of file, that of its
+  // first pattern. Empty: none.
+  std::string defaultExtension;
+  std::string folder;  // where it begins
 };
 
 // True with the chosen path; false, `path` untouched, when the user cancelled.
