@@ -43,7 +43,7 @@ struct RepeatRule {
 struct ImportMark {
   std::uint64_t uid;      // hash of the event's UID; 0 for none
   std::uint32_t version;  // hash of what the event said when it was read
-  std::uint32_t changed;  // when the event was last modified: seconds since 2000-01-01T00:00:00Z, 0 if not said
+  std::uint32_t changed;  // when it was last modified: seconds since 2000-01-01T00:00:00Z, 0 if not said
   // Which of the event's records this is: the day number of its date, and a number among those of that day.
   std::uint16_t day;
   std::uint8_t ordinal;
