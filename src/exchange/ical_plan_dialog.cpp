@@ -41,23 +41,14 @@ LRESULT IcalPlanDialog::OnInitDialog(const MessageRecord&) {
   std::string text;
   for (const std::string& line : core::DescribeUpdate(update)) text += (text.empty() ? "" : "\r\n") + line;
   counts.SetText(Stored(text));
-  list.SetVisible(false);
+  FillList();
   importButton.Enable(ChangesAnything(update));
   return 1;
 }
 
-LRESULT IcalPlanDialog::OnCommand(const MessageRecord& record) {
-  if (LowWord(record.wParam) != kDetailsButton) return ZarfDialog::OnCommand(record);
-  ShowList();
-  return 1;
-}
-
-void IcalPlanDialog::ShowList() {
+void IcalPlanDialog::FillList() {
   const std::vector<core::IcalLine> lines = core::ListUpdate(update);
   const std::size_t shown = std::min(lines.size(), kMostLines);
   for (std::size_t i = 0; i < shown; ++i) list.Add(Listed(lines[i]));
   if (lines.size() > shown) list.Add("... and " + std::to_string(lines.size() - shown) + " more.");
-  list.SetVisible(true);
-  list.Focus();
-  details.Enable(false);
 }

@@ -1,5 +1,5 @@
-// The dialog "Import iCalendar": what reading the file would come to, counted, and each thing by itself for
-// who opens the list. It lives on the stack for one Run and changes nothing itself.
+// The dialog "Import iCalendar": what reading the file would come to, counted, and each thing by itself in a
+// list. It lives on the stack for one Run and changes nothing itself.
 #pragma once
 
 #include "core/exchange/ical_update.h"
@@ -8,7 +8,7 @@
 class IcalPlanDialog : public ZarfDialog {
  public:
   // The numbers of its controls.
-  enum ControlId { kImportButton = IDOK, kCountsText = 100, kDetailsButton, kList };
+  enum ControlId { kImportButton = IDOK, kCountsText = 100, kList = 102 };
 
   // Shows the update, which must outlive the dialog. One that changes nothing can only be cancelled.
   explicit IcalPlanDialog(const core::IcalUpdate& shownUpdate) : update(shownUpdate) {}
@@ -17,14 +17,12 @@ class IcalPlanDialog : public ZarfDialog {
   bool Run(ZarfWnd* owner);
 
   LRESULT OnInitDialog(const MessageRecord& record) override;
-  LRESULT OnCommand(const MessageRecord& record) override;
 
  private:
-  void ShowList();
+  void FillList();
 
   const core::IcalUpdate& update;
   TextItem counts{*this, kCountsText};
   DialogItem importButton{*this, kImportButton};
-  DialogItem details{*this, kDetailsButton};
   ListItem list{*this, kList};
 };
