@@ -178,7 +178,7 @@ TEST(ManyEvents, InOneStoreLoseNothingWhenTheirProcessesAreKilled) {
     const std::string journal = folder.Join(std::to_string(id));
     journals.push_back(journal);
     // Whoever is killed before it writes a line leaves an empty one.
-    std::ofstream{journal};
+    const std::ofstream empty(journal);
     workers[worker] =
         std::make_unique<ChildProcess>([=](const auto&) { return InviteForEver(store, id, journal); });
   };
