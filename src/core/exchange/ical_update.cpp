@@ -175,7 +175,10 @@ bool Updater::CompareAnew() {
 // Deletes the first pieces of an event whose others found no room.
 void Updater::TakeBack(std::size_t from, std::size_t end) {
   std::unordered_set<std::uint64_t> ids;
-  for (std::size_t i = from; i < end; ++i) ids.insert(batch[i].header.recordId);
+  for (std::size_t i = from; i < end; ++i) {
+    const std::uint64_t id = batch[i].header.recordId;
+    ids.insert(id);
+  }
   if (ids.empty()) return;
   std::vector<RecordKey> keys;
   static_cast<void>(ScanLiveSlots(calendar, [&](const char* slot, std::int32_t offset) {
