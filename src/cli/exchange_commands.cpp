@@ -96,11 +96,7 @@ Outcome Write(const Arguments& arguments, core::ExchangeOptions& options, Output
   }
   if (result.outcome == core::WriteOutcome::kDone) {
     if (result.dayless == 0) return {};
-    const std::string fall = result.dayless == 1 ? " appointment falls" : " appointments fall";
-    return {kDone,
-            FailOn(arguments.file, kDone,
-                   std::to_string(result.dayless) + fall + " on no day and cannot be written as an event.")
-                .message};
+    return {kDone, FailOn(arguments.file, kDone, core::DescribeDayless(result)).message};
   }
   const bool target = result.outcome == core::WriteOutcome::kTargetFailed;
   if (target && toOutput) return {};  // whoever flushes the output tells

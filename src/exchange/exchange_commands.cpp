@@ -61,7 +61,8 @@ void ExportCommand(core::CalendarSession& session, ZarfWnd* owner, ExchangeChoic
   const core::WriteResult result = core::WriteAppointments(*session.File(), options, dialog.Path());
   EndWaitCursor();
   // Users know the last line; the one before it tells them when there is no whole file all the same.
-  const std::string problem = result.message.empty() ? "" : result.message + "\r\n";
+  std::string problem = result.message.empty() ? "" : result.message + "\r\n";
+  if (result.dayless != 0) problem += core::DescribeDayless(result) + "\r\n";
   ShowInfo(owner, problem + Remember(kExportKey, dialog.Path()) + kSuccess);
 }
 

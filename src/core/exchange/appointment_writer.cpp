@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <memory>
-#include <new>
 #include <utility>
 #include <vector>
 
@@ -327,6 +326,12 @@ WriteResult WriteAppointments(const RecordFile& file, const ExchangeOptions& opt
   }
   const platform::FileResult finished = target.Finish();
   return finished == platform::FileResult::kDone ? result : failed(finished);
+}
+
+std::string DescribeDayless(const WriteResult& result) {
+  if (result.dayless == 0) return "";
+  const char* const fall = result.dayless == 1 ? " appointment falls" : " appointments fall";
+  return std::to_string(result.dayless) + fall + " on no day and cannot be written as an event.";
 }
 
 }  // namespace core

@@ -76,4 +76,7 @@ using ByteSink = std::function<bool(std::string_view bytes)>;
 [[nodiscard]] WriteResult WriteAppointments(const RecordFile& file, const ExchangeOptions& options,
                                             const std::string& path, const ExchangeProgress& progress = {});
 
+// Tells the user how many appointments an iCalendar text lacks because they fall on no day; empty for none.
+std::string DescribeDayless(const WriteResult& result);
+
 }  // namespace core
